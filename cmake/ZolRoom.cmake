@@ -1,0 +1,58 @@
+# What every target of the project shares, and the two functions that make a room and its tests.
+
+include_guard(GLOBAL)
+
+# Generated sources mirror the tree under this one directory, so that "model/Zol.h" is found like
+# any header that was written by hand.
+set(ZOL_GENERATED_DIR "${PROJECT_BINARY_DIR}/generated")
+
+# Settings of our own targets; a project that takes this one in keeps its own.
+function(zol_target_defaults target)
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF
+    POSITION_INDEPENDENT_CODE ON
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+  if(MSVC)
+    target_compile_options(${target} PRIVATE /W4 /utf-8)
+  else()
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic)
+  endif()
+  if(ZOL_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=${ZOL_SANITIZE} -fno-sanitize-recover=all
+                                             -fno-omit-frame-pointer)
+    target_link_options(${target} PUBLIC -fsanitize=${ZOL_SANITIZE})
+  endif()
+endfunction()
+
+# zol_room(NAME SOURCES... [LIBRARIES ...]): the objects of one room, which the shared library and
+# the tests of inner symbols both link.
+function(zol_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;LIBRARIES" ${ARGN})
+  add_library(zol_${name} OBJECT ${ROOM_SOURCES})
+  zol_target_defaults(zol_${name})
+  target_compile_definitions(zol_${name} PRIVATE ZOL_BUILDING)
+  target_include_directories(zol_${name} PUBLIC "${PROJECT_SOURCE_DIR}" "${ZOL_GENERATED_DIR}")
+  target_link_libraries(zol_${name} PUBLIC ${ROOM_LIBRARIES})
+endfunction()
+
+# zol_test(NAME SOURCES... ROOMS ...): one GoogleTest program on the objects of the given rooms.
+# A program that lists no room is a client: it links the shared library alone.
+function(zol_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;ROOMS;LIBRARIES" ${ARGN})
+  add_executable(${name} ${TEST_SOURCES})
+  zol_target_defaults(${name})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_compile_definitions(${name} PRIVATE
+    ZOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ZOL_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  if(TEST_ROOMS)
+    foreach(room IN LISTS TEST_ROOMS)
+      target_link_libraries(${name} PRIVATE zol_${room})
+    endforeach()
+  else()
+    target_link_libraries(${name} PRIVATE Zol::zol)
+  endif()
+  target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 600)
+endfunction()
