@@ -1,0 +1,24 @@
+// Machine numbers to and from the text that a document holds. Neither direction looks at a locale
+// or allocates.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace lmx::internal {
+
+// Room that the two formatting functions below may touch, whatever the value.
+inline constexpr std::size_t k_number_room = 32;
+
+// False, with `*value` as it was, unless `text` is lexically an xs:double: INF, -INF, NaN, or an
+// optional sign, digits with at most one point ("5." and ".5" too), and an optional exponent.
+// Otherwise the nearest double; beyond the range it is zero or infinity with the text's sign.
+bool read_double(std::string_view text, double* value);
+
+// Write what a stream with default flags, the classic locale and a precision of 14 (`float`: 7)
+// would, except for NaN, INF, -INF, 0.0 and -0.0. `out` has room for k_number_room bytes. The
+// result is the end of the text; there is no terminating zero.
+char* format_double(double value, char* out);
+char* format_float(float value, char* out);
+
+}  // namespace lmx::internal

@@ -1,0 +1,59 @@
+// The bytes of a document between the model and the stream: a block that is filled in place and
+// handed to the stream in one piece, instead of a stream call for every tag and value.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace lmx::internal {
+
+class WriteBlock {
+ public:
+  // The stream stays the caller's and must outlive the block. Nobody flushes for a block that is
+  // destroyed: its owner decides when the stream must have the bytes.
+  explicit WriteBlock(std::ostream& stream) : stream_(stream) {}
+  WriteBlock(const WriteBlock&) = delete;
+  WriteBlock& operator=(const WriteBlock&) = delete;
+
+  void append(char byte) {
+    if (room() == 0) flush();
+    bytes_[size_++] = byte;
+  }
+  void append(std::string_view text) {
+    if (text.size() > room()) return append_beyond_room(text);
+    std::memcpy(bytes_ + size_, text.data(), text.size());
+    size_ += text.size();
+  }
+
+  // What c_as_xml writes for the same value.
+  void append_escaped(const std::wstring& text);
+  void append_escaped(std::string_view text);
+  void append_number(double value);
+  void append_number(float value);
+  void append_bool(bool value) { append(value ? std::string_view("true") : "false"); }
+
+  // What the stream writes for an integer.
+  void append_integer(std::int64_t value);
+
+  // Hands what is held to the stream. If the stream throws, the bytes are gone all the same, so
+  // that no later flush repeats them.
+  void flush();
+
+ private:
+  static constexpr std::size_t k_capacity = 8192;
+
+  std::size_t room() const { return k_capacity - size_; }
+  void append_beyond_room(std::string_view text);
+  char* reserve(std::size_t count);
+  char* append_code_point(std::int32_t code_point, char* out);
+
+  std::ostream& stream_;
+  std::size_t size_ = 0;
+  char bytes_[k_capacity];
+};
+
+}  // namespace lmx::internal

@@ -1,0 +1,213 @@
+// The way of a document out of the library: c_xml_writer owns indentation, prolog and namespace
+// attributes of one marshalling run, and the manipulators turn values into XML text.
+#pragma once
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "lmx/errors.h"
+#include "lmx/internal/write_block.h"
+#include "port/export.h"
+
+namespace lmx {
+
+struct s_ns_map;
+
+namespace internal {
+class MarshalScope;
+}
+
+// One object for one marshalling run on one thread. It knows no elements: the model prints tags and
+// values, either on the stream that operator() hands out or, inside the library, on block().
+// The writer never looks at the stream's state; a stream's exceptions pass through.
+class ZOL_API c_xml_writer {
+ public:
+  // Bits of the constructor's flags; each of them makes it write the whole XML declaration.
+  static const int include_xml_decl = 1;
+  static const int include_standalone = 2;
+
+  // The stream gets the classic locale for good. Stream, tab (one level of indentation) and newline
+  // stay the caller's and must outlive the writer.
+  c_xml_writer(std::ostream& os, const char* tab, const char* nl);
+  c_xml_writer(std::ostream& os, int flags, const char* tab, const char* nl);
+  c_xml_writer(const c_xml_writer&) = delete;
+  c_xml_writer& operator=(const c_xml_writer&) = delete;
+  virtual ~c_xml_writer();
+
+  // Called by handle_error. The result replaces the error: 0 lets the run go on. The first form
+  // forwards to the second, which returns its argument.
+  virtual elmx_error user_handle_error(elmx_error error, const std::string& item_name,
+                                       const char* file, int line);
+  virtual elmx_error user_handle_error(elmx_error error);
+
+  // "'item'-description" of the last error, or the description of code 0. Returns *out.
+  virtual std::string& get_error_message(std::string* out) const;
+
+  // endl() gives the end of a line and writes nothing; nest() writes one level of indentation.
+  virtual const char* endl();
+  virtual void nest();
+
+  // The stream, with every byte written so far in it; with true, after one nest() for each level.
+  std::ostream& operator()(bool nest);
+  void indent() { ++depth_; }
+  void undent() {
+    if (depth_ > 0) --depth_;
+  }
+
+  // Neither looks for duplicates. What is added after the namespace attributes were written is not
+  // written unless reenable_ns_map_output() is called. Texts go out without escapes.
+  void add_namespace(const std::string& prefix, const std::string& uri);
+  void add_default_namespace(const std::string& uri);
+  void add_schema_location(const std::string& ns, const std::string& location);
+  void add_no_namespace_schema_location(const std::string& location);
+
+  // The first map offered wins. It is not copied.
+  void conditionally_select_ns_map(const s_ns_map* map) {
+    if (ns_map_ == nullptr) ns_map_ = map;
+  }
+  // Writes the namespace attributes of a start tag, once. A first schema location with an empty
+  // namespace becomes xsi:noNamespaceSchemaLocation, and the other locations are left out.
+  void conditionally_write_ns_attrs(bool need_xsi) {
+    if (!ns_attrs_written_) write_ns_attrs(need_xsi);
+  }
+  void reenable_ns_map_output();
+  // The selected map is asked first, then the added namespaces. Null if none has the URI. The text
+  // lives as long as the map, or until a namespace is added.
+  const char* get_namespace_prefix(const std::string& uri) const;
+
+  // The class that a reader will expect of the next element without xsi:type. The pointer's target
+  // is never looked at.
+  const char* get_expected_class_identity() const { return expected_class_identity_; }
+  void set_expected_class_identity(const char* identity) { expected_class_identity_ = identity; }
+  void clear_expected_class_identity() { expected_class_identity_ = nullptr; }
+
+  // Records the error, asks user_handle_error and records and returns its answer.
+  elmx_error handle_error(elmx_error error, const std::string& item_name, const char* file,
+                          int line);
+  const std::string& get_error_item_name() const { return error_item_name_; }
+  bool get_error_info(elmx_error_type* type, elmx_error* error, int* line);
+
+  // The library's own road, for use while an internal::MarshalScope lives. It writes the same bytes
+  // as streaming through operator() would, and both may alternate: operator() flushes the block.
+  internal::WriteBlock& block() { return block_; }
+  // The indentation of a line, as from operator()(true), and its end.
+  void begin_line() {
+    if (!is_plain_) return begin_line_through_hooks();
+    for (int level = 0; level < depth_; ++level) block_.append({tab_, tab_size_});
+  }
+  void end_line() {
+    if (!is_plain_) return end_line_through_hooks();
+    block_.append({newline_, newline_size_});
+  }
+
+ private:
+  friend class internal::MarshalScope;
+
+  using StringPairs = std::vector<std::pair<std::string, std::string>>;
+
+  void enter_scope();
+  void leave_scope();
+  void begin_line_through_hooks();
+  void end_line_through_hooks();
+  void write_ns_attrs(bool need_xsi);
+  void append_ns_attr(const char* prefix, const char* uri);
+  void append_schema_locations();
+
+  std::ostream& os_;
+  int depth_ = 0;
+  const char* tab_;
+  const char* newline_;
+  bool ns_attrs_written_ = false;
+  c_error error_;
+  elmx_error last_error_ = elmx_ok;
+  std::string error_item_name_;
+  const s_ns_map* ns_map_ = nullptr;
+  StringPairs namespaces_;
+  StringPairs schema_locations_;
+  const char* expected_class_identity_ = nullptr;
+
+  // True inside a scope if no hook can be overridden; see enter_scope().
+  bool is_plain_ = false;
+  int scope_depth_ = 0;
+  int exceptions_at_entry_ = 0;
+  std::size_t tab_size_ = 0;
+  std::size_t newline_size_ = 0;
+  internal::WriteBlock block_;
+};
+
+namespace internal {
+
+// Stands in every marshal function that writes on block(). When the outermost one ends, by a
+// result or by an exception, the stream has every byte. Only then, and only if nothing is thrown
+// already, may the destructor throw: what the stream throws.
+class MarshalScope {
+ public:
+  explicit MarshalScope(c_xml_writer& writer) : writer_(writer) {
+    if (writer_.scope_depth_++ == 0) writer_.enter_scope();
+  }
+  ~MarshalScope() noexcept(false) {
+    if (--writer_.scope_depth_ == 0) writer_.leave_scope();
+  }
+  MarshalScope(const MarshalScope&) = delete;
+  MarshalScope& operator=(const MarshalScope&) = delete;
+
+ private:
+  c_xml_writer& writer_;
+};
+
+// The reference that a manipulator holds; it lives for one stream expression.
+template <class T>
+class ValueReference {
+ public:
+  explicit ValueReference(const T& value) : value_(value) {}
+  const T& get() const { return value_; }
+
+ private:
+  const T& value_;
+};
+
+}  // namespace internal
+
+// XML text, in elements and attributes alike: `"`, `'`, `&` and `<` are escaped, a wide text ends
+// silently at a broken surrogate pair, a narrow one must be UTF-8. Numbers are written in 7
+// (float) or 14 significant digits with the stream's flags, but for NaN, INF, -INF, 0.0 and -0.0.
+template <class T>
+class c_as_xml : public internal::ValueReference<T> {
+ public:
+  using internal::ValueReference<T>::ValueReference;
+};
+
+// The same as c_as_xml of a narrow text.
+template <class T>
+class c_as_escaped : public internal::ValueReference<T> {
+ public:
+  using internal::ValueReference<T>::ValueReference;
+};
+
+// "1" or "0".
+template <class T>
+class c_as_bool_digit : public internal::ValueReference<T> {
+ public:
+  using internal::ValueReference<T>::ValueReference;
+};
+
+// For diagnostics: a byte for each unit, "." for those above 127, no escapes.
+template <class T>
+class c_as_ascii : public internal::ValueReference<T> {
+ public:
+  using internal::ValueReference<T>::ValueReference;
+};
+
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_xml<std::wstring>& text);
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_xml<std::string>& text);
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_xml<bool>& value);
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_xml<float>& value);
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_xml<double>& value);
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_escaped<std::string>& text);
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_bool_digit<bool>& value);
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_ascii<std::wstring>& text);
+
+}  // namespace lmx
