@@ -109,7 +109,8 @@ inline bool xisprint(int c) { return internal::has_class(c, internal::k_class_pr
 class ZOL_API c_any_info {
  public:
   c_any_info() = default;
-  c_any_info(const std::string& ns, const std::string& name, const std::string& value)
+  explicit c_any_info(const std::string& ns, const std::string& name = std::string(),
+                      const std::string& value = std::string())
       : namespace_(ns), name_(name), value_(value) {}
 
   const std::string& get_namespace() const { return namespace_; }

@@ -1,0 +1,152 @@
+// Integers and decimals of any length, held as digit text: comparison, and conversions that report
+// overflow, but no arithmetic.
+//
+// Texts are never refused: what is no number reads as 0, what follows the number is ignored. Check
+// with is_valid_integer or c_decimal::is_valid first. Results given as `long` are computed in 32
+// bits and wrap around, also where `long` is wider; an `overflow` pointer may be null.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+
+#include "port/export.h"
+
+namespace lmx {
+
+// An xs:integer in canonical form: no leading zeros, "-" for a negative value, "0" for zero.
+class ZOL_API c_big_int {
+ public:
+  c_big_int() : text_("0") {}
+  c_big_int(const char* text);
+  c_big_int(const std::string& text);
+  c_big_int(long value);
+  c_big_int(const c_big_int&) = default;
+
+  c_big_int& operator=(const char* text);
+  c_big_int& operator=(const std::string& text);
+  c_big_int& operator=(long value);
+  c_big_int& operator=(const c_big_int& other);
+
+  void swap(c_big_int& other) noexcept { text_.swap(other.text_); }
+
+  std::string get_as_string() const { return text_; }
+  // The bound is that of positive numbers: -2147483648 sets *overflow, though the result is right.
+  long get(bool* overflow) const;
+  // Infinity for what is too large.
+  double get_as_float() const;
+
+  // Comparison with a number that is still text, which may have a "+" and leading zeros. A null
+  // pointer stands for "0". An empty text is neither equal nor below.
+  bool is_equal(const char* text) const;
+  bool is_greater(const char* text) const;
+
+ private:
+  bool is_negative() const { return text_[0] == '-'; }
+  bool is_zero() const { return text_[0] == '0'; }
+
+  friend class c_decimal;
+  friend bool operator!=(const c_big_int& a, const c_big_int& b) { return a.text_ != b.text_; }
+
+  std::string text_;
+};
+
+inline bool operator==(const c_big_int& a, const char* b) { return a.is_equal(b); }
+inline bool operator!=(const c_big_int& a, const char* b) { return !(a == b); }
+inline bool operator>(const c_big_int& a, const char* b) { return a.is_greater(b); }
+inline bool operator>=(const c_big_int& a, const char* b) { return a == b || a > b; }
+inline bool operator<(const c_big_int& a, const char* b) { return !(a >= b); }
+inline bool operator<=(const c_big_int& a, const char* b) { return !(a > b); }
+
+inline bool operator==(const c_big_int& a, const std::string& b) { return a == b.c_str(); }
+inline bool operator!=(const c_big_int& a, const std::string& b) { return a != b.c_str(); }
+inline bool operator>(const c_big_int& a, const std::string& b) { return a > b.c_str(); }
+inline bool operator>=(const c_big_int& a, const std::string& b) { return a >= b.c_str(); }
+inline bool operator<(const c_big_int& a, const std::string& b) { return a < b.c_str(); }
+inline bool operator<=(const c_big_int& a, const std::string& b) { return a <= b.c_str(); }
+
+inline bool operator==(const std::string& a, const c_big_int& b) { return b == a; }
+inline bool operator!=(const std::string& a, const c_big_int& b) { return b != a; }
+inline bool operator>(const std::string& a, const c_big_int& b) { return b < a; }
+inline bool operator>=(const std::string& a, const c_big_int& b) { return b <= a; }
+inline bool operator<(const std::string& a, const c_big_int& b) { return b > a; }
+inline bool operator<=(const std::string& a, const c_big_int& b) { return b >= a; }
+
+inline bool operator==(const char* a, const c_big_int& b) { return b == a; }
+inline bool operator!=(const char* a, const c_big_int& b) { return b != a; }
+inline bool operator>(const char* a, const c_big_int& b) { return b < a; }
+inline bool operator>=(const char* a, const c_big_int& b) { return b <= a; }
+inline bool operator<(const char* a, const c_big_int& b) { return b > a; }
+inline bool operator<=(const char* a, const c_big_int& b) { return b >= a; }
+
+inline bool operator==(const c_big_int& a, const c_big_int& b) { return !(a != b); }
+ZOL_API bool operator>(const c_big_int& a, const c_big_int& b);
+inline bool operator>=(const c_big_int& a, const c_big_int& b) { return a == b || a > b; }
+inline bool operator<(const c_big_int& a, const c_big_int& b) { return !(a >= b); }
+inline bool operator<=(const c_big_int& a, const c_big_int& b) { return !(a > b); }
+
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_big_int& value);
+
+// An xs:decimal: sign, integral part and fractional digits. Trailing zeros are kept, and there is a
+// negative zero.
+//
+// The order is not the numeric one where one fraction is the beginning of the other: the shorter
+// counts as the greater, so 1.5 > 1.51. Equality ignores trailing zeros; -0 and 0 differ.
+class ZOL_API c_decimal {
+ public:
+  c_decimal() = default;
+  c_decimal(const c_decimal&) = default;
+  c_decimal(const char* text);
+  c_decimal(const std::string& text);
+  // `value` times ten to the power of minus `scale`.
+  explicit c_decimal(long value, int scale = 0);
+  // `value` rounded to `places` decimal places, 15 at most. What is not finite gives zero.
+  explicit c_decimal(double value, unsigned places = 15);
+
+  // An optional sign, digits and an optional point; there is no exponent.
+  static bool is_valid(const std::string& text);
+
+  c_decimal& operator=(const char* text);
+  c_decimal& operator=(const std::string& text);
+  c_decimal& operator=(const c_decimal& other);
+  c_decimal& operator=(double value);
+  void set(double value, unsigned places = 15);
+  void swap(c_decimal& other) noexcept;
+
+  // A 0 before the point is not written: ".5", "-.5", and "0" for zero.
+  std::string get_as_string() const;
+
+  long get_integral(bool* overflow) const;
+  // Sets the sign too; the fraction stays.
+  void set_integral(long value);
+
+  // The first `digits` digits of the fraction as a number, as if zeros followed it.
+  unsigned long get_fractional(int digits, bool* overflow) const;
+  // The fraction becomes `value` in `digits` digits: padded on the left, or cut after the first
+  // `digits` of them.
+  void set_fractional(unsigned long value, unsigned digits);
+
+  // The value times ten to the power of `scale`; digits past it are cut, not rounded.
+  long get_scaled(int scale, bool* overflow) const;
+  void set_scaled(long value, int scale = 0);
+
+  double get_as_float() const;
+
+ private:
+  friend ZOL_API bool operator==(const c_decimal& a, const c_decimal& b);
+  friend ZOL_API bool operator>(const c_decimal& a, const c_decimal& b);
+
+  bool is_negative_ = false;
+  c_big_int integral_;  // the magnitude
+  std::string fractional_;
+};
+
+ZOL_API bool operator==(const c_decimal& a, const c_decimal& b);
+ZOL_API bool operator>(const c_decimal& a, const c_decimal& b);
+inline bool operator!=(const c_decimal& a, const c_decimal& b) { return !(a == b); }
+inline bool operator>=(const c_decimal& a, const c_decimal& b) { return a == b || a > b; }
+inline bool operator<(const c_decimal& a, const c_decimal& b) { return !(a >= b); }
+inline bool operator<=(const c_decimal& a, const c_decimal& b) { return !(a > b); }
+
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_decimal& value);
+
+}  // namespace lmx
