@@ -16,11 +16,12 @@
 
 namespace lmx {
 
-// One row of a constant table of namespaces, shared by reader and writer. A null URI ends the table.
+// One row of a constant table of namespaces, shared by reader and writer. A null URI ends the
+// table.
 struct s_ns_map {
   int ns_id;
   const char* prefix;
-  const char* ns_uri;
+  const char* uri;
 };
 
 constexpr int k_ns_not_found = 0;
