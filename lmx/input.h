@@ -1,0 +1,234 @@
+// Character input: sources of raw bytes, and the getter that turns them into UTF-8 with line feeds
+// for line ends and a count of lines.
+//
+// A source hands over blocks. A getter that is in the plain state, UTF-8 with nothing pushed back,
+// shows the rest of the current block to the stages above, which take names and text out of it in
+// runs. Everything else goes character by character through get(), and both roads agree.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "lmx/errors.h"
+#include "lmx/text.h"
+#include "port/export.h"
+
+namespace lmx {
+
+// A source of bytes. A subclass needs read() and rewind() alone.
+class ZOL_API c_read {
+ public:
+  c_read() = default;
+  virtual bool is_open() const;
+  // The next byte as 0 to 255, -1 at the end.
+  virtual int read() = 0;
+  // A name for messages, or null.
+  virtual const char* get_source_id();
+  virtual void rewind() = 0;
+  virtual ~c_read();
+
+  // The next bytes as a block that stays good until the next call of any operation here; 0 at the
+  // end. The bytes count as read. The default asks read() for one.
+  virtual std::size_t read_block(const char** begin);
+  // Makes the last `count` bytes of the last block unread. The default keeps them read.
+  virtual void give_back(std::size_t count);
+
+ protected:
+  c_read(const c_read&) = default;
+  c_read& operator=(const c_read&) = default;
+
+ private:
+  char single_ = 0;
+};
+
+// Reads memory that the caller keeps alive. A class derived from this one that overrides read()
+// alone is asked for every byte.
+class ZOL_API c_read_memory : public c_read {
+ public:
+  c_read_memory(const char* data, std::size_t size)
+      : start_(data), at_(data), end_(data == nullptr ? data : data + size) {}
+  c_read_memory(const c_read_memory&) = default;
+  c_read_memory& operator=(const c_read_memory&) = default;
+
+  int read() override;
+  void rewind() override;
+  std::size_t read_block(const char** begin) override;
+  void give_back(std::size_t count) override;
+
+ protected:
+  c_read_memory() = default;
+
+ private:
+  const char* start_ = nullptr;
+  const char* at_ = nullptr;
+  const char* end_ = nullptr;
+};
+
+// Reads a string in place, which must outlive it.
+class ZOL_API c_read_string : public c_read_memory {
+ public:
+  explicit c_read_string(const std::string& text) : c_read_memory(text.data(), text.size()) {}
+};
+
+// Reads a file. Whether it opened, is_open() tells; read() gives -1 if it did not.
+class ZOL_API c_read_file : public c_read {
+ public:
+  explicit c_read_file(const char* path);
+  explicit c_read_file(const wchar_t* path);
+  // Takes the file from its present position, and closes it unless told otherwise.
+  explicit c_read_file(std::FILE* file);
+  c_read_file(const c_read_file&) = delete;
+  c_read_file& operator=(const c_read_file&) = delete;
+  ~c_read_file() override;
+
+  bool is_open() const override { return file_ != nullptr; }
+  int read() override;
+  // The path in UTF-8, "" for a file that was handed in.
+  const char* get_source_id() override;
+  // Seeks to the start of the file. What is left of the piece of 512 bytes that is being read comes
+  // first, and the file from its start follows. Whoever wants the document again after a look at
+  // its beginning reads it with a new source.
+  void rewind() override;
+  std::size_t read_block(const char** begin) override;
+  void give_back(std::size_t count) override;
+
+  void close();
+  void leave_file_open_on_delete(bool leave_open) { close_on_delete_ = !leave_open; }
+
+ private:
+  bool refill();
+
+  std::string source_id_;
+  std::FILE* file_ = nullptr;
+  bool close_on_delete_ = true;
+  std::size_t capacity_;
+  std::unique_ptr<char[]> buffer_;  // made by the first read
+  std::size_t count_ = 0;
+  std::size_t index_ = 0;
+};
+
+// The characters pushed back, the last one first. Three are as many as the stages above need; a
+// fourth is dropped.
+class ZOL_API c_unget_buffer {
+ public:
+  void clear() { count_ = 0; }
+  bool empty() const { return count_ == 0; }
+  int get() { return count_ == 0 ? -1 : values_[--count_]; }
+  void unget(int value) {
+    if (count_ < k_depth) values_[count_++] = value;
+  }
+
+ private:
+  static constexpr int k_depth = 3;
+  int values_[k_depth] = {};
+  int count_ = 0;
+};
+
+namespace internal {
+
+// The unread rest of the current block, in the plain state.
+struct Window {
+  const char* at;
+  const char* end;
+};
+
+}  // namespace internal
+
+// Turns bytes in any accepted encoding into UTF-8 with line feeds for line ends.
+//
+// The encoding is found from the first bytes and may be refined once by the XML declaration.
+// Ill-formed UTF-8 gives -1 without a report. After a fatal report get() gives -1 for good.
+class ZOL_API c_get_as_utf8 {
+ public:
+  // Borrows both, for its whole life.
+  c_get_as_utf8(c_read& source, c_error& error);
+  c_get_as_utf8(const c_get_as_utf8&) = delete;
+  c_get_as_utf8& operator=(const c_get_as_utf8&) = delete;
+  virtual ~c_get_as_utf8();
+
+  // The next byte, 0 to 255, or -1 at the end.
+  int get();
+  void unget(int value) { unget_.unget(value); }
+
+  // False, after a fatal report of 6 for an unknown name or of 15 for one that does not agree with
+  // the bytes seen. Names are compared without regard to case.
+  bool set_encoding(const char* name);
+  int get_line_num() const { return line_; }
+  const char* get_source_id() const { return source_->get_source_id(); }
+  void rewind();
+
+  void error(elmx_error_type type, elmx_error code, const char* text);
+  void error(elmx_error_type type, elmx_error code, const std::string& text) {
+    error(type, code, text.c_str());
+  }
+  c_error& get_error_handler() const { return *error_; }
+
+  // --- For the stages above -----------------------------------------------------------------
+
+  // True in the plain state, with at least one byte in the window.
+  bool open_window(internal::Window* window) const {
+    if (encoding_ != k_utf8 || pending_at_ != nullptr || !unget_.empty() || at_ == end_ ||
+        error_->is_fatal_errored()) {
+      return false;
+    }
+    window->at = at_;
+    window->end = end_;
+    return true;
+  }
+  // Was the last character a carriage return? A line feed that follows it is no line of its own.
+  bool is_after_cr() const { return last_ == '\r'; }
+  // Takes the window's bytes before `at`, at least one, with `lines` line ends among them. The last
+  // character taken is no lone carriage return.
+  void take_window(const char* at, int lines) {
+    at_ = at;
+    line_ += lines;
+    last_ = 0;
+  }
+  // Bytes of the source that were read.
+  std::uint64_t bytes_read() const {
+    return bytes_fetched_ - static_cast<std::uint64_t>(end_ - at_);
+  }
+
+ private:
+  enum Encoding {
+    k_unknown = 0,
+    k_latin1 = 1,
+    k_utf8 = 2,
+    k_utf16_be = 3,
+    k_utf16_le = 4,
+    k_ucs2_be = 5,
+    k_ucs2_le = 6
+  };
+
+  bool fetch();
+  int next_byte() {
+    if (at_ == end_ && !fetch()) return -1;
+    return static_cast<unsigned char>(*at_++);
+  }
+  int next_unit();
+  int raw_get();
+  int decode(int byte);
+  int detect(int byte);
+  int multi_byte(int lead);
+  int code_point(int c);
+  int refuse();
+  int hand_over(const char* sequence);
+
+  c_read* source_;
+  c_error* error_;
+  c_getter_error_binder binder_;
+  int encoding_ = k_unknown;
+  int last_ = 0;
+  c_unget_buffer unget_;
+  char pending_[8] = {};              // a sequence of six bytes at most, and a zero
+  const char* pending_at_ = nullptr;  // into pending_, never at its zero
+  int line_ = 1;
+  const char* at_ = nullptr;  // the rest of the current block
+  const char* end_ = nullptr;
+  std::uint64_t bytes_fetched_ = 0;
+};
+
+}  // namespace lmx
