@@ -1,0 +1,274 @@
+#include "lmx/internal/number_text.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <system_error>
+
+namespace lmx::internal {
+namespace {
+
+// Every power of ten that a double holds exactly.
+constexpr int k_max_exact_power = 22;
+constexpr double k_powers_of_ten[k_max_exact_power + 1] = {
+    1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+bool is_digit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
+
+// A text that is lexically a number, with its sign taken off: digits * 10^exponent.
+struct ScannedNumber {
+  std::uint64_t digits = 0;      // modulo 2^64, so of use only while digit_count is small
+  std::int64_t digit_count = 0;  // without leading zeros
+  std::int64_t exponent = 0;
+};
+
+// Reads digits into the number and gives the end of their run.
+const char* scan_digits(const char* next, const char* end, ScannedNumber* number) {
+  if (number->digit_count == 0) {
+    while (next != end && *next == '0') ++next;
+  }
+  std::uint64_t digits = number->digits;
+  const char* first = next;
+  for (; next != end && is_digit(*next); ++next) {
+    digits = digits * 10 + static_cast<unsigned char>(*next - '0');
+  }
+  number->digits = digits;
+  number->digit_count += next - first;
+  return next;
+}
+
+// Reads the exponent after its letter. False if there is none.
+bool scan_exponent(const char** next, const char* end, ScannedNumber* number) {
+  const char* at = *next;
+  const bool negative = at != end && *at == '-';
+  if (at != end && (*at == '-' || *at == '+')) ++at;
+  if (at == end || !is_digit(*at)) return false;
+  // Beyond this the digits of a text that fits in memory cannot bring the value back into range.
+  constexpr std::int64_t k_enough = std::int64_t{1} << 56;
+  std::int64_t exponent = 0;
+  for (; at != end && is_digit(*at); ++at) {
+    if (exponent < k_enough) exponent = exponent * 10 + (*at - '0');
+  }
+  number->exponent += negative ? -exponent : exponent;
+  *next = at;
+  return true;
+}
+
+bool scan_number(const char* next, const char* end, ScannedNumber* number) {
+  const char* integer = next;
+  next = scan_digits(next, end, number);
+  std::ptrdiff_t characters = next - integer;
+  if (next != end && *next == '.') {
+    const char* fraction = ++next;
+    next = scan_digits(next, end, number);
+    number->exponent = fraction - next;
+    characters += next - fraction;
+  }
+  if (characters == 0) return false;
+  if (next != end && (*next == 'e' || *next == 'E')) {
+    ++next;
+    if (!scan_exponent(&next, end, number)) return false;
+  }
+  return next == end;
+}
+
+// For what the exact product or quotient cannot do. `text` has no sign.
+double convert_slowly(std::string_view text, const ScannedNumber& number) {
+  double value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (result.ec != std::errc::result_out_of_range) return value;
+  return number.digit_count + number.exponent > 0 ? HUGE_VAL : 0.0;
+}
+
+bool read_word(std::string_view text, double* value) {
+  if (text == "NaN") {
+    *value = std::numeric_limits<double>::quiet_NaN();
+  } else if (text == "INF") {
+    *value = std::numeric_limits<double>::infinity();
+  } else if (text == "-INF") {
+    *value = -std::numeric_limits<double>::infinity();
+  } else {
+    return false;
+  }
+  return true;
+}
+
+char* copy_text(char* out, std::string_view text) {
+  std::memcpy(out, text.data(), text.size());
+  return out + text.size();
+}
+
+constexpr char k_digit_pairs[] =
+    "0001020304050607080910111213141516171819202122232425262728293031323334353637383940414243444546"
+    "4748495051525354555657585960616263646566676869707172737475767778798081828384858687888990919293"
+    "949596979899";
+
+char* put_pair(char* out, std::uint32_t below_100) {
+  std::memcpy(out, k_digit_pairs + 2 * below_100, 2);
+  return out + 2;
+}
+
+// A finite value above zero as d.ddddddddddddd * 10^exponent, without trailing zeros.
+struct DecimalDigits {
+  static constexpr int k_width = 14;
+
+  char digits[32];  // "0" to the end, for copies of a fixed size
+  int count;
+  int exponent;
+};
+
+// `number` has exactly k_width digits.
+void spell_digits(std::uint64_t number, DecimalDigits* decimal) {
+  const auto high = static_cast<std::uint32_t>(number / 100000000);
+  const auto low = static_cast<std::uint32_t>(number % 100000000);
+  std::memset(decimal->digits, '0', sizeof decimal->digits);
+  char* out = decimal->digits;
+  out = put_pair(out, high / 10000);
+  out = put_pair(out, high / 100 % 100);
+  out = put_pair(out, high % 100);
+  if (low != 0) {
+    out = put_pair(out, low / 1000000);
+    out = put_pair(out, low / 10000 % 100);
+    out = put_pair(out, low / 100 % 100);
+    out = put_pair(out, low % 100);
+  }
+  while (out[-1] == '0') --out;
+  decimal->count = static_cast<int>(out - decimal->digits);
+}
+
+// Finds the `Precision` significant digits of a finite value above zero, exactly rounded, in one
+// multiplication. False if that multiplication does not settle them; nothing is wrong then.
+//
+// Let 10^x <= value < 10^(x+1). The digits wanted are t = value * 10^(Precision-1-x), rounded to
+// an integer. The power of ten is exact as long as its exponent is at most 22 either way (a
+// negative one divides), so the computed p is t with one rounding: |p - t| <= ulp(p) / 2. With p
+// below 10^14 < 2^47 that is at most 2^-7, so where p is not within 2^-6 of a half, rounding p
+// and rounding t to an integer give the same. Near a half the caller asks a slower routine, which
+// also sees to exact ties.
+//
+// Of x only the guess floor(log10(2^e)) is at hand, with 2^e <= value < 2^(e+1); it is right or
+// one too small. It was too small if p reaches 10^Precision, since a rounded product does not
+// cross a number that a double holds; then the work is done again with the next power. A p that
+// is below but rounds up to 10^Precision has the digits 1000... of the next exponent.
+template <int Precision>
+bool find_digits(double value, DecimalDigits* decimal) {
+  constexpr double k_limit = k_powers_of_ten[Precision];
+  std::uint64_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  const int binary_exponent = static_cast<int>(bits >> 52) - 1023;
+  // log10(2) as a fraction of 2^20: exact floors for each exponent of a double.
+  int exponent = (binary_exponent * 315653) >> 20;
+  const int power = Precision - 1 - exponent;
+  if (power > k_max_exact_power || power <= -k_max_exact_power) return false;
+
+  const auto scale = [value](int by) {
+    return by >= 0 ? value * k_powers_of_ten[by] : value / k_powers_of_ten[-by];
+  };
+  double scaled = scale(power);
+  if (scaled >= k_limit) {
+    scaled = scale(power - 1);
+    ++exponent;
+  }
+  auto digits = static_cast<std::uint64_t>(scaled);
+  const double beyond_half = scaled - static_cast<double>(digits) - 0.5;
+  if (std::fabs(beyond_half) <= 0x1p-6) return false;
+  if (beyond_half > 0) ++digits;
+  if (digits == static_cast<std::uint64_t>(k_limit)) {
+    digits /= 10;
+    ++exponent;
+  }
+  constexpr auto k_widen =
+      static_cast<std::uint64_t>(k_powers_of_ten[DecimalDigits::k_width - Precision]);
+  spell_digits(digits * k_widen, decimal);
+  decimal->exponent = exponent;
+  return true;
+}
+
+// Lays the digits out as printf's %g does with a precision above the exponent's: plainly from
+// 0.0001 up to the precision, with an exponent otherwise. Copies are of a fixed size, since that
+// is quicker than of a counted one; k_number_room allows for them.
+template <int Precision>
+char* lay_out(const DecimalDigits& decimal, char* out) {
+  const int exponent = decimal.exponent;
+  if (exponent >= 0 && exponent < Precision) {
+    const int integer_digits = exponent + 1;
+    std::memcpy(out, decimal.digits, 16);
+    if (decimal.count <= integer_digits) return out + integer_digits;
+    out[integer_digits] = '.';
+    std::memcpy(out + integer_digits + 1, decimal.digits + integer_digits,
+                DecimalDigits::k_width - 1);
+    return out + decimal.count + 1;
+  }
+  if (exponent < 0 && exponent >= -4) {
+    std::memcpy(out, "0.000", 5);
+    out += 1 - exponent;
+    std::memcpy(out, decimal.digits, 16);
+    return out + decimal.count;
+  }
+  *out++ = decimal.digits[0];
+  if (decimal.count > 1) {
+    *out++ = '.';
+    std::memcpy(out, decimal.digits + 1, 16);
+    out += decimal.count - 1;
+  }
+  *out++ = 'e';
+  *out++ = exponent < 0 ? '-' : '+';
+  // find_digits() gives none of three digits.
+  return put_pair(out, static_cast<std::uint32_t>(exponent < 0 ? -exponent : exponent));
+}
+
+template <int Precision>
+char* format_number(double value, char* out) {
+  if (std::isnan(value)) return copy_text(out, "NaN");
+  if (std::signbit(value)) {
+    *out++ = '-';
+    value = -value;
+  }
+  if (std::isinf(value)) return copy_text(out, "INF");
+  if (value == 0) return copy_text(out, "0.0");
+
+  DecimalDigits decimal;
+  if (find_digits<Precision>(value, &decimal)) return lay_out<Precision>(decimal, out);
+  return std::to_chars(out, out + k_number_room - 1, value, std::chars_format::general, Precision)
+      .ptr;
+}
+
+}  // namespace
+
+bool read_double(std::string_view text, double* value) {
+  const char* next = text.data();
+  const char* end = next + text.size();
+  const bool negative = next != end && *next == '-';
+  if (next != end && (*next == '-' || *next == '+')) ++next;
+
+  ScannedNumber number;
+  if (!scan_number(next, end, &number)) return read_word(text, value);
+
+  // A product or quotient of two numbers that doubles hold exactly is rounded once, so it is the
+  // nearest double to the text's value. 19 digits are the most that 64 bits always hold.
+  double magnitude;
+  if (number.digit_count == 0) {
+    magnitude = 0;
+  } else if (number.digit_count <= 19 && number.digits < std::uint64_t{1} << 53 &&
+             number.exponent >= -k_max_exact_power && number.exponent <= k_max_exact_power) {
+    magnitude = static_cast<double>(number.digits);
+    if (number.exponent < 0) {
+      magnitude /= k_powers_of_ten[-number.exponent];
+    } else {
+      magnitude *= k_powers_of_ten[number.exponent];
+    }
+  } else {
+    magnitude = convert_slowly({next, static_cast<std::size_t>(end - next)}, number);
+  }
+  *value = negative ? -magnitude : magnitude;
+  return true;
+}
+
+char* format_double(double value, char* out) { return format_number<14>(value, out); }
+
+char* format_float(float value, char* out) { return format_number<7>(value, out); }
+
+}  // namespace lmx::internal
