@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -113,7 +114,7 @@ class ZOL_API c_xml_writer {
   void begin_line_through_hooks();
   void end_line_through_hooks();
   void write_ns_attrs(bool need_xsi);
-  void append_ns_attr(const char* prefix, const char* uri);
+  void append_ns_attr(std::string_view prefix, std::string_view uri);
   void append_schema_locations();
 
   std::ostream& os_;

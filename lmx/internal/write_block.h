@@ -49,7 +49,7 @@ class WriteBlock {
   std::size_t room() const { return k_capacity - size_; }
   void append_beyond_room(std::string_view text);
   char* reserve(std::size_t count);
-  char* append_code_point(std::int32_t code_point, char* out);
+  void advance_to(const char* end) { size_ = static_cast<std::size_t>(end - bytes_); }
 
   std::ostream& stream_;
   std::size_t size_ = 0;

@@ -1,0 +1,246 @@
+#include "lmx/writer.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <exception>
+#include <locale>
+#include <typeinfo>
+
+#include "lmx/internal/number_text.h"
+#include "lmx/names.h"
+
+namespace lmx {
+namespace {
+
+constexpr char k_instance_namespace[] = "http://www.w3.org/2001/XMLSchema-instance";
+
+const char* or_empty(const char* text) { return text == nullptr ? "" : text; }
+
+// Puts a stream's precision back, also when the stream throws.
+class PrecisionScope {
+ public:
+  PrecisionScope(std::ostream& os, int precision) : os_(os), saved_(os.precision(precision)) {}
+  ~PrecisionScope() { os_.precision(saved_); }
+  PrecisionScope(const PrecisionScope&) = delete;
+  PrecisionScope& operator=(const PrecisionScope&) = delete;
+
+ private:
+  std::ostream& os_;
+  std::streamsize saved_;
+};
+
+std::ostream& write_number(std::ostream& os, double value, int precision) {
+  if (!(std::isfinite(value)) || value == 0) {
+    char text[internal::k_number_room];
+    const char* end = internal::format_double(value, text);
+    return os << std::string_view(text, static_cast<std::size_t>(end - text));
+  }
+  PrecisionScope scope(os, precision);
+  return os << value;
+}
+
+template <class Text>
+std::ostream& write_escaped(std::ostream& os, const Text& text) {
+  internal::WriteBlock block(os);
+  block.append_escaped(text);
+  block.flush();
+  return os;
+}
+
+}  // namespace
+
+c_xml_writer::c_xml_writer(std::ostream& os, const char* tab, const char* nl)
+    : os_(os), tab_(or_empty(tab)), newline_(or_empty(nl)), block_(os) {
+  os_.imbue(std::locale::classic());
+}
+
+c_xml_writer::c_xml_writer(std::ostream& os, int flags, const char* tab, const char* nl)
+    : c_xml_writer(os, tab, nl) {
+  if ((flags & (include_xml_decl | include_standalone)) == 0) return;
+  os_ << "<?xml version=\"1.0\" encoding=\"UTF-8\"";
+  if ((flags & include_standalone) != 0) os_ << " standalone=\"yes\"";
+  os_ << "?>" << newline_;
+}
+
+c_xml_writer::~c_xml_writer() = default;
+
+elmx_error c_xml_writer::user_handle_error(elmx_error error, const std::string& /*item_name*/,
+                                           const char* /*file*/, int /*line*/) {
+  return user_handle_error(error);
+}
+
+elmx_error c_xml_writer::user_handle_error(elmx_error error) { return error; }
+
+std::string& c_xml_writer::get_error_message(std::string* out) const {
+  out->clear();
+  if (last_error_ != elmx_ok) out->append("'").append(error_item_name_).append("'-");
+  return out->append(get_error_description(last_error_));
+}
+
+const char* c_xml_writer::endl() { return newline_; }
+
+void c_xml_writer::nest() {
+  block_.flush();
+  os_ << tab_;
+}
+
+std::ostream& c_xml_writer::operator()(bool nest) {
+  block_.flush();
+  if (nest) {
+    for (int level = 0; level < depth_; ++level) this->nest();
+  }
+  return os_;
+}
+
+void c_xml_writer::add_namespace(const std::string& prefix, const std::string& uri) {
+  namespaces_.emplace_back(prefix, uri);
+}
+
+void c_xml_writer::add_default_namespace(const std::string& uri) { add_namespace({}, uri); }
+
+void c_xml_writer::add_schema_location(const std::string& ns, const std::string& location) {
+  schema_locations_.emplace_back(ns, location);
+}
+
+void c_xml_writer::add_no_namespace_schema_location(const std::string& location) {
+  add_schema_location({}, location);
+}
+
+void c_xml_writer::reenable_ns_map_output() {
+  ns_map_ = nullptr;
+  ns_attrs_written_ = false;
+}
+
+const char* c_xml_writer::get_namespace_prefix(const std::string& uri) const {
+  for (const s_ns_map* row = ns_map_; row != nullptr && row->uri != nullptr; ++row) {
+    if (uri == row->uri) return row->prefix;
+  }
+  for (const auto& [prefix, added_uri] : namespaces_) {
+    if (uri == added_uri) return prefix.c_str();
+  }
+  return nullptr;
+}
+
+elmx_error c_xml_writer::handle_error(elmx_error error, const std::string& item_name,
+                                      const char* file, int line) {
+  // What the handler does may end the run or write on the stream, which so far has to be whole.
+  block_.flush();
+  last_error_ = error;
+  error_item_name_ = item_name;
+  last_error_ = user_handle_error(error, item_name, file, line);
+  return last_error_;
+}
+
+bool c_xml_writer::get_error_info(elmx_error_type* type, elmx_error* error, int* line) {
+  return error_.get_error_info(type, error, line);
+}
+
+// nest() and endl() may be overridden, and an override may write on the stream by any way that it
+// knows, call the base class or not, and behave differently each time. No probing call can rule
+// that out, but the dynamic type can: an object whose most derived class is this one overrides
+// nothing. Only then is indentation appended to the block without a virtual call; a subclass of
+// any kind gets its calls, with the stream up to date before each. The constructor is too early to
+// ask, since an object under construction has the type of the base.
+void c_xml_writer::enter_scope() {
+  is_plain_ = typeid(*this) == typeid(c_xml_writer);
+  tab_size_ = std::strlen(tab_);
+  newline_size_ = std::strlen(newline_);
+  exceptions_at_entry_ = std::uncaught_exceptions();
+}
+
+void c_xml_writer::leave_scope() {
+  is_plain_ = false;
+  if (std::uncaught_exceptions() == exceptions_at_entry_) return block_.flush();
+  // An exception is on its way out, and a second one of the stream would end the program.
+  try {
+    block_.flush();
+  } catch (...) {
+  }
+}
+
+void c_xml_writer::begin_line_through_hooks() { (*this)(true); }
+
+void c_xml_writer::end_line_through_hooks() {
+  block_.flush();
+  os_ << endl();
+}
+
+void c_xml_writer::write_ns_attrs(bool need_xsi) {
+  for (const s_ns_map* row = ns_map_; row != nullptr && row->uri != nullptr; ++row) {
+    append_ns_attr(row->prefix, row->uri);
+  }
+  for (const auto& [prefix, uri] : namespaces_) append_ns_attr(prefix, uri);
+  if (need_xsi || !schema_locations_.empty()) append_ns_attr("xsi", k_instance_namespace);
+  if (!schema_locations_.empty()) append_schema_locations();
+  ns_attrs_written_ = true;
+  // A caller may go on with the stream that it took before.
+  block_.flush();
+}
+
+void c_xml_writer::append_ns_attr(std::string_view prefix, std::string_view uri) {
+  block_.append(" xmlns");
+  if (!prefix.empty()) {
+    block_.append(':');
+    block_.append(prefix);
+  }
+  block_.append("=\"");
+  block_.append(uri);
+  block_.append('"');
+}
+
+void c_xml_writer::append_schema_locations() {
+  const auto& [first_namespace, first_location] = schema_locations_.front();
+  if (first_namespace.empty()) {
+    block_.append(" xsi:noNamespaceSchemaLocation=\"");
+    block_.append(first_location);
+  } else {
+    std::string_view separator = " xsi:schemaLocation=\"";
+    for (const auto& [ns, location] : schema_locations_) {
+      block_.append(separator);
+      block_.append(ns);
+      block_.append(' ');
+      block_.append(location);
+      separator = " ";
+    }
+  }
+  block_.append('"');
+}
+
+std::ostream& operator<<(std::ostream& os, const c_as_xml<std::wstring>& text) {
+  return write_escaped(os, text.get());
+}
+
+std::ostream& operator<<(std::ostream& os, const c_as_xml<std::string>& text) {
+  return write_escaped(os, text.get());
+}
+
+std::ostream& operator<<(std::ostream& os, const c_as_xml<bool>& value) {
+  return os << (value.get() ? "true" : "false");
+}
+
+std::ostream& operator<<(std::ostream& os, const c_as_xml<float>& value) {
+  return write_number(os, value.get(), 7);
+}
+
+std::ostream& operator<<(std::ostream& os, const c_as_xml<double>& value) {
+  return write_number(os, value.get(), 14);
+}
+
+std::ostream& operator<<(std::ostream& os, const c_as_escaped<std::string>& text) {
+  return write_escaped(os, text.get());
+}
+
+std::ostream& operator<<(std::ostream& os, const c_as_bool_digit<bool>& value) {
+  return os << (value.get() ? '1' : '0');
+}
+
+std::ostream& operator<<(std::ostream& os, const c_as_ascii<std::wstring>& text) {
+  for (const wchar_t unit : text.get()) {
+    const auto value = static_cast<std::uint32_t>(unit);
+    os.put(value <= 127 ? static_cast<char>(value) : '.');
+  }
+  return os;
+}
+
+}  // namespace lmx
