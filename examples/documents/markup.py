@@ -66,18 +66,26 @@ def text_of(item):
 
 
 class Form:
-    """How a document is spelled."""
+    """How a document is spelled.
+
+    prefix            of the document namespace; empty makes it the default one
+    instance          prefix of the schema instance namespace
+    indent, newline   around each element; both empty give one long line
+    mark              a byte-order mark in front
+    carriage_returns  every line end is CR LF
+    prolog            lines between the declaration and the root
+    """
 
     def __init__(self, prefix="Zol", instance="xsi", indent="\t", newline="\n",
-                 encoding="UTF-8", mark=False, prolog="", trailer=""):
+                 encoding="UTF-8", mark=False, carriage_returns=False, prolog=""):
         self.prefix = prefix + ":" if prefix else ""
         self.instance = instance
         self.indent = indent
         self.newline = newline
         self.encoding = encoding
         self.mark = mark
+        self.carriage_returns = carriage_returns
         self.prolog = prolog
-        self.trailer = trailer
 
     def attribute(self, name, value):
         if name == "xsi_nil":
@@ -113,8 +121,8 @@ class Form:
         parts = [f'<?xml version="1.0" encoding="{self.encoding}"?>']
         parts += self.prolog.splitlines()
         parts += self.lines(root)
-        parts += self.trailer.splitlines()
-        return self.newline.join(parts) + self.newline
+        text = self.newline.join(parts) + self.newline
+        return text.replace("\n", "\r\n") if self.carriage_returns else text
 
 
 def write(path, root, form):
