@@ -18,6 +18,7 @@ class Cursor {
 
   bool at_end() const { return at_ == end_; }
   const char* position() const { return at_; }
+  std::size_t remaining() const { return static_cast<std::size_t>(end_ - at_); }
   bool at_digit() const { return at_ != end_ && is_digit(*at_); }
 
   bool skip(char c) {

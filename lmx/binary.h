@@ -1,0 +1,97 @@
+// Byte sequences with their two text forms, xs:hexBinary and xs:base64Binary.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "port/export.h"
+
+namespace lmx {
+
+class c_binary;
+
+namespace internal {
+
+// Appends the value in base64, on one line and with padding.
+void append_base64(std::string* out, const c_binary& value);
+
+}  // namespace internal
+
+// Neither form's reader reports anything: check is_valid_hex or is_valid_base64 first.
+class ZOL_API c_binary {
+ public:
+  c_binary() = default;
+  c_binary(const c_binary&) = default;
+  c_binary(const unsigned char* data, unsigned size);
+
+  c_binary& operator=(const c_binary& other);
+  void swap(c_binary& other) noexcept { bytes_.swap(other.bytes_); }
+  void set(const unsigned char* data, unsigned size);
+
+  // Pairs of hexadecimal digits in either case. The empty text is valid.
+  static bool is_valid_hex(const std::string& text);
+  // Whitespace may stand between the letters. What follows the letters, two characters at most,
+  // counts towards a whole group of four. The empty text is valid.
+  static bool is_valid_base64(const std::string& text);
+
+  // Ignores an odd last character.
+  void from_hex(const std::string& text);
+  // Skips every character outside the alphabet. A lone last character still gives one byte.
+  void from_base64(const std::string& text);
+
+  // In upper case. Leaves "0" as the stream's fill character.
+  void out_hex(std::ostream& os) const;
+  // On one line, however long.
+  void out_base64(std::ostream& os) const;
+
+  bool equal(const unsigned char* data, unsigned size) const;
+
+  // An index at or past the size has no defined result here; `at` throws std::out_of_range for it.
+  unsigned char operator[](unsigned index) const { return bytes_[index]; }
+  unsigned char& operator[](unsigned index) { return bytes_[index]; }
+  unsigned char at(unsigned index) const { return bytes_.at(index); }
+  unsigned char& at(unsigned index) { return bytes_.at(index); }
+
+  void append(unsigned char byte) { bytes_.push_back(byte); }
+  void operator+=(unsigned char byte) { append(byte); }
+
+  unsigned size() const { return static_cast<unsigned>(bytes_.size()); }
+  // Copies the first min(size, max) bytes to `out` and gives `out`.
+  unsigned char* get(unsigned char* out, unsigned max) const;
+
+ private:
+  friend void internal::append_base64(std::string* out, const c_binary& value);
+  friend bool operator==(const c_binary& a, const c_binary& b) { return a.bytes_ == b.bytes_; }
+  friend bool operator!=(const c_binary& a, const c_binary& b) { return !(a == b); }
+
+  std::vector<unsigned char> bytes_;
+};
+
+using tc_binary = c_binary;
+
+// Manipulators: os << c_as_hex<c_binary>(value). They borrow the value.
+template <class T>
+class c_as_hex {
+ public:
+  explicit c_as_hex(const T& value) : value_(value) {}
+  const T& value() const { return value_; }
+
+ private:
+  const T& value_;
+};
+
+template <class T>
+class c_as_base64 {
+ public:
+  explicit c_as_base64(const T& value) : value_(value) {}
+  const T& value() const { return value_; }
+
+ private:
+  const T& value_;
+};
+
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_hex<c_binary>& hex);
+ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_base64<c_binary>& base64);
+
+}  // namespace lmx

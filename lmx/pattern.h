@@ -1,0 +1,48 @@
+// The pattern facet: regular expressions of XML Schema, which match the whole text. Compiling and
+// matching are libxml2's.
+#pragma once
+
+#include <string>
+
+#include "port/export.h"
+
+struct _xmlRegexp;
+
+namespace lmx {
+
+// One compiled expression. It is never changed, so threads may share it.
+class ZOL_API c_regex {
+ public:
+  // `pattern` is UTF-8. One that does not compile is not reported; it matches nothing.
+  explicit c_regex(const std::string& pattern);
+  c_regex(const c_regex&) = delete;
+  c_regex& operator=(const c_regex&) = delete;
+  virtual ~c_regex();
+
+  // A failure inside the engine counts as a match.
+  bool is_match(const std::string& utf8) const;
+
+ private:
+  _xmlRegexp* compiled_;
+};
+
+class ZOL_API c_pattern {
+ public:
+  explicit c_pattern(const char* pattern) : regex_(std::string(pattern)) {}
+
+  bool is_match(const std::string& utf8) const { return regex_.is_match(utf8); }
+  bool is_match(const std::wstring& value) const;
+
+ private:
+  c_regex regex_;
+};
+
+// Stands where no pattern is set: it ignores its own and matches every text.
+class ZOL_API c_pattern_null {
+ public:
+  explicit c_pattern_null(const std::string&) {}
+
+  bool is_match(const std::string&) const { return true; }
+};
+
+}  // namespace lmx
