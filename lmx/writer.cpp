@@ -143,14 +143,23 @@ bool c_xml_writer::get_error_info(elmx_error_type* type, elmx_error* error, int*
 // any kind gets its calls, with the stream up to date before each. The constructor is too early to
 // ask, since an object under construction has the type of the base.
 void c_xml_writer::enter_scope() {
-  is_plain_ = typeid(*this) == typeid(c_xml_writer);
-  tab_size_ = std::strlen(tab_);
-  newline_size_ = std::strlen(newline_);
   exceptions_at_entry_ = std::uncaught_exceptions();
+  is_plain_ = typeid(*this) == typeid(c_xml_writer);
+  if (!is_plain_) return;
+  newline_size_ = std::strlen(newline_);
+  tab_size_ = std::strlen(tab_);
+  plain_depth_ = 0;
+  std::size_t filled = 0;
+  while (tab_size_ != 0 && filled + tab_size_ <= sizeof indentation_) {
+    std::memcpy(indentation_ + filled, tab_, tab_size_);
+    filled += tab_size_;
+    ++plain_depth_;
+  }
 }
 
 void c_xml_writer::leave_scope() {
   is_plain_ = false;
+  plain_depth_ = -1;
   if (std::uncaught_exceptions() == exceptions_at_entry_) return block_.flush();
   // An exception is on its way out, and a second one of the stream would end the program.
   try {
@@ -159,9 +168,15 @@ void c_xml_writer::leave_scope() {
   }
 }
 
-void c_xml_writer::begin_line_through_hooks() { (*this)(true); }
+void c_xml_writer::begin_deep_line() {
+  if (!is_plain_) {
+    (*this)(true);
+    return;
+  }
+  for (int level = 0; level < depth_; ++level) block_.append({tab_, tab_size_});
+}
 
-void c_xml_writer::end_line_through_hooks() {
+void c_xml_writer::end_line_through_hook() {
   block_.flush();
   os_ << endl();
 }

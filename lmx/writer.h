@@ -96,11 +96,11 @@ class ZOL_API c_xml_writer {
   internal::WriteBlock& block() { return block_; }
   // The indentation of a line, as from operator()(true), and its end.
   void begin_line() {
-    if (!is_plain_) return begin_line_through_hooks();
-    for (int level = 0; level < depth_; ++level) block_.append({tab_, tab_size_});
+    if (depth_ > plain_depth_) return begin_deep_line();
+    block_.append_stamp(indentation_, static_cast<std::size_t>(depth_) * tab_size_);
   }
   void end_line() {
-    if (!is_plain_) return end_line_through_hooks();
+    if (!is_plain_) return end_line_through_hook();
     block_.append({newline_, newline_size_});
   }
 
@@ -111,8 +111,8 @@ class ZOL_API c_xml_writer {
 
   void enter_scope();
   void leave_scope();
-  void begin_line_through_hooks();
-  void end_line_through_hooks();
+  void begin_deep_line();
+  void end_line_through_hook();
   void write_ns_attrs(bool need_xsi);
   void append_ns_attr(std::string_view prefix, std::string_view uri);
   void append_schema_locations();
@@ -132,10 +132,12 @@ class ZOL_API c_xml_writer {
 
   // True inside a scope if no hook can be overridden; see enter_scope().
   bool is_plain_ = false;
+  int plain_depth_ = -1;  // the levels that fit in indentation_
   int scope_depth_ = 0;
   int exceptions_at_entry_ = 0;
   std::size_t tab_size_ = 0;
   std::size_t newline_size_ = 0;
+  char indentation_[internal::WriteBlock::k_stamp] = {};
   internal::WriteBlock block_;
 };
 

@@ -1,31 +1,32 @@
-// A stream buffer that appends to a string of the caller's, so that a text written through a
-// stream need not be copied out of it.
+// A stream buffer for texts of unknown length that are to become one string. It grows by chunks,
+// which a string that doubles its capacity does not: each doubling copies everything so far, and
+// into pages that the system must first clear.
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <streambuf>
 #include <string>
+#include <vector>
 
 namespace lmx::internal {
 
 class StringSink : public std::streambuf {
  public:
-  // The string stays the caller's and must outlive the sink.
-  explicit StringSink(std::string* text) : text_(text) {}
+  // Replaces `*text` by what was written, and leaves the sink empty. If memory runs out, `*text`
+  // stays as it was.
+  void move_to(std::string* text);
 
  protected:
-  std::streamsize xsputn(const char* bytes, std::streamsize count) override {
-    text_->append(bytes, static_cast<std::size_t>(count));
-    return count;
-  }
-  int_type overflow(int_type byte) override {
-    if (!traits_type::eq_int_type(byte, traits_type::eof())) {
-      text_->push_back(traits_type::to_char_type(byte));
-    }
-    return traits_type::not_eof(byte);
-  }
+  int_type overflow(int_type byte) override;
 
  private:
-  std::string* text_;
+  struct Chunk {
+    std::unique_ptr<char[]> bytes;
+    std::size_t size;
+  };
+
+  std::vector<Chunk> chunks_;  // full, but for the last
 };
 
 }  // namespace lmx::internal

@@ -29,6 +29,15 @@ class WriteBlock {
     size_ += text.size();
   }
 
+  // The first `size` bytes of `source`, of which k_stamp bytes can be read: a copy of a fixed size
+  // costs less than one of a size that is known only at run time.
+  static constexpr std::size_t k_stamp = 32;
+  void append_stamp(const char (&source)[k_stamp], std::size_t size) {
+    if (room() < k_stamp) flush();
+    std::memcpy(bytes_ + size_, source, k_stamp);
+    size_ += size;
+  }
+
   // What c_as_xml writes for the same value.
   void append_escaped(const std::wstring& text);
   void append_escaped(std::string_view text);

@@ -368,6 +368,26 @@ TEST(MarshalScopeTest, LeavesTheStreamWholeAfterEachRun) {
   EXPECT_EQ(stream.str(), std::string(k_two_levels) + k_two_levels);
 }
 
+TEST(MarshalScopeTest, IndentsAsDeepAsItMust) {
+  for (const char* tab : {"", "\t", "12345", "a tab that is longer than any buffer for it"}) {
+    std::ostringstream stream;
+    c_xml_writer writer(stream, tab, "\r\n");
+    std::string expected;
+    std::string indentation;
+    internal::MarshalScope scope(writer);
+    for (int depth = 0; depth < 70; ++depth) {
+      writer.begin_line();
+      writer.block().append('x');
+      writer.end_line();
+      writer.indent();
+      expected += indentation + "x\r\n";
+      indentation += tab;
+    }
+    writer(false);
+    EXPECT_EQ(stream.str(), expected) << tab;
+  }
+}
+
 TEST(MarshalScopeTest, AlternatesWithTheStream) {
   std::ostringstream stream;
   c_xml_writer writer(stream, "\t", "\n");
@@ -484,15 +504,27 @@ TEST(MarshalScopeTest, PassesTheExceptionsOfTheStream) {
   EXPECT_THROW(run(), std::runtime_error);
 }
 
-TEST(StringSinkTest, AppendsWhateverTheStreamDoes) {
-  std::string text = "kept ";
-  internal::StringSink sink(&text);
+TEST(StringSinkTest, JoinsWhatTheStreamWrote) {
+  internal::StringSink sink;
   std::ostream stream(&sink);
-  stream << "a" << 1.5 << std::flush;
-  stream.put('\xFF');
-  stream.write("\0z", 2);
-  EXPECT_EQ(text, std::string("kept a1.5\xFF\0z", 12));
+  std::string text = "replaced";
+  sink.move_to(&text);
+  EXPECT_EQ(text, "");
+
+  std::string expected;
+  for (std::size_t size : {1, 4095, 4096, 4097, 20, 300000, 0, 65536}) {
+    const std::string piece(size, static_cast<char>('a' + size % 26));
+    stream.write(piece.data(), static_cast<std::streamsize>(piece.size()));
+    stream.put('\xFF') << std::flush << 1.5;
+    expected += piece + "\xFF" + "1.5";
+  }
+  sink.move_to(&text);
+  EXPECT_EQ(text, expected);
   EXPECT_TRUE(stream.good());
+
+  stream << "again";
+  sink.move_to(&text);
+  EXPECT_EQ(text, "again");
 }
 
 }  // namespace
