@@ -1,0 +1,34 @@
+// Whole documents from and to UTF-16 text.
+
+#include <ostream>
+
+#include "lmx/internal/string_sink.h"
+#include "lmx/reader.h"
+#include "lmx/text.h"
+#include "lmx/writer.h"
+#include "model/Zol.h"
+#include "model/sdk_stamp.h"
+
+namespace zol_v2 {
+
+lmx::elmx_error Zol::loadString(const std::wstring& text) {
+  std::string utf8;
+  lmx::convert(&utf8, text);
+  lmx::c_xml_reader_memory reader(utf8.data(), utf8.size());
+  return unmarshal(reader);
+}
+
+XMLDocumentResult Zol::writeString() const {
+  std::string utf8;
+  lmx::internal::StringSink sink(&utf8);
+  std::ostream stream(&sink);
+  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl, "\t", "\n");
+  // Writing leaves its mark in the document by design.
+  SdkStamp().stampWrite(const_cast<Zol&>(*this));
+  const lmx::elmx_error error = marshal(writer, k_element_name);
+  std::wstring text;
+  if (error == lmx::elmx_ok) lmx::convert(&text, utf8);
+  return XMLDocumentResult(text, error);
+}
+
+}  // namespace zol_v2

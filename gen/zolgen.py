@@ -1,0 +1,49 @@
+#!/usr/bin/env python3
+"""Writes what follows from the schema tables.
+
+    zolgen.py model --schema DIR --out DIR    the C++ of the document model
+    zolgen.py list model --schema DIR         the files that would be written, one a line
+
+A file is touched only if its text changes, so that a build compiles no more than it must.
+"""
+
+import argparse
+import pathlib
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+
+import emit_model  # noqa: E402
+import resolve  # noqa: E402
+import schema  # noqa: E402
+
+EMITTERS = {"model": emit_model.emit}
+
+
+def write_if_changed(path, text):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    if path.exists() and path.read_text(encoding="utf-8") == text:
+        return
+    path.write_text(text, encoding="utf-8")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("output", choices=sorted(EMITTERS))
+    parser.add_argument("--schema", required=True, help="directory of the *.rows files")
+    parser.add_argument("--out", help="directory to write to")
+    parser.add_argument("--list", action="store_true", help="print the names of the files only")
+    options = parser.parse_args()
+    try:
+        files = EMITTERS[options.output](resolve.Model(schema.read_directory(options.schema)))
+    except schema.SchemaError as error:
+        sys.exit(f"zolgen: {error}")
+    for name, text in files.items():
+        if options.list:
+            print(name)
+        else:
+            write_if_changed(pathlib.Path(options.out) / name, text)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,24 @@
+// What Zol::writeString gives.
+#pragma once
+
+#include <string>
+
+#include "lmx/errors.h"
+
+namespace zol_v2 {
+
+// The text of a whole document in UTF-16, or the code that kept it from being written and no text.
+class XMLDocumentResult {
+ public:
+  XMLDocumentResult(const std::wstring& document, lmx::elmx_error error)
+      : document_(document), error_(error) {}
+
+  std::wstring getXmlDocument() const { return document_; }
+  lmx::elmx_error getElmxError() const { return error_; }
+
+ private:
+  std::wstring document_;
+  lmx::elmx_error error_;
+};
+
+}  // namespace zol_v2

@@ -1,0 +1,408 @@
+#include "model/internal/reading.h"
+
+#include <charconv>
+#include <cstdlib>
+
+#include "lmx/decimal.h"
+#include "lmx/facets.h"
+#include "lmx/internal/lexical.h"
+#include "lmx/internal/number_text.h"
+#include "lmx/pattern.h"
+#include "lmx/text.h"
+#include "model/internal/document_namespace.h"
+
+namespace zol_v2::internal {
+
+using lmx::c_xml_reader;
+using lmx::elmx_error;
+
+namespace {
+
+// Asks of a date and time that it carries a time zone.
+const lmx::c_pattern k_zoned_pattern(".+T.+(Z|[+\\-].+)");
+
+// Below this many characters no integer text can overflow 64 bits.
+constexpr std::size_t k_short_integer = 18;
+
+// The text against the bounds, lower bound first, whatever its length.
+elmx_error check_integer(const std::string& text, const IntegerRange& range) {
+  if (text.size() < k_short_integer) {
+    const std::int64_t value = std::strtoll(text.c_str(), nullptr, 10);
+    if (value < range.minimum) return lmx::elmx_value_too_small;
+    if (value > range.maximum) return lmx::elmx_value_too_big;
+    return lmx::elmx_ok;
+  }
+  const lmx::c_big_int minimum(std::to_string(range.minimum));
+  const lmx::c_big_int maximum(std::to_string(range.maximum));
+  if (text < minimum) return lmx::elmx_value_too_small;
+  if (text > maximum) return lmx::elmx_value_too_big;
+  return lmx::elmx_ok;
+}
+
+// What a text that is no number begins with, for a handler that lets it pass.
+double leading_number(const std::string& text) {
+  const char* begin = text.data();
+  const char* end = begin + text.size();
+  if (begin != end && *begin == '+') ++begin;
+  double value = 0;
+  std::from_chars(begin, end, value);
+  return value;
+}
+
+template <class T>
+bool take_integer(const Site& site, T& target, const IntegerRange& range) {
+  const std::string& text = site.reader.value;
+  if (!lmx::internal::is_valid_integer(text) && !site.pass(lmx::elmx_bad_value_format))
+    return false;
+  if (const elmx_error error = check_integer(text, range)) {
+    if (!site.pass(error)) return false;
+  }
+  // A value in bounds fits 64 bits; what a handler lets pass wraps.
+  target = text.size() < k_short_integer ? static_cast<T>(std::strtoll(text.c_str(), nullptr, 10))
+                                         : static_cast<T>(lmx::c_big_int(text).get(nullptr));
+  return true;
+}
+
+}  // namespace
+
+bool Site::pass(elmx_error code) const {
+  err = reader.handle_error(code, item, k_model_source, line);
+  return err == lmx::elmx_ok;
+}
+
+bool take(const Site& site, std::wstring& target) {
+  target.clear();
+  lmx::internal::append_wide(&target, site.reader.value);
+  return true;
+}
+
+bool take(const Site& site, std::wstring& target, Length length) {
+  const std::string& text = site.reader.value;
+  if (!lmx::is_max_length_ok(text, length.characters) && !site.pass(lmx::elmx_length_too_long)) {
+    return false;
+  }
+  if (!lmx::is_min_length_ok(text, length.characters) && !site.pass(lmx::elmx_length_too_short)) {
+    return false;
+  }
+  return take(site, target);
+}
+
+bool take(const Site& site, double& target, const Range& range) {
+  double value = 0;
+  if (!lmx::internal::read_double(site.reader.value, &value)) {
+    if (!site.pass(lmx::elmx_bad_value_format)) return false;
+    value = leading_number(site.reader.value);
+  }
+  if (const elmx_error error = range.check(value)) {
+    if (!site.pass(error)) return false;
+  }
+  target = value;
+  return true;
+}
+
+bool take(const Site& site, int& target, const IntegerRange& range) {
+  return take_integer(site, target, range);
+}
+bool take(const Site& site, unsigned& target, const IntegerRange& range) {
+  return take_integer(site, target, range);
+}
+bool take(const Site& site, unsigned char& target, const IntegerRange& range) {
+  return take_integer(site, target, range);
+}
+
+bool take(const Site& site, bool& target) {
+  const std::string& text = site.reader.value;
+  if (!lmx::internal::is_valid_bool(text) && !site.pass(lmx::elmx_bad_value_format)) return false;
+  target = text == "true" || text == "1";
+  return true;
+}
+
+bool take(const Site& site, lmx::c_datetime& target) {
+  const std::string& text = site.reader.value;
+  lmx::c_datetime value;
+  bool has_zone = false;
+  if (!lmx::internal::parse_datetime(text, &value, &has_zone)) {
+    if (!site.pass(lmx::elmx_bad_value_format)) return false;
+    value = text;
+    has_zone = k_zoned_pattern.is_match(text);
+  }
+  // A valid text matches the pattern exactly when it has a zone, so the engine need not run for it.
+  if (!has_zone && !site.pass(lmx::elmx_no_pattern_match)) return false;
+  target = value;
+  return true;
+}
+
+bool take(const Site& site, lmx::c_binary& target) {
+  const std::string& text = site.reader.value;
+  if (!lmx::internal::is_valid_base64(text) && !site.pass(lmx::elmx_bad_value_format)) return false;
+  target.from_base64(text);
+  return true;
+}
+
+bool take(const Site& site, Enumerated& target, const EnumTable& table) {
+  const std::string& text = site.reader.value;
+  const int number = table.number_of(text);
+  if (number != 0) {
+    target.store(table, number);
+    return true;
+  }
+  if (!site.pass(lmx::elmx_value_not_enumerated)) return false;
+  target.store_foreign(text);
+  return true;
+}
+
+bool BodyReader::fetch(const Site& at, lmx::elmx_whitespace mode, bool in_list) {
+  bool was_empty = false;
+  err_ = lmx::elmx_ok;
+  if (reader_.get_simple_type_value(name_, mode, &reader_.value, &err_, &was_empty)) return true;
+  return at.pass(in_list ? lmx::elmx_bad_element_value : err_);
+}
+
+bool BodyReader::next(int row, int next_row) {
+  err_ = lmx::elmx_ok;
+  reader_.get_element_event(rows_ + next_row, &err_, &name_);
+  return err_ == lmx::elmx_ok || site(row).pass(err_);
+}
+
+bool BodyReader::missing(int row) {
+  const std::string item = std::string("Zol:") + rows_[row].name;
+  return Site{reader_, item, err_, line_ + 1 + row}.pass(lmx::elmx_mandatory_element_missing);
+}
+
+bool BodyReader::missing_group(int next_row) {
+  const std::string no_item;
+  return Site{reader_, no_item, err_, line_ + 1 + next_row}.pass(
+      lmx::elmx_mandatory_element_missing);
+}
+
+bool BodyReader::mark(int row) {
+  if (!is_at(row)) return true;
+  if (!reader_.skip_rest_of_empty_element(name_) && !site(row).pass(lmx::elmx_bad_end_of_element)) {
+    return false;
+  }
+  return next(row, row + 1);
+}
+
+bool BodyReader::foreign(List<AnyElement>& list) {
+  while (reader_.is_current_event_tokenisable()) {
+    AnyElement element;
+    element.full_name = name_;
+    reader_.get_namespace(name_, &element.namespace_uri);
+    if (!reader_.get_any_element(name_, &element.text, lmx::elmx_preserve, false) &&
+        !site(0).pass(lmx::elmx_bad_element_value)) {
+      return false;
+    }
+    list.append(std::move(element));
+    if (!next(0, 0)) return false;
+  }
+  return true;
+}
+
+bool AttributeReader::fetch(lmx::elmx_whitespace mode) {
+  return site_.reader.get_attribute_value(&site_.reader.value, mode) ||
+         site_.pass(lmx::elmx_bad_attribute_value);
+}
+
+bool AttributeReader::read_nil(bool& nil) {
+  if (!fetch(lmx::elmx_collapse)) return false;
+  nil = site_.reader.value == "true" || site_.reader.value == "1";
+  return true;
+}
+
+elmx_error check_attributes(c_xml_reader& reader, const char* class_name, int line,
+                            std::initializer_list<bool> are_set) {
+  for (const bool is_set : are_set) {
+    if (is_set) continue;
+    const elmx_error error = reader.handle_error(lmx::elmx_required_attributes_missing, class_name,
+                                                 k_model_source, line);
+    if (error != lmx::elmx_ok) return error;
+  }
+  return lmx::elmx_ok;
+}
+
+bool ContentReader::fetch(lmx::elmx_whitespace mode) {
+  site_.reader.value.clear();
+  return !has_text_ || site_.reader.get_element_value(&site_.reader.value, mode, true) ||
+         site_.pass(lmx::elmx_bad_element_value);
+}
+
+bool ChoiceReader::fetch(lmx::elmx_whitespace mode) {
+  bool was_empty = false;
+  site_.err = lmx::elmx_ok;
+  return site_.reader.get_simple_type_value(name_, mode, &site_.reader.value, &site_.err,
+                                            &was_empty) ||
+         site_.pass(site_.err);
+}
+
+bool ChoiceReader::number(Slot& slot, int& chosen, int selection, const Range& range) {
+  double taken = 0;
+  if (!fetch(lmx::elmx_collapse) || !take(site_, taken, range)) return false;
+  slot.store(taken);
+  return chose(chosen, selection);
+}
+
+bool ChoiceReader::enumerated(Slot& slot, int& chosen, int selection, const EnumTable& table) {
+  if (!fetch(lmx::elmx_preserve)) return false;
+  if (const int number = table.number_of(site_.reader.value)) {
+    slot.refer(table[number]);
+  } else {
+    if (!site_.pass(lmx::elmx_value_not_enumerated)) return false;
+    auto foreign = std::make_unique<std::wstring>();
+    (void)take(site_, *foreign);
+    slot.adopt(std::move(foreign));
+  }
+  return chose(chosen, selection);
+}
+
+bool ChoiceReader::next() {
+  site_.err = lmx::elmx_ok;
+  site_.reader.get_element_event(rows_, &site_.err, &name_);
+  return site_.err == lmx::elmx_ok || site_.pass(site_.err);
+}
+
+bool MemberReader::next() {
+  site_.err = lmx::elmx_ok;
+  site_.reader.get_element_event(rows_, &site_.err, &name_);
+  return site_.err == lmx::elmx_ok || site_.pass(site_.err);
+}
+
+bool MemberReader::skip() {
+  if (!site_.reader.skip_rest_of_element(name_) && !site_.pass(lmx::elmx_bad_end_of_element)) {
+    return false;
+  }
+  return next();
+}
+
+bool is_in_table(c_xml_reader& reader, const lmx::s_event_map* rows) {
+  if (!reader.is_current_event_tokenisable()) return false;
+  const int before = reader.get_current_event();
+  reader.tokenise(rows, lmx::elxp_element);
+  if (reader.get_current_event() != lmx::elxp_unknown) return true;
+  reader.restore_event(before);
+  return false;
+}
+
+namespace {
+
+// One element from its start tag on. The name stands on the reader's stack while it is open, since
+// the work strings of the reader are overwritten by whatever is read inside.
+class ElementStep {
+ public:
+  ElementStep(void* self, const ReadSteps& steps, c_xml_reader& reader, const std::string& name)
+      : self_(self),
+        steps_(steps),
+        reader_(reader),
+        depth_(reader),
+        node_(reader.get_element_name_stack(), name) {}
+
+  elmx_error run() {
+    if (!depth_.ok() && !pass(lmx::elmx_not_well_formed)) return err_;
+    if (!read_attributes()) return err_;
+    if ((err_ = steps_.check_attributes(self_, reader_)) != lmx::elmx_ok) return err_;
+    lmx::c_xml_reader_local children(reader_);
+    if (steps_.is_nil != nullptr && steps_.is_nil(self_)) {
+      return next_event() && check_end() ? lmx::elmx_ok : err_;
+    }
+    return (steps_.is_simple ? read_content() : read_children()) ? lmx::elmx_ok : err_;
+  }
+
+ private:
+  bool pass(elmx_error code) {
+    err_ = reader_.handle_error(code, node_.get_str(), k_model_source, __LINE__);
+    return err_ == lmx::elmx_ok;
+  }
+  bool is_at_end_tag() const { return reader_.get_current_event() == lmx::elxp_end_tag; }
+
+  bool read_attributes() {
+    while (reader_.get_attribute_event(nullptr, &err_, &reader_.attribute_name)) {
+      const bool is_broken = err_ != lmx::elmx_ok;
+      if (is_broken && !pass(err_)) return false;
+      // Past a fault in the tag, or the end of the input, no attribute follows.
+      if (is_broken) return true;
+      const bool is_claimed = steps_.attributes(self_, reader_, reader_.attribute_name, &err_);
+      if (err_ != lmx::elmx_ok) return false;
+      if (is_claimed) continue;
+      if (!reader_.is_xsi_attribute(reader_.attribute_name)) {
+        err_ = reader_.handle_error(lmx::elmx_unexpected_attribute, reader_.name, k_model_source,
+                                    __LINE__);
+        if (err_ != lmx::elmx_ok) return false;
+      }
+      reader_.skip_attribute_value();
+    }
+    return true;
+  }
+
+  // Moves to the first content, unless the tag ended in "/>".
+  bool next_event() {
+    if (is_at_end_tag()) return true;
+    err_ = lmx::elmx_ok;
+    reader_.get_element_event(nullptr, &err_, &reader_.name);
+    return err_ == lmx::elmx_ok || pass(err_);
+  }
+
+  bool read_children() {
+    if (!next_event()) return false;
+    if (is_at_end_tag()) {
+      if (steps_.wants_content && !pass(lmx::elmx_unexpected_empty_element)) return false;
+      return check_end();
+    }
+    return run_body(true) && check_end();
+  }
+
+  // The value is taken where the tag ends; the work string must hold the element's own name for the
+  // check of the end, also where the tag was its own end.
+  bool read_content() {
+    if (!run_body(!is_at_end_tag())) return false;
+    if (is_at_end_tag()) return true;
+    return next_event() && check_end();
+  }
+
+  bool run_body(bool has_text) {
+    err_ = lmx::elmx_ok;
+    steps_.body(self_, reader_, &reader_.name, &err_, has_text);
+    return err_ == lmx::elmx_ok;
+  }
+
+  bool check_end() {
+    if (is_at_end_tag() && node_ == reader_.name) return true;
+    return pass(lmx::elmx_bad_end_of_element);
+  }
+
+  void* self_;
+  const ReadSteps& steps_;
+  c_xml_reader& reader_;
+  lmx::internal::ElementDepthGuard depth_;
+  lmx::c_string_stack_node node_;
+  elmx_error err_ = lmx::elmx_ok;
+};
+
+}  // namespace
+
+elmx_error read_element(void* self, const ReadSteps& steps, c_xml_reader& reader,
+                        const std::string& name) {
+  return ElementStep(self, steps, reader, name).run();
+}
+
+elmx_error read_root_tag(c_xml_reader& reader, const char* local_name, int line) {
+  elmx_error err = lmx::elmx_ok;
+  const Site site{reader, reader.name, err, line};
+  reader.get_element_event(nullptr, &err, &reader.name);
+  if (err != lmx::elmx_ok && !site.pass(err)) return err;
+  if (reader.get_element_ns_id() != k_document_namespace_id ||
+      reader.get_local_name() != local_name) {
+    (void)site.pass(lmx::elmx_element_not_found);
+  }
+  return err;
+}
+
+elmx_error unmarshal_from_file(DocumentTarget target, const char* file) {
+  lmx::c_xml_reader_file reader(file);
+  return reader.is_open() ? target.unmarshal(target.self, reader) : lmx::elmx_no_file;
+}
+
+elmx_error unmarshal_from_memory(DocumentTarget target, const char* buffer, std::size_t size) {
+  lmx::c_xml_reader_memory reader(buffer, size);
+  return target.unmarshal(target.self, reader);
+}
+
+}  // namespace zol_v2::internal

@@ -1,0 +1,422 @@
+// How an object of the model reads itself: the element step, and a step for each kind of row.
+//
+// Generated code lists the rows of a class in schema order on a BodyReader, or picks one in an
+// AttributeReader or ChoiceReader. Every failure goes through the reader's error handler, which may
+// let it pass: the step then carries on as if nothing had happened. A step gives false once a
+// failure stands, and the code is in the error word that the reader object was built on.
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "lmx/binary.h"
+#include "lmx/dates.h"
+#include "lmx/reader.h"
+#include "model/internal/checks.h"
+#include "model/internal/fields.h"
+
+namespace zol_v2::internal {
+
+// Where a value stands, for whoever finds fault with it. `item` is its element or attribute, `line`
+// the line of generated code that reads it.
+struct Site {
+  lmx::c_xml_reader& reader;
+  const std::string& item;
+  lmx::elmx_error& err;
+  int line;
+
+  // The error handler's verdict on the code: true to carry on.
+  bool pass(lmx::elmx_error code) const;
+};
+
+// What remains to be done with the text of a value, which stands in reader.value: check and
+// convert. Only a failure that stands leaves the target as it was.
+bool take(const Site& site, std::wstring& target);
+bool take(const Site& site, std::wstring& target, Length length);
+bool take(const Site& site, double& target, const Range& range = {});
+bool take(const Site& site, int& target, const IntegerRange& range);
+bool take(const Site& site, unsigned& target, const IntegerRange& range);
+bool take(const Site& site, unsigned char& target, const IntegerRange& range);
+bool take(const Site& site, bool& target);
+bool take(const Site& site, lmx::c_datetime& target);  // a time zone is required
+bool take(const Site& site, lmx::c_binary& target);
+bool take(const Site& site, Enumerated& target, const EnumTable& table);
+
+inline bool take(const Site& site, std::wstring& target, Collapsed) { return take(site, target); }
+template <class... Facet>
+bool take(const Site& site, Text& target, const Facet&... facet) {
+  return take(site, target.value, facet...);
+}
+template <class... Facet>
+bool take(const Site& site, OptionalText& target, const Facet&... facet) {
+  return take(site, target.make(), facet...);
+}
+template <class T, class... Facet>
+bool take(const Site& site, Value<T>& target, const Facet&... facet) {
+  return take(site, target.value, facet...);
+}
+
+// White space of texts is kept unless the row says otherwise; that of everything else collapses.
+template <class Field>
+constexpr lmx::elmx_whitespace whitespace_of(const Field&) {
+  return lmx::elmx_collapse;
+}
+constexpr lmx::elmx_whitespace whitespace_of(const std::wstring&) { return lmx::elmx_preserve; }
+constexpr lmx::elmx_whitespace whitespace_of(const Text&) { return lmx::elmx_preserve; }
+constexpr lmx::elmx_whitespace whitespace_of(const OptionalText&) { return lmx::elmx_preserve; }
+constexpr lmx::elmx_whitespace whitespace_of(const Enumerated&) { return lmx::elmx_preserve; }
+template <class Field, class Facet>
+constexpr lmx::elmx_whitespace whitespace_of(const Field& field, const Facet&) {
+  return whitespace_of(field);
+}
+template <class Field>
+constexpr lmx::elmx_whitespace whitespace_of(const Field&, const Collapsed&) {
+  return lmx::elmx_collapse;
+}
+
+// The child elements of a class. `rows` is the table of their names in schema order; a row is named
+// by its index there. `line` is the source line before the first row's.
+class BodyReader {
+ public:
+  BodyReader(lmx::c_xml_reader& reader, std::string& name, lmx::elmx_error& err,
+             const lmx::s_event_map* rows, int line)
+      : reader_(reader), name_(name), err_(err), rows_(rows), line_(line) {
+    tokenise_from(0);
+  }
+
+  // Simple rows, single: 21 for a required one that is not at hand.
+  template <class Field, class... Facet>
+  bool required(int row, Field& field, const Facet&... facet) {
+    return is_at(row) ? value(row, field, facet...) : missing(row);
+  }
+  template <class Field, class... Facet>
+  bool optional(int row, Field& field, const Facet&... facet) {
+    return !is_at(row) || value(row, field, facet...);
+  }
+  // Lists of simple values.
+  template <class T, class... Facet>
+  bool values(int row, List<T>& list, const Facet&... facet) {
+    while (is_at(row)) {
+      T taken{};
+      const Site at = site(row);
+      if (!fetch(at, whitespace_of(taken, facet...), true)) return false;
+      if (!take(at, taken, facet...)) return false;
+      list.append(std::move(taken));
+      if (!next(row, row)) return false;
+    }
+    return true;
+  }
+  template <class T, class... Facet>
+  bool values_from_one(int row, List<T>& list, const Facet&... facet) {
+    return is_at(row) ? values(row, list, facet...) : missing(row);
+  }
+
+  // Children.
+  template <class Field>
+  bool required_child(int row, Field& field) {
+    return is_at(row) ? child(row, field) : missing(row);
+  }
+  template <class Field>
+  bool optional_child(int row, Field& field) {
+    return !is_at(row) || child(row, field);
+  }
+  template <class T>
+  bool children(int row, List<T>& list) {
+    while (is_at(row)) {
+      if (!accept(list.append().unmarshal(reader_, name_))) return false;
+      if (!next(row, row)) return false;
+    }
+    return true;
+  }
+  template <class T>
+  bool children_from_one(int row, List<T>& list) {
+    return is_at(row) ? children(row, list) : missing(row);
+  }
+
+  // Members of a substitution group. Their names stand in the holder's table and not in this one:
+  // `next_row` is the row behind. A missing one is never reported, not even where it is required.
+  template <class T>
+  bool holder(int next_row, OptionalChild<T>& field) {
+    if (!T::is_member(reader_, name_)) return true;
+    if (!field.make().unmarshal(reader_, &name_, &err_)) return false;
+    field.set = true;
+    tokenise_from(next_row);
+    return true;
+  }
+  template <class T>
+  bool holders(int next_row, List<T>& list) {
+    while (T::is_member(reader_, name_)) {
+      if (!list.append().unmarshal(reader_, &name_, &err_)) return false;
+    }
+    tokenise_from(next_row);
+    return true;
+  }
+  // An anonymous group is required: 21 without an item if none of its values is at hand.
+  template <class T>
+  bool group(int next_row, Child<T>& field) {
+    if (!T::is_member(reader_, name_)) return missing_group(next_row);
+    if (!field.make().unmarshal(reader_, &name_, &err_)) return false;
+    field.set = true;
+    tokenise_from(next_row);
+    return true;
+  }
+
+  // An empty element that nobody asks for.
+  bool mark(int row);
+  // Every element that is still there, as text.
+  bool foreign(List<AnyElement>& list);
+
+ private:
+  Site site(int row) const { return Site{reader_, name_, err_, line_ + 1 + row}; }
+  bool is_at(int row) const { return reader_.get_current_event() == rows_[row].event; }
+  void tokenise_from(int row) {
+    if (reader_.is_current_event_tokenisable()) {
+      reader_.tokenise(rows_ + row, lmx::elxp_element);
+    }
+  }
+  // A child's code has been through the handler already.
+  bool accept(lmx::elmx_error code) {
+    err_ = code;
+    return code == lmx::elmx_ok;
+  }
+
+  template <class Field, class... Facet>
+  bool value(int row, Field& field, const Facet&... facet) {
+    const Site at = site(row);
+    if (!fetch(at, whitespace_of(field, facet...), false)) return false;
+    if (!take(at, field, facet...)) return false;
+    field.set = true;
+    return next(row, row + 1);
+  }
+  template <class Field>
+  bool child(int row, Field& field) {
+    if (!accept(field.make().unmarshal(reader_, name_))) return false;
+    field.set = true;
+    return next(row, row + 1);
+  }
+
+  bool fetch(const Site& at, lmx::elmx_whitespace mode, bool in_list);
+  // Moves on to the next tag or text, which may be the given row or one behind it.
+  bool next(int row, int next_row);
+  bool missing(int row);
+  bool missing_group(int next_row);
+
+  lmx::c_xml_reader& reader_;
+  std::string& name_;
+  lmx::elmx_error& err_;
+  const lmx::s_event_map* rows_;
+  int line_;
+};
+
+// One attribute, whose event is at hand after construction. A case of the switch on event() names
+// the field; what it returns says whether the attribute was claimed.
+class AttributeReader {
+ public:
+  AttributeReader(lmx::c_xml_reader& reader, const std::string& name, lmx::elmx_error& err,
+                  const lmx::s_event_map* rows, int line)
+      : site_{reader, name, err, line} {
+    reader.tokenise(rows, lmx::elxp_attribute);
+  }
+
+  int event() const { return site_.reader.get_current_event(); }
+
+  template <class Field, class... Facet>
+  bool read(Field& field, const Facet&... facet) {
+    if (field.set && !site_.pass(lmx::elmx_attribute_already_read)) return false;
+    if (!fetch(whitespace_of(field, facet...)) || !take(site_, field, facet...)) return false;
+    field.set = true;
+    return true;
+  }
+  // xsi:nil; whatever is neither "true" nor "1" counts as false.
+  bool read_nil(bool& nil);
+
+ private:
+  bool fetch(lmx::elmx_whitespace mode);
+
+  Site site_;
+};
+
+// 25 with the class as item for each required attribute that is not there.
+lmx::elmx_error check_attributes(lmx::c_xml_reader& reader, const char* class_name, int line,
+                                 std::initializer_list<bool> are_set);
+
+// The value of a class with simple content. `has_text` is false for a tag that ended in "/>", whose
+// value is the empty text.
+class ContentReader {
+ public:
+  ContentReader(lmx::c_xml_reader& reader, const std::string& name, lmx::elmx_error& err,
+                bool has_text, int line)
+      : site_{reader, name, err, line}, has_text_(has_text) {}
+
+  template <class Field, class... Facet>
+  bool read(Field& field, const Facet&... facet) {
+    if (!fetch(whitespace_of(field, facet...)) || !take(site_, field, facet...)) return false;
+    field.set = true;
+    return true;
+  }
+
+ private:
+  bool fetch(lmx::elmx_whitespace mode);
+
+  Site site_;
+  bool has_text_;
+};
+
+// One alternative of a choice, stored in its slot with the selection. A selection changes only when
+// the new alternative is complete.
+class ChoiceReader {
+ public:
+  ChoiceReader(lmx::c_xml_reader& reader, std::string& name, lmx::elmx_error& err,
+               const lmx::s_event_map* rows, int line)
+      : site_{reader, name, err, line}, name_(name), rows_(rows) {
+    if (reader.is_current_event_tokenisable()) reader.tokenise(rows, lmx::elxp_element);
+  }
+
+  int event() const { return site_.reader.get_current_event(); }
+
+  template <class... Facet>
+  bool text(Slot& slot, int& chosen, int selection, const Facet&... facet) {
+    auto taken = std::make_unique<std::wstring>();
+    if (!fetch(whitespace_of(*taken, facet...)) || !take(site_, *taken, facet...)) return false;
+    slot.adopt(std::move(taken));
+    return chose(chosen, selection);
+  }
+  bool number(Slot& slot, int& chosen, int selection, const Range& range = {});
+  bool enumerated(Slot& slot, int& chosen, int selection, const EnumTable& table);
+  template <class T>
+  bool integer(Slot& slot, int& chosen, int selection, const IntegerRange& range) {
+    T taken{};
+    if (!fetch(lmx::elmx_collapse) || !take(site_, taken, range)) return false;
+    slot.store(static_cast<std::int64_t>(taken));
+    return chose(chosen, selection);
+  }
+  template <class T>
+  bool object(Slot& slot, int& chosen, int selection) {
+    T& child = slot.adopt(std::make_unique<T>());
+    chosen = selection;
+    site_.err = child.unmarshal(site_.reader, name_);
+    return site_.err == lmx::elmx_ok && next();
+  }
+  // None of the alternatives: 31.
+  bool unknown() { return site_.pass(lmx::elmx_unknown_element_in_complex_content); }
+
+ private:
+  bool fetch(lmx::elmx_whitespace mode);
+  bool chose(int& chosen, int selection) {
+    chosen = selection;
+    return next();
+  }
+  bool next();
+
+  Site site_;
+  std::string& name_;
+  const lmx::s_event_map* rows_;
+};
+
+// The member of a substitution group that is at hand.
+class MemberReader {
+ public:
+  MemberReader(lmx::c_xml_reader& reader, std::string& name, lmx::elmx_error& err,
+               const lmx::s_event_map* rows, int line)
+      : site_{reader, name, err, line}, name_(name), rows_(rows) {
+    reader.tokenise(rows, lmx::elxp_element);
+  }
+
+  int event() const { return site_.reader.get_current_event(); }
+
+  // Reads into a member that its holder has stored. Null, where the document named no type that the
+  // factory knows, is 44; no handler is asked.
+  template <class T>
+  bool read(T* member) {
+    if (member == nullptr) {
+      site_.err = lmx::elmx_unknown_xsi_type;
+      return false;
+    }
+    site_.err = member->unmarshal(site_.reader, name_);
+    return site_.err == lmx::elmx_ok && next();
+  }
+  // The object that the element's xsi:type asks for; null if it has none or the factory refuses.
+  template <class T>
+  std::unique_ptr<T> make_named() {
+    std::unique_ptr<T> member;
+    int ns_id = 0;
+    if (site_.reader.get_xsi_type(&ns_id, &site_.reader.value)) {
+      member.reset(T::factory(ns_id, site_.reader.value));
+    }
+    return member;
+  }
+  // The same, but a plain T if the element has no xsi:type.
+  template <class T>
+  std::unique_ptr<T> make_named_or_plain() {
+    int ns_id = 0;
+    if (!site_.reader.get_xsi_type(&ns_id, &site_.reader.value)) return std::make_unique<T>();
+    return std::unique_ptr<T>(T::factory(ns_id, site_.reader.value));
+  }
+  // Not a member: passed over.
+  bool skip();
+
+ private:
+  bool next();
+
+  Site site_;
+  std::string& name_;
+  const lmx::s_event_map* rows_;
+};
+
+// Whether the element at hand is in the table; if it is not, the reader is left as it was.
+bool is_in_table(lmx::c_xml_reader& reader, const lmx::s_event_map* rows);
+
+// What is special about the element of one class.
+struct ReadSteps {
+  bool (*attributes)(void* self, lmx::c_xml_reader& reader, const std::string& name,
+                     lmx::elmx_error* err);
+  lmx::elmx_error (*check_attributes)(void* self, lmx::c_xml_reader& reader);
+  bool (*body)(void* self, lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err,
+               bool has_text);
+  bool (*is_nil)(const void* self);  // null for a class that is not nillable
+  bool wants_content;                // an empty element is a fault
+  bool is_simple;                    // its content is a value
+};
+
+// The element step: attributes, children or content, end tag. `name` is the element's name as the
+// document spells it.
+lmx::elmx_error read_element(void* self, const ReadSteps& steps, lmx::c_xml_reader& reader,
+                             const std::string& name);
+
+// The first tag of a document, which must be this element of the format: 16 if not.
+lmx::elmx_error read_root_tag(lmx::c_xml_reader& reader, const char* local_name, int line);
+
+// A document as its sources give it.
+struct DocumentTarget {
+  void* self;
+  lmx::elmx_error (*unmarshal)(void* self, lmx::c_xml_reader& reader);
+};
+
+lmx::elmx_error unmarshal_from_file(DocumentTarget target,
+                                    const char* file);  // 1: cannot be opened
+lmx::elmx_error unmarshal_from_memory(DocumentTarget target, const char* buffer, std::size_t size);
+
+// The factory of a family: a new object of the named type, or null.
+template <class T>
+struct FactoryRow {
+  const char* type_name;
+  T* (*make)();
+};
+
+template <class T, std::size_t size>
+T* make_from(const FactoryRow<T> (&rows)[size], int ns_id, const std::string& type_name) {
+  if (ns_id != 1000) return nullptr;
+  for (const FactoryRow<T>& row : rows) {
+    if (type_name == row.type_name) return row.make();
+  }
+  return nullptr;
+}
+
+template <class Base, class T>
+Base* make_new() {
+  return new T;
+}
+
+}  // namespace zol_v2::internal
