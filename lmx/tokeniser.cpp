@@ -1,0 +1,1113 @@
+#include "lmx/tokeniser.h"
+
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#include "lmx/internal/char_table.h"
+
+namespace lmx {
+
+namespace {
+
+using internal::has_mask;
+using internal::is_name_char;
+using internal::is_name_start;
+using internal::is_space;
+using internal::Window;
+
+// Entities inside entities in an attribute value, where the call stack grows with them.
+constexpr int k_max_expansion_depth = 64;
+// Character references end below the top of Unicode.
+constexpr unsigned k_max_reference = 0x100000;
+
+constexpr char k_xmlns[] = "xmlns";
+constexpr std::size_t k_xmlns_length = 5;
+
+constexpr char k_not_well_formed_tag[] = "XML not Well-Formed";
+constexpr char k_not_well_formed[] = "XML not well-formed";
+
+bool is_quote(int c) { return c == '"' || c == '\''; }
+
+unsigned char byte_at(const char* p) { return static_cast<unsigned char>(*p); }
+
+// The length of a UTF-8 sequence that may be copied as it stands, or 0 if the getter has to look at
+// it: what is ill-formed, cut by the window's end or a line end.
+int plain_sequence_length(const char* p, const char* end) {
+  const unsigned lead = byte_at(p);
+  if (lead < 0xC2 || lead > 0xF4) return 0;
+  const int length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (end - p < length) return 0;
+  for (int i = 1; i < length; ++i) {
+    if ((byte_at(p + i) & 0xC0) != 0x80) return 0;
+  }
+  const unsigned second = byte_at(p + 1);
+  switch (lead) {
+    case 0xC2:
+      return second == 0x85 ? 0 : length;
+    case 0xE0:
+      return second >= 0xA0 ? length : 0;
+    case 0xE2:
+      return second == 0x80 && byte_at(p + 2) == 0xA8 ? 0 : length;
+    case 0xED:
+      return second <= 0x9F ? length : 0;
+    case 0xF0:
+      return second >= 0x90 ? length : 0;
+    case 0xF4:
+      return second <= 0x8F ? length : 0;
+    default:
+      return length;
+  }
+}
+
+// Passes line feeds, well-formed sequences and everything else that is not in `stop` or a byte for
+// the getter. `stop` is k_text_stop or k_value_stop, which hold them all.
+const char* pass_run(const char* p, const char* end, unsigned stop, int* lines) {
+  while (true) {
+    while (p != end && !has_mask(*p, stop)) ++p;
+    if (p == end) return p;
+    if (*p == '\n') {
+      ++*lines;
+      ++p;
+    } else if (const int length = plain_sequence_length(p, end)) {
+      p += length;
+    } else {
+      return p;
+    }
+  }
+}
+
+// Passes white space, with a carriage return only before a line feed.
+const char* pass_space(const char* p, const char* end, int* lines) {
+  for (; p != end && has_mask(*p, internal::k_space); ++p) {
+    if (*p == '\n') {
+      ++*lines;
+    } else if (*p == '\r') {
+      if (end - p < 2 || p[1] != '\n') break;
+    }
+  }
+  return p;
+}
+
+const char* pass_name(const char* p, const char* end) {
+  while (p != end && has_mask(*p, internal::k_ascii_name)) ++p;
+  return p;
+}
+
+// After a carriage return, a line feed in any spelling is none of its own.
+bool can_begin_run(const c_get_for_xml& getter, const Window& window) {
+  return !getter.is_after_cr() || (*window.at != '\n' && byte_at(window.at) < 0x80);
+}
+
+std::string with_character(std::string text, int c) {
+  if (c >= 0) text.push_back(static_cast<char>(c));
+  return text;
+}
+
+std::size_t local_name_offset(const std::string& name) {
+  const std::size_t colon = name.find(':');
+  return colon == std::string::npos ? 0 : colon + 1;
+}
+
+// The names of open elements while a loop walks through their content.
+class OpenNames {
+ public:
+  explicit OpenNames(std::string_view name) : names_(0) { push(name); }
+
+  bool empty() const { return offsets_.empty(); }
+  void push(std::string_view name) {
+    offsets_.push_back(names_.size());
+    names_.append(name);
+  }
+  std::string_view top() const {
+    return {names_.data() + offsets_.back(), names_.size() - offsets_.back()};
+  }
+  void pop() {
+    names_.truncate(offsets_.back());
+    offsets_.pop_back();
+  }
+
+ private:
+  internal::ByteBuffer names_;
+  std::vector<std::size_t> offsets_;
+};
+
+}  // namespace
+
+// --- The getter -------------------------------------------------------------------------------
+
+int c_get_for_xml::get_non_ws() {
+  int c = get();
+  while (is_space(c)) c = get();
+  return c;
+}
+
+void c_get_for_xml::add_char_wsp(std::string* out, int c, bool from_reference) {
+  if (ws_mode_ != elmx_preserve && is_space(c) && (!from_reference || treat_refs_as_ws_)) c = ' ';
+  if (ws_mode_ == elmx_collapse) {
+    if (c == ' ') {
+      pending_space_ = true;
+      return;
+    }
+    if (pending_space_ && !out->empty()) out->push_back(' ');
+    pending_space_ = false;
+  }
+  out->push_back(static_cast<char>(c));
+}
+
+void c_get_for_xml::add_run_wsp(std::string* out, const char* begin, const char* end) {
+  if (ws_mode_ == elmx_replace) {
+    const std::size_t at = out->size();
+    out->append(begin, static_cast<std::size_t>(end - begin));
+    for (std::size_t i = at; i < out->size(); ++i) {
+      if (has_mask((*out)[i], internal::k_space)) (*out)[i] = ' ';
+    }
+    return;
+  }
+  for (const char* p = begin; p != end;) {
+    if (has_mask(*p, internal::k_space)) {
+      pending_space_ = true;
+      ++p;
+      continue;
+    }
+    const char* const word = p;
+    while (p != end && !has_mask(*p, internal::k_space)) ++p;
+    if (pending_space_ && !out->empty()) out->push_back(' ');
+    pending_space_ = false;
+    out->append(word, static_cast<std::size_t>(p - word));
+  }
+}
+
+bool c_get_for_xml::read_specified_string_from_input(const char* text) {
+  for (; *text != '\0'; ++text) {
+    const int c = get();
+    if (c != static_cast<unsigned char>(*text)) {
+      unget(c);
+      return false;
+    }
+  }
+  return true;
+}
+
+bool c_get_for_xml::get_simple_quoted_value(std::string* out) {
+  out->clear();
+  const int quote = get_non_ws();
+  if (!is_quote(quote)) return false;
+  int c = get();
+  for (; c >= 0 && c != quote; c = get()) out->push_back(static_cast<char>(c));
+  return c == quote;
+}
+
+bool c_get_for_xml::report(elmx_error_type type, elmx_error code, const std::string& text) {
+  error(type, code, text);
+  return false;
+}
+
+bool c_get_for_xml::read_xml_decl() {
+  std::string value;
+  const auto read_value = [&] { return get_non_ws() == '=' && get_simple_quoted_value(&value); };
+
+  if (get_non_ws() != 'v' || !read_specified_string_from_input("ersion")) {
+    return report(elmx_error_level, elmx_bad_xml_decl, "Version not present in XML Decl");
+  }
+  if (!read_value()) return false;
+  if (value != "1.0" && value != "1.1") {
+    return report(elmx_error_level, elmx_bad_xml_version,
+                  "XML version " + value + " not understood");
+  }
+  int c = get_non_ws();
+  if (c == 'e') {
+    if (!read_specified_string_from_input("ncoding") || !read_value()) return false;
+    if (!set_encoding(value.c_str())) return false;
+    c = get_non_ws();
+  }
+  if (c == 's') {
+    if (!read_specified_string_from_input("tandalone") || !read_value()) return false;
+    if (value == "no") {
+      return report(elmx_error_level, elmx_bad_xml_decl, "XML Document is not standalone");
+    }
+    c = get_non_ws();
+  }
+  return c == '?' && get() == '>';
+}
+
+bool c_get_for_xml::skip_comment() {
+  int dashes = 0;
+  for (int c = get(); c >= 0; c = get()) {
+    if (c == '-') {
+      if (dashes < 3) ++dashes;
+    } else if (c == '>' && dashes >= 2) {
+      if (dashes > 2) {
+        error(elmx_warning, elmx_bad_comment, "End of comment not Well-Formed");
+      }
+      return true;
+    } else {
+      dashes = 0;
+    }
+  }
+  return false;
+}
+
+bool c_get_for_xml::skip_PI() {
+  bool after_question_mark = false;
+  for (int c = get(); c >= 0; c = get()) {
+    if (c == '>' && after_question_mark) return true;
+    after_question_mark = c == '?';
+  }
+  return false;
+}
+
+bool c_get_for_xml::move_to_start_tag_end(bool* empty) {
+  int quote = 0;
+  for (int c = get(); c >= 0; c = get()) {
+    if (quote != 0) {
+      if (c == quote) quote = 0;
+    } else if (is_quote(c)) {
+      quote = c;
+    } else if (c == '>') {
+      if (empty != nullptr) *empty = false;
+      return true;
+    } else if (c == '/') {
+      bool is_clean = true;
+      for (c = get(); c >= 0 && c != '>'; c = get()) {
+        if (!is_clean || is_space(c)) continue;
+        is_clean = report(elmx_error_level, elmx_bad_end_tag,
+                          with_character("Illegal character(s) after / at end of tag - ", c));
+      }
+      if (empty != nullptr) *empty = true;
+      return is_clean;
+    }
+  }
+  return false;
+}
+
+bool c_get_for_xml::insert_character_entity(c_entity_name_reader& reader, std::string* out) {
+  character_reference_.clear();
+  int c = reader.get();
+  const bool is_hex = c == 'x';
+  if (is_hex) {
+    c = reader.get();
+  } else if (!xisdigit(c)) {
+    return false;
+  }
+  for (; is_hex ? xisxdigit(c) : xisdigit(c); c = reader.get()) {
+    character_reference_.push_back(static_cast<char>(c));
+  }
+  if (c != ';') reader.unget(c);
+  if (character_reference_.empty()) return false;
+
+  // Digits that can't matter any more are passed over, however many there are.
+  const unsigned radix = is_hex ? 16 : 10;
+  unsigned value = 0;
+  for (const char digit : character_reference_) {
+    const unsigned digit_value = xisdigit(digit) ? static_cast<unsigned>(digit - '0')
+                                                 : static_cast<unsigned>((digit | 0x20) - 'a') + 10;
+    value = value * radix + digit_value;
+    if (value > k_max_reference) return false;
+  }
+  if (value == 133 || value == 8232) value = '\n';
+  if (value > 127) {
+    char sequence[5];
+    *out += unicode_char_to_utf8(static_cast<int>(value), sequence);
+  } else {
+    add_char_wsp(out, static_cast<int>(value), true);
+  }
+  return true;
+}
+
+void c_get_for_xml::rewind() {
+  set_ws_mode(elmx_preserve);
+  c_get_with_entities::rewind();
+}
+
+// --- Set-up and names -------------------------------------------------------------------------
+
+c_xml::c_xml(c_read& source, c_error& error, bool treat_refs_as_ws)
+    : getter_(source, error, treat_refs_as_ws), dtd_(getter_) {}
+
+c_xml::~c_xml() = default;
+
+void c_xml::rewind() {
+  namespaces_.clear();
+  dtd_.reset();
+  dtd_read_ = false;
+  content_begun_ = false;
+  attributes_.clear();
+  ns_attributes_.clear();
+  getter_.rewind();
+}
+
+void c_xml::add_general_entity(const std::string& name, const std::string& text) {
+  getter_.add_general_entity(name.c_str(), text.c_str());
+}
+
+void c_xml::add_parameter_entity(const std::string& name, const std::string& text) {
+  getter_.add_parameter_entity(name.c_str(), text.c_str());
+}
+
+void c_xml::get_local_name(const std::string& name, std::string* out) {
+  *out = name.substr(local_name_offset(name));
+}
+
+void c_xml::get_namespace_prefix(const std::string& name, std::string* out) {
+  const std::size_t local_at = local_name_offset(name);
+  *out = name.substr(0, local_at == 0 ? 0 : local_at - 1);
+}
+
+int c_xml::get_ns_id(const c_xml_local* scope, const std::string& name) const {
+  return c_cracked_name(scope, name).get_ns_id();
+}
+
+bool c_xml::is_xsi_attribute(const c_xml_local* scope, const std::string& name) const {
+  const c_cracked_name cracked(scope, name);
+  return cracked.get_has_ns_prefix() && cracked.get_ns_id() == k_ns_xsi;
+}
+
+bool c_xml::report_not_well_formed(const char* text) {
+  getter_.error(elmx_error_level, elmx_not_well_formed, text);
+  return false;
+}
+
+// --- Elements and text ------------------------------------------------------------------------
+
+elxp_xml_event c_xml::get_element_name(c_xml_local* scope, std::string* name) {
+  elxp_xml_event event = elxp_error;
+  while (true) {
+    if (take_tag_in_window(name, &event)) return event;
+    name->clear();
+    const int c = getter_.get_non_ws();
+    if (c < 0) {
+      content_begun_ = true;
+      return elxp_end_of_input;
+    }
+    if (c == '<') {
+      if (read_markup(scope, name, &event)) return event;
+      continue;
+    }
+    if (c == '&') {
+      if (!expand_in_content(name)) return elxp_error;
+      if (name->empty()) continue;  // the text is the input now
+    } else {
+      name->push_back(static_cast<char>(c));
+    }
+    return read_text(name);
+  }
+}
+
+// A tag that stands whole in the window and holds nothing out of the ordinary. White space before
+// it is passed in any case.
+bool c_xml::take_tag_in_window(std::string* name, elxp_xml_event* event) {
+  Window window;
+  if (!getter_.open_window(&window) || !can_begin_run(getter_, window)) return false;
+  const char* const end = window.end;
+  int lines = 0;
+  const char* const tag = pass_space(window.at, end, &lines);
+  if (end - tag >= 4 && *tag == '<') {
+    if (tag[1] == '/') {
+      const char* const name_end = pass_name(tag + 2, end);
+      const char* const tag_end = pass_space(name_end, end, &lines);
+      if (name_end != tag + 2 && tag_end != end && *tag_end == '>') {
+        name->assign(tag + 2, static_cast<std::size_t>(name_end - tag - 2));
+        getter_.take_window(tag_end + 1, lines);
+        content_begun_ = true;
+        *event = elxp_end_tag;
+        return true;
+      }
+    } else if (byte_at(tag + 1) < 0x80 && is_name_start(tag[1])) {
+      const char* const name_end = pass_name(tag + 1, end);
+      int tag_lines = 0;
+      if (const char* const tag_end = take_attributes_in_window(name_end, end, &tag_lines)) {
+        name->assign(tag + 1, static_cast<std::size_t>(name_end - tag - 1));
+        getter_.take_window(tag_end, lines + tag_lines);
+        content_begun_ = true;
+        *event = elxp_name;
+        return true;
+      }
+    }
+    lines = 0;
+    pass_space(window.at, tag, &lines);
+  }
+  if (tag != window.at) getter_.take_window(tag, lines);
+  return false;
+}
+
+// Entered after "<".
+bool c_xml::read_markup(c_xml_local* scope, std::string* name, elxp_xml_event* event) {
+  const int c = get();
+  if (is_name_start(c)) {
+    *event = read_start_tag(scope, name, c);
+    return true;
+  }
+  switch (c) {
+    case '/':
+      *event = read_end_tag(name);
+      return true;
+    case '?':
+      return read_instruction(event);
+    case '!':
+      return read_declaration(name, event);
+    default:
+      report_not_well_formed(k_not_well_formed_tag);
+      getter_.move_to_start_tag_end(nullptr);
+      *event = elxp_error;
+      return true;
+  }
+}
+
+elxp_xml_event c_xml::read_start_tag(c_xml_local* scope, std::string* name, int c) {
+  for (; is_name_char(c); c = get()) name->push_back(static_cast<char>(c));
+  if (c < 0) {
+    report_not_well_formed(k_not_well_formed_tag);
+    return elxp_error;
+  }
+  unget(c);
+  if (!read_attributes(scope)) return elxp_error;
+  content_begun_ = true;
+  return elxp_name;
+}
+
+elxp_xml_event c_xml::read_end_tag(std::string* name) {
+  int c = get();
+  for (; is_name_char(c); c = get()) name->push_back(static_cast<char>(c));
+  if (name->empty()) return elxp_error;
+  while (is_space(c)) c = get();
+  if (c != '>') {
+    report_not_well_formed(k_not_well_formed_tag);
+    return elxp_error;
+  }
+  content_begun_ = true;
+  return elxp_end_tag;
+}
+
+// Entered after "<?". A target that merely begins with "xml" is taken for the declaration.
+bool c_xml::read_instruction(elxp_xml_event* event) {
+  *event = elxp_error;
+  if (!getter_.read_specified_string_from_input("xml")) {
+    // The input may end within; the next read sees that.
+    getter_.skip_PI();
+    return false;
+  }
+  if (content_begun_) {
+    getter_.error(elmx_fatal, elmx_bad_xml_decl, "XML declaration not at start of document");
+    return true;
+  }
+  return !getter_.read_xml_decl();
+}
+
+// Entered after "<!".
+bool c_xml::read_declaration(std::string* name, elxp_xml_event* event) {
+  *event = elxp_error;
+  int c = get();
+  if (c == '[') {
+    name->clear();
+    if (!read_cdata(name)) {
+      report_not_well_formed(k_not_well_formed_tag);
+      return true;
+    }
+    content_begun_ = true;
+    *event = elxp_text;
+    return true;
+  }
+  if (c == '-') {
+    c = get();
+    if (c == '-') return !getter_.skip_comment();
+  } else if (c == 'D' && getter_.read_specified_string_from_input("OCTYPE")) {
+    return !read_doctype();
+  }
+  getter_.move_to_start_tag_end(nullptr);
+  return true;
+}
+
+bool c_xml::read_doctype() {
+  if (content_begun_ || dtd_read_) {
+    getter_.error(elmx_error_level, elmx_bad_dtd,
+                  content_begun_ ? "Document Type Declaration not at start of document"
+                                 : "Document Type Declaration already read");
+    return false;
+  }
+  dtd_read_ = dtd_.read_doctype_decl();
+  return dtd_read_;
+}
+
+// The first of the text is in `name`.
+elxp_xml_event c_xml::read_text(std::string* name) {
+  getter_.reset_ws_mode();
+  while (true) {
+    Window window;
+    if (getter_.open_window(&window) && can_begin_run(getter_, window)) {
+      int lines = 0;
+      const char* const stop = pass_run(window.at, window.end, internal::k_text_stop, &lines);
+      if (stop != window.at) {
+        getter_.add_run(name, window.at, stop);
+        getter_.take_window(stop, lines);
+      }
+    }
+    const int c = get();
+    if (c < 0 || c == '<') {
+      unget(c);
+      content_begun_ = true;
+      return elxp_text;
+    }
+    if (c != '&') {
+      getter_.add_char_wsp(name, c, false);
+    } else if (!expand_in_content(name)) {
+      return elxp_error;
+    }
+  }
+}
+
+// Entered after "<![".
+bool c_xml::read_cdata(std::string* out) {
+  if (!getter_.read_specified_string_from_input("CDATA[")) return false;
+  std::size_t brackets = 0;
+  for (int c = get(); c >= 0; c = get()) {
+    if (c == ']') {
+      ++brackets;
+      continue;
+    }
+    if (c == '>' && brackets >= 2) {
+      out->append(brackets - 2, ']');
+      return true;
+    }
+    out->append(brackets, ']');
+    brackets = 0;
+    out->push_back(static_cast<char>(c));
+  }
+  return false;
+}
+
+bool c_xml::get_element_value(std::string* value, elmx_whitespace mode, bool expand_entities) {
+  value->clear();
+  getter_.set_ws_mode(mode);
+  while (true) {
+    Window window;
+    if (getter_.open_window(&window) && can_begin_run(getter_, window)) {
+      int lines = 0;
+      const char* const stop = pass_run(window.at, window.end, internal::k_text_stop, &lines);
+      if (stop != window.at) {
+        getter_.add_run(value, window.at, stop);
+        getter_.take_window(stop, lines);
+      }
+      if (window.end - stop >= 2 && *stop == '<' && stop[1] == '/') return true;
+    }
+    int c = get();
+    if (c < 0) {
+      getter_.error(elmx_error_level, elmx_unexpected_end, "Premature end of file encountered");
+      return false;
+    }
+    if (c == '&' && expand_entities) {
+      if (!expand_in_content(value)) return false;
+      continue;
+    }
+    if (c != '<') {
+      getter_.add_char_wsp(value, c, false);
+      continue;
+    }
+    c = get();
+    if (c == '?') {
+      getter_.skip_PI();
+    } else if (c == '!') {
+      c = get();
+      const bool is_good = c == '['   ? read_cdata(value)
+                           : c == '-' ? get() == '-' && getter_.skip_comment()
+                                      : false;
+      if (!is_good) return report_not_well_formed(k_not_well_formed);
+    } else {
+      unget(c);
+      unget('<');
+      return true;
+    }
+  }
+}
+
+bool c_xml::is_element_end_tag(const std::string& name) {
+  Window window;
+  if (getter_.open_window(&window)) {
+    const char* const at = window.at;
+    const std::size_t length = name.size();
+    if (static_cast<std::size_t>(window.end - at) >= length + 3 && at[0] == '<' && at[1] == '/' &&
+        std::memcmp(at + 2, name.data(), length) == 0 && at[length + 2] == '>') {
+      getter_.take_window(at + length + 3, 0);
+      return true;
+    }
+  }
+  if (getter_.get_non_ws() != '<' || get() != '/') return false;
+  for (const char expected : name) {
+    if (get() != static_cast<unsigned char>(expected)) return false;
+  }
+  return getter_.get_non_ws() == '>';
+}
+
+bool c_xml::skip_start_tag(bool* empty) {
+  Window window;
+  if (getter_.open_window(&window) && *window.at == '>') {
+    getter_.take_window(window.at + 1, 0);
+    if (empty != nullptr) *empty = false;
+    return true;
+  }
+  return getter_.move_to_start_tag_end(empty);
+}
+
+bool c_xml::skip_rest_of_element(const std::string& name) {
+  bool empty = false;
+  return skip_start_tag(&empty) && (empty || skip_element_body(name));
+}
+
+bool c_xml::skip_rest_of_empty_element(const std::string& name) {
+  bool empty = false;
+  return skip_start_tag(&empty) && (empty || is_element_end_tag(name));
+}
+
+bool c_xml::skip_element_body(const std::string& name) {
+  OpenNames open(name);
+  c_xml_local scope;  // takes the declarations, which nobody will ask for
+  std::string token;
+  bool empty = false;
+  while (true) {
+    scope.clear();
+    switch (get_element_name(&scope, &token)) {
+      case elxp_text:
+        break;
+      case elxp_name:
+        if (!skip_start_tag(&empty)) return false;
+        if (!empty) open.push(token);
+        break;
+      case elxp_end_tag:
+        if (token != open.top()) {
+          getter_.error(elmx_error_level, elmx_not_well_formed,
+                        "Element start tag (" + std::string(open.top()) + ") and end tag (" +
+                            token + ") do not match");
+          return false;
+        }
+        open.pop();
+        if (open.empty()) return true;
+        break;
+      default:
+        return false;
+    }
+  }
+}
+
+// --- Attributes -------------------------------------------------------------------------------
+
+// Reads the attributes from the end of the tag's name on and gives the place where they stop, at
+// ">" or "/". Null, with nothing taken, if the tag holds anything that needs the long road; a
+// namespace declaration is such a thing.
+const char* c_xml::take_attributes_in_window(const char* at, const char* end, int* lines) {
+  attributes_.clear();
+  ns_attributes_.clear();
+  // Wherever a name ends, the character after it is read, pushed back and read again. A line end
+  // there counts twice.
+  const auto count_pushed_back = [&] {
+    if (at != end && (*at == '\n' || *at == '\r')) ++*lines;
+  };
+  count_pushed_back();
+  while (true) {
+    at = pass_space(at, end, lines);
+    if (at == end) return nullptr;
+    if (*at == '>' || *at == '/') return at;
+    if (byte_at(at) >= 0x80 || !is_name_start(*at)) return nullptr;
+
+    const char* const name = at;
+    at = pass_name(at, end);
+    const std::size_t name_length = static_cast<std::size_t>(at - name);
+    if (name_length >= k_xmlns_length && std::memcmp(name, k_xmlns, k_xmlns_length) == 0) {
+      return nullptr;
+    }
+    count_pushed_back();
+    at = pass_space(at, end, lines);
+    if (at == end || *at != '=') return nullptr;
+    at = pass_space(at + 1, end, lines);
+    if (at == end || !is_quote(*at)) return nullptr;
+
+    const char* const value = at++;
+    for (; at = pass_run(at, end, internal::k_value_stop, lines), at != end && *at != *value;
+         ++at) {
+      if (!is_quote(*at)) return nullptr;
+    }
+    if (at == end) return nullptr;
+    const std::size_t value_length = static_cast<std::size_t>(at - value);
+    char* const entry = attributes_.bytes().extend(name_length + value_length + 2);
+    std::memcpy(entry, name, name_length);
+    entry[name_length] = '\0';
+    std::memcpy(entry + name_length + 1, value, value_length);
+    entry[name_length + 1 + value_length] = '\0';
+    ++at;
+  }
+}
+
+bool c_xml::read_attributes(c_xml_local* scope) {
+  attributes_.clear();
+  ns_attributes_.clear();
+  int c = getter_.get_non_ws();
+  bool is_good = true;
+  while (is_good && is_name_start(c)) {
+    is_good = read_attribute(scope, c);
+    if (is_good) c = getter_.get_non_ws();
+  }
+  attributes_.bytes().push_back('\0');
+  if (!is_good) return false;
+  unget(c);
+  return c >= 0;
+}
+
+// `c` is the first character of the name.
+bool c_xml::read_attribute(c_xml_local* scope, int c) {
+  std::size_t matched = 0;
+  while (matched < k_xmlns_length && c == k_xmlns[matched]) {
+    ++matched;
+    c = get();
+  }
+  if (scope != nullptr && matched == k_xmlns_length && (c == ':' || !is_name_char(c))) {
+    return read_namespace_declaration(scope, c);
+  }
+  internal::ByteBuffer& bytes = attributes_.bytes();
+  bytes.append(k_xmlns, matched);
+  for (; is_name_char(c); c = get()) bytes.push_back(static_cast<char>(c));
+  unget(c);
+  bytes.push_back('\0');
+  return read_value(&bytes);
+}
+
+// `c` is the character after "xmlns".
+bool c_xml::read_namespace_declaration(c_xml_local* scope, int c) {
+  internal::ByteBuffer& bytes = ns_attributes_.bytes();
+  bytes.append(k_xmlns, k_xmlns_length);
+  const std::size_t prefix_at = bytes.size() + (c == ':' ? 1 : 0);
+  for (; is_name_char(c); c = get()) bytes.push_back(static_cast<char>(c));
+  unget(c);
+  bytes.push_back('\0');
+  const std::size_t value_at = bytes.size() + 1;  // after the quote
+  if (!read_value(&bytes)) return false;
+
+  const char* const prefix = ns_attributes_.text_at(prefix_at);
+  const char* const value = ns_attributes_.text_at(value_at);
+  const bool undeclares = *prefix == '\0' && *value == '\0';
+  scope->add_namespace(prefix, undeclares ? k_ns_none : enumerate_uri(value));
+  return true;
+}
+
+int c_xml::enumerate_uri(const char* value) {
+  if (std::strchr(value, '&') == nullptr) return namespaces_.add_namespace(value);
+  std::string expanded;
+  for (std::size_t i = 0; value[i] != '\0';) {
+    const char c = value[i++];
+    if (c == '&') {
+      // An unknown name stays in the text as it was written.
+      c_entity_name_reader_for_c_str reader(value, &i);
+      expand_reference(reader, &expanded);
+    } else {
+      expanded.push_back(c);
+    }
+  }
+  return namespaces_.add_namespace(expanded.c_str());
+}
+
+bool c_xml::read_value(internal::ByteBuffer* out) {
+  int c = getter_.get_non_ws();
+  if (c < 0) {
+    getter_.error(elmx_fatal, elmx_unexpected_end, "Unexpected end of file");
+    return false;
+  }
+  if (c != '=') return report_value("Schema is not Well Formed (expected '=', got '", c, "')");
+  c = getter_.get_non_ws();
+  if (is_quote(c)) {
+    const int quote = c;
+    out->push_back(static_cast<char>(quote));
+    for (c = get(); c >= 0 && c != quote; c = get()) out->push_back(static_cast<char>(c));
+    if (c == quote) {
+      out->push_back('\0');
+      return true;
+    }
+  }
+  return report_value("Schema is not Well Formed (expected '\"' or ''', got ", c, ")");
+}
+
+bool c_xml::report_value(const char* before, int c, const char* after) {
+  getter_.error(elmx_fatal, elmx_not_well_formed, with_character(before, c) + after);
+  return false;
+}
+
+elxp_xml_event c_xml::get_attribute_name(std::string* name, bool ends_with_question_mark) {
+  if (attributes_.has_entry()) {
+    const std::string_view entry = attributes_.rest();
+    name->assign(entry.data(), entry.size());
+    attributes_.skip(entry.size() + 1);
+    return elxp_name;
+  }
+  name->clear();
+  Window window;
+  if (getter_.open_window(&window) && *window.at == '>') {
+    getter_.take_window(window.at + 1, 0);
+    return elxp_start_tag_end;
+  }
+  const int c = getter_.get_non_ws();
+  if (c == '>') return elxp_start_tag_end;
+  if (c == (ends_with_question_mark ? '?' : '/') && getter_.get_non_ws() == '>') {
+    return elxp_end_tag;
+  }
+  report_not_well_formed(k_not_well_formed);
+  return elxp_error;
+}
+
+bool c_xml::get_attribute_value(std::string* value, elmx_whitespace mode) {
+  value->clear();
+  getter_.set_ws_mode(mode);
+  const std::string_view entry = attributes_.rest();
+  const std::size_t after = attributes_.position() + entry.size() + 1;
+  const char* at = entry.data() + (entry.empty() ? 0 : 1);
+  const char* const end = entry.data() + entry.size();
+  bool is_good = true;
+  while (is_good && at != end) {
+    const void* const reference = std::memchr(at, '&', static_cast<std::size_t>(end - at));
+    const char* const run_end = reference != nullptr ? static_cast<const char*>(reference) : end;
+    getter_.add_run(value, at, run_end);
+    if (run_end == end) break;
+    attributes_.set_position(after - 1 - static_cast<std::size_t>(end - run_end - 1));
+    c_entity_name_reader_for_attribute_data reader(attributes_);
+    is_good = expand_reference(reader, value);
+    at = attributes_.text_at(attributes_.position());
+  }
+  attributes_.set_position(std::min(after, attributes_.size()));
+  return is_good;
+}
+
+bool c_xml::skip_attribute_value() {
+  attributes_.next();
+  return true;
+}
+
+bool c_xml::get_named_attribute(const c_xml_local* scope, int ns_id, const std::string& local_name,
+                                std::string* value) {
+  std::string name;
+  bool is_found = false;
+  bool is_good = false;
+  while (!is_found && attributes_.has_entry()) {
+    const std::string_view entry = attributes_.rest();
+    name.assign(entry.data(), entry.size());
+    attributes_.next();
+    if (name.compare(local_name_offset(name), std::string::npos, local_name) == 0) {
+      // A default namespace does not apply to attributes.
+      const c_cracked_name cracked(scope, name);
+      is_found = (cracked.get_has_ns_prefix() ? cracked.get_ns_id() : k_ns_none) == ns_id;
+    }
+    if (is_found) {
+      is_good = get_attribute_value(value, elmx_preserve);
+    } else {
+      attributes_.next();
+    }
+  }
+  attributes_.rewind();
+  return is_good;
+}
+
+bool c_xml::get_xsi_type(const c_xml_local* scope, int* ns_id, std::string* name) {
+  std::string qualified;
+  if (!get_named_attribute(scope, k_ns_xsi, "type", &qualified)) return false;
+  *ns_id = c_cracked_name(scope, qualified).get_element_ns_id();
+  get_local_name(qualified, name);
+  return true;
+}
+
+// --- References -------------------------------------------------------------------------------
+
+// Entered after "&".
+bool c_xml::expand_reference(c_entity_name_reader& reader, std::string* out) {
+  int c = reader.get();
+  if (c == '#') return getter_.insert_character_entity(reader, out);
+
+  entity_name_.clear();
+  for (; is_name_char(c); c = reader.get()) entity_name_.push_back(static_cast<char>(c));
+  const bool has_semicolon = c == ';';
+  if (!has_semicolon) reader.unget(c);
+
+  static constexpr struct {
+    std::string_view name;
+    char character;
+  } k_predefined[] = {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"apos", '\''}, {"quot", '"'}};
+  for (const auto& entity : k_predefined) {
+    if (entity_name_ == entity.name) {
+      out->push_back(entity.character);
+      return true;
+    }
+  }
+  const char* text = nullptr;
+  if (getter_.get_general_entity(entity_name_.c_str(), &text)) {
+    if (!reader.get_expand_into_input()) return expand_entity_text(text, out);
+    // A refusal was fatal, and the input is at its end.
+    getter_.set_input_entity_value(text);
+    return true;
+  }
+  out->push_back('&');
+  *out += entity_name_;
+  if (has_semicolon) out->push_back(';');
+  return false;
+}
+
+bool c_xml::expand_in_content(std::string* out) {
+  c_entity_name_reader_for_c_get reader(getter_);
+  reader.set_expand_into_input(true);
+  return expand_reference(reader, out);
+}
+
+bool c_xml::expand_entity_text(const char* text, std::string* out) {
+  if (expansion_depth_ == k_max_expansion_depth) {
+    getter_.error(elmx_fatal, elmx_bad_dtd, "Entities nested too deeply");
+    return false;
+  }
+  if (!getter_.count_expansion(text)) return false;
+
+  struct Level {
+    explicit Level(int* depth) : depth(depth) { ++*depth; }
+    ~Level() { --*depth; }
+    int* depth;
+  } level(&expansion_depth_);
+  for (const char* at = text; *at != '\0';) {
+    const char c = *at++;
+    if (c == '&' || c == '%') {
+      c_entity_name_reader_for_entity reader(&at);
+      if (!expand_reference(reader, out)) return false;
+    } else {
+      getter_.add_char_wsp(out, static_cast<unsigned char>(c), false);
+    }
+  }
+  return true;
+}
+
+// --- Content as text --------------------------------------------------------------------------
+
+c_xml::NestedToken c_xml::next_nested_token(std::string* text, std::string* name,
+                                            bool expand_entities) {
+  text->clear();
+  name->clear();
+  int c = get();
+  for (; is_space(c); c = get()) getter_.add_char_wsp(text, c, false);
+  if (c < 0) return NestedToken::error;
+  if (c != '<') {
+    for (; c >= 0 && c != '<'; c = get()) {
+      if (c != '&' || !expand_entities) {
+        getter_.add_char_wsp(text, c, false);
+      } else if (!expand_in_content(text)) {
+        return NestedToken::error;
+      }
+    }
+    unget(c);
+    return NestedToken::text;
+  }
+  c = get();
+  if (c == '?') return getter_.skip_PI() ? NestedToken::text : NestedToken::error;
+  if (c == '!') {
+    c = get();
+    if (c == '-') {
+      return get() == '-' && getter_.skip_comment() ? NestedToken::text : NestedToken::error;
+    }
+    if (c != '[') return NestedToken::error;
+    *text += "<![CDATA[";
+    if (!read_cdata(text)) return NestedToken::error;
+    *text += "]]>";
+    return NestedToken::text;
+  }
+  if (c == '/') {
+    for (c = get(); is_name_char(c); c = get()) name->push_back(static_cast<char>(c));
+    while (is_space(c)) c = get();
+    return c == '>' ? NestedToken::end_tag : NestedToken::error;
+  }
+  if (c < 0 || is_space(c)) return NestedToken::error;
+  for (; is_name_char(c); c = get()) name->push_back(static_cast<char>(c));
+  unget(c);
+  return NestedToken::start_tag;
+}
+
+// The attributes that were read ahead first, and then what is left of the tag.
+bool c_xml::copy_start_tag(const std::string& name, std::string* out, bool* empty) {
+  *out += '<';
+  *out += name;
+  for (internal::AttributeList* const list : {&ns_attributes_, &attributes_}) {
+    list->rewind();
+    while (list->has_entry()) {
+      *out += ' ';
+      *out += list->rest();
+      list->next();
+      const std::string_view value = list->rest();
+      *out += '=';
+      *out += value;
+      if (!value.empty()) *out += value.front();
+      list->next();
+    }
+    list->clear();
+  }
+  int quote = 0;
+  for (int c = get(); c >= 0; c = get()) {
+    if (quote != 0) {
+      if (c == quote) quote = 0;
+    } else if (is_quote(c)) {
+      quote = c;
+    } else if (c == '>' || c == '/') {
+      *empty = c == '/';
+      if (*empty) {
+        *out += '/';
+        while (c >= 0 && c != '>') c = get();
+      }
+      *out += '>';
+      return c == '>';
+    }
+    out->push_back(static_cast<char>(c));
+  }
+  return false;
+}
+
+bool c_xml::copy_element(const std::string& name, std::string* out, bool expand_entities) {
+  bool empty = false;
+  if (!copy_start_tag(name, out, &empty)) return false;
+  if (empty) return true;
+  OpenNames open(name);
+  std::string text;
+  std::string tag;
+  while (!open.empty()) {
+    const NestedToken token = next_nested_token(&text, &tag, expand_entities);
+    if (token == NestedToken::error) return false;
+    *out += text;
+    if (token == NestedToken::start_tag) {
+      if (!copy_start_tag(tag, out, &empty)) return false;
+      if (!empty) open.push(tag);
+    } else if (token == NestedToken::end_tag) {
+      if (tag != open.top()) return false;
+      *out += "</";
+      *out += tag;
+      *out += '>';
+      open.pop();
+    }
+  }
+  return true;
+}
+
+bool c_xml::get_any_element(const std::string& name, std::string* value, elmx_whitespace mode,
+                            bool expand_entities) {
+  value->clear();
+  getter_.set_ws_mode(mode);
+  return copy_element(name, value, expand_entities);
+}
+
+bool c_xml::get_nested_element_value(std::string* value, std::string* end_name,
+                                     elmx_whitespace mode, bool expand_entities) {
+  value->clear();
+  end_name->clear();
+  attributes_.clear();
+  ns_attributes_.clear();
+  getter_.set_ws_mode(mode);
+  std::string text;
+  std::string tag;
+  while (true) {
+    const NestedToken token = next_nested_token(&text, &tag, expand_entities);
+    if (token == NestedToken::error) return false;
+    *value += text;
+    if (token == NestedToken::start_tag) {
+      if (!copy_element(tag, value, expand_entities)) return false;
+    } else if (token == NestedToken::end_tag) {
+      *end_name = tag;
+      return true;
+    }
+  }
+}
+
+}  // namespace lmx

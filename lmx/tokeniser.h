@@ -1,0 +1,211 @@
+// The tokeniser: cuts the character stream into tags, attributes and text, without any notion of a
+// schema. It is deliberately no conforming XML processor: it accepts what it can make sense of,
+// checks what the binding needs and leaves the rest.
+//
+// What stands whole in the getter's window is taken in runs; everything else goes character by
+// character, with the same events, values, line numbers and reports.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "lmx/entities.h"
+#include "lmx/input.h"
+#include "lmx/internal/byte_buffer.h"
+#include "lmx/names.h"
+
+namespace lmx {
+
+enum elxp_xml_event : int {
+  elxp_end_of_input = 0,  // the input ended where a tag or text may stand
+  elxp_unknown = 1,       // a name that no table row matched
+  elxp_error_2 = 2,       // an error event that is never produced
+  elxp_error = 3,         // the code, if there was a report, is in the c_error
+  elxp_start_tag_end = 4,
+  elxp_text = 5,
+  elxp_end_tag = 6,  // or the "/>" of an empty element
+  elxp_name = 7,     // a start tag or an attribute
+  elxp_xsi_type = 8,
+  elxp_xsi_nil = 9,
+  elxp_xsi_schema_location = 10,
+  elxp_xsi_no_namespace_schema_location = 11
+  // 12 and up: the names of the generated tables
+};
+
+// The white-space modes of XML Schema.
+enum elmx_whitespace : int { elmx_preserve = 0, elmx_replace = 1, elmx_collapse = 2 };
+
+// The getter with the XML-aware character tools.
+class ZOL_API c_get_for_xml : public c_get_with_entities {
+ public:
+  // `treat_refs_as_ws` says whether a character reference to a white-space character counts as
+  // white space in the modes replace and collapse.
+  c_get_for_xml(c_read& source, c_error& error, bool treat_refs_as_ws)
+      : c_get_with_entities(source, error), treat_refs_as_ws_(treat_refs_as_ws) {}
+
+  // The next character that is no white space, or -1.
+  int get_non_ws();
+  void set_ws_mode(elmx_whitespace mode) {
+    ws_mode_ = mode;
+    pending_space_ = false;
+  }
+  // Sets the present mode again.
+  void reset_ws_mode() { pending_space_ = false; }
+  // Appends one character as the mode has it. A collapsed run of white space waits for what
+  // follows, so that none is written at either end.
+  void add_char_wsp(std::string* out, int c, bool from_reference);
+  // Takes the characters of `text`. False at the first that differs, which is left in the input.
+  bool read_specified_string_from_input(const char* text);
+  // A text in single or double quotes, taken as it stands.
+  bool get_simple_quoted_value(std::string* out);
+  // Entered after "<?xml".
+  bool read_xml_decl();
+  // Entered after "<!--". False if the input ends within.
+  bool skip_comment();
+  // Reads up to "?>".
+  bool skip_PI();
+  // Passes the rest of a start tag; *empty, unless null, tells of a "/>".
+  bool move_to_start_tag_end(bool* empty);
+  // Entered after "&#". The semicolon is optional; what lies above 0x100000 is refused.
+  bool insert_character_entity(c_entity_name_reader& reader, std::string* out);
+  void rewind();
+
+  // --- For the stages above -----------------------------------------------------------------
+
+  bool open_window(internal::Window* window) const {
+    return !is_in_entity() && c_get_with_entities::open_window(window);
+  }
+  // Appends characters that are in no need of a look, as add_char_wsp would one by one.
+  void add_run(std::string* out, const char* begin, const char* end) {
+    if (ws_mode_ == elmx_preserve) {
+      out->append(begin, static_cast<std::size_t>(end - begin));
+    } else {
+      add_run_wsp(out, begin, end);
+    }
+  }
+
+ private:
+  bool report(elmx_error_type type, elmx_error code, const std::string& text);
+  void add_run_wsp(std::string* out, const char* begin, const char* end);
+
+  std::string character_reference_;
+  elmx_whitespace ws_mode_ = elmx_preserve;
+  bool pending_space_ = false;
+  bool treat_refs_as_ws_;
+};
+
+class ZOL_API c_xml {
+ public:
+  // Borrows source and error tally, for its whole life.
+  c_xml(c_read& source, c_error& error, bool treat_refs_as_ws);
+  c_xml(const c_xml&) = delete;
+  c_xml& operator=(const c_xml&) = delete;
+  ~c_xml();
+
+  // The next markup or text: events 0, 3, 5, 6 and 7. The attributes of a start tag are read ahead,
+  // and its namespace declarations go to `scope`; without a scope they are plain attributes.
+  elxp_xml_event get_element_name(c_xml_local* scope, std::string* name);
+  // The next attribute (7), after which its value must be read or skipped, or the end of the tag
+  // (4, 6) or an error (3).
+  elxp_xml_event get_attribute_name(std::string* name, bool ends_with_question_mark);
+  // False if a reference failed; the value is passed all the same.
+  bool get_attribute_value(std::string* value, elmx_whitespace mode);
+  bool skip_attribute_value();
+
+  // Looks through the attributes that were not read yet; the next to be read is the first again.
+  bool get_named_attribute(const c_xml_local* scope, int ns_id, const std::string& local_name,
+                           std::string* value);
+  bool get_xsi_type(const c_xml_local* scope, int* ns_id, std::string* name);
+  bool is_xsi_attribute(const c_xml_local* scope, const std::string& name) const;
+  // The id of the name's prefix, or of the default namespace; 0 if unknown.
+  int get_ns_id(const c_xml_local* scope, const std::string& name) const;
+
+  // Text up to the next tag, which stays in the input.
+  bool get_element_value(std::string* value, elmx_whitespace mode, bool expand_entities);
+  // Takes the next tag. True if it is that end tag.
+  bool is_element_end_tag(const std::string& name);
+  bool skip_start_tag(bool* empty);
+  // Each passes the rest of an element whose start tag was the last event, or its body, at any
+  // depth in constant stack.
+  bool skip_rest_of_element(const std::string& name);
+  bool skip_rest_of_empty_element(const std::string& name);
+  bool skip_element_body(const std::string& name);
+
+  // Copies the element whose start tag was the last event back into text.
+  bool get_any_element(const std::string& name, std::string* value, elmx_whitespace mode,
+                       bool expand_entities);
+  // Copies content back into text, up to an end tag whose name goes to *end_name.
+  bool get_nested_element_value(std::string* value, std::string* end_name, elmx_whitespace mode,
+                                bool expand_entities);
+
+  // Starts the document again, without namespaces and entities; fixed ids must be set anew.
+  void rewind();
+
+  int get_line_num() const { return getter_.get_line_num(); }
+  const char* get_source_id() const { return getter_.get_source_id(); }
+  static bool is_error_event(int event) { return event == elxp_error_2 || event == elxp_error; }
+
+  void add_general_entity(const std::string& name, const std::string& text);
+  void add_parameter_entity(const std::string& name, const std::string& text);
+  int add_namespace(const char* uri) { return namespaces_.add_namespace(uri); }
+  void add_namespace(const char* uri, int id) { namespaces_.add_namespace(uri, id); }
+  int find_enumerated_namespace(const std::string& uri) const {
+    return namespaces_.find_namespace(uri);
+  }
+  const char* find_namespace_from_id(int id) const {
+    return namespaces_.find_namespace_from_id(id);
+  }
+
+  // The text after the first colon, and before it. `out` may be `name` itself.
+  static void get_local_name(const std::string& name, std::string* out);
+  static void get_namespace_prefix(const std::string& name, std::string* out);
+
+ protected:
+  c_get_for_xml& getter() { return getter_; }
+
+ private:
+  enum class NestedToken { text, start_tag, end_tag, error };
+
+  int get() { return getter_.get(); }
+  void unget(int value) { getter_.unget(value); }
+  bool report_not_well_formed(const char* text);
+
+  // Each of the markup readers gives true with an event, or false to go on with what follows.
+  bool take_tag_in_window(std::string* name, elxp_xml_event* event);
+  bool read_markup(c_xml_local* scope, std::string* name, elxp_xml_event* event);
+  elxp_xml_event read_start_tag(c_xml_local* scope, std::string* name, int c);
+  elxp_xml_event read_end_tag(std::string* name);
+  bool read_instruction(elxp_xml_event* event);
+  bool read_declaration(std::string* name, elxp_xml_event* event);
+  bool read_doctype();
+  elxp_xml_event read_text(std::string* name);
+  bool read_cdata(std::string* out);
+
+  const char* take_attributes_in_window(const char* at, const char* end, int* lines);
+  bool read_attributes(c_xml_local* scope);
+  bool read_attribute(c_xml_local* scope, int c);
+  bool read_value(internal::ByteBuffer* out);
+  bool report_value(const char* before, int c, const char* after);
+  bool read_namespace_declaration(c_xml_local* scope, int c);
+  int enumerate_uri(const char* value);
+
+  bool expand_reference(c_entity_name_reader& reader, std::string* out);
+  bool expand_in_content(std::string* out);
+  bool expand_entity_text(const char* text, std::string* out);
+
+  NestedToken next_nested_token(std::string* text, std::string* name, bool expand_entities);
+  bool copy_start_tag(const std::string& name, std::string* out, bool* empty);
+  bool copy_element(const std::string& name, std::string* out, bool expand_entities);
+
+  c_get_for_xml getter_;
+  std::string entity_name_;
+  c_internal_dtd dtd_;
+  c_enumerated_namespaces namespaces_;
+  bool dtd_read_ = false;
+  bool content_begun_ = false;
+  internal::AttributeList attributes_;
+  internal::AttributeList ns_attributes_;
+  int expansion_depth_ = 0;
+};
+
+}  // namespace lmx
