@@ -19,15 +19,17 @@ lmx::elmx_error Zol::loadString(const std::wstring& text) {
 }
 
 XMLDocumentResult Zol::writeString() const {
-  std::string utf8;
-  lmx::internal::StringSink sink(&utf8);
+  lmx::internal::StringSink sink;
   std::ostream stream(&sink);
   lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl, "\t", "\n");
   // Writing leaves its mark in the document by design.
   SdkStamp().stampWrite(const_cast<Zol&>(*this));
   const lmx::elmx_error error = marshal(writer, k_element_name);
+  if (error != lmx::elmx_ok) return XMLDocumentResult(std::wstring(), error);
+  std::string utf8;
+  sink.move_to(&utf8);
   std::wstring text;
-  if (error == lmx::elmx_ok) lmx::convert(&text, utf8);
+  lmx::convert(&text, utf8);
   return XMLDocumentResult(text, error);
 }
 

@@ -28,7 +28,7 @@ void write_value(WriteBlock& block, const lmx::c_datetime& value) {
 
 void write_value(WriteBlock& block, const lmx::c_binary& value) {
   std::string text;
-  value.append_base64(&text);
+  lmx::internal::append_base64(&text, value);
   block.append(std::string_view(text));
 }
 
