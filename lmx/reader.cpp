@@ -381,10 +381,4 @@ elmx_must_understand has_must_understand(c_xml_reader& reader, const std::string
   return result;
 }
 
-elmx_must_understand bool_must_understand(const std::string& text) {
-  if (text == "1" || text == "true") return elmx_must_understand_true;
-  if (text == "0" || text == "false") return elmx_must_understand_false;
-  return elmx_must_understand_invalid;
-}
-
 }  // namespace lmx

@@ -1,0 +1,138 @@
+#include "lmx/binary.h"
+
+#include <gtest/gtest.h>
+
+#include <iomanip>
+#include <random>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+#include "lmx/internal/lexical.h"
+
+namespace lmx {
+namespace {
+
+c_binary bytes(const std::string& text) {
+  return c_binary(reinterpret_cast<const unsigned char*>(text.data()),
+                  static_cast<unsigned>(text.size()));
+}
+
+std::string hex(const c_binary& value) {
+  std::ostringstream os;
+  os << c_as_hex<c_binary>(value);
+  return os.str();
+}
+
+std::string base64(const c_binary& value) {
+  std::ostringstream os;
+  os << c_as_base64<c_binary>(value);
+  return os.str();
+}
+
+TEST(BinaryTest, ReadsAndWritesHex) {
+  const struct {
+    const char* text;
+    bool is_valid;
+    const char* written;
+  } rows[] = {
+      {"", true, ""},      {"0aFf", true, "0AFF"}, {"aB", true, "AB"},  {"ABC", false, "AB"},
+      {"0G", false, "10"}, {"A", false, ""},       {"0 ", false, "E9"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(c_binary::is_valid_hex(row.text), row.is_valid) << row.text;
+    c_binary value = bytes("old");
+    value.from_hex(row.text);
+    EXPECT_EQ(hex(value), row.written) << row.text;
+  }
+  std::ostringstream os;
+  os << c_as_hex<c_binary>(bytes("\x01")) << std::setw(3) << 10;
+  EXPECT_EQ(os.str(), "01010");  // decimal again, with the fill that stays
+}
+
+TEST(BinaryTest, JudgesBase64) {
+  const struct {
+    const char* text;
+    bool is_valid;
+  } rows[] = {
+      {"", true},      {"QUJD", true},   {"QU\nJD", true},  {"QUJ=", true},     {"QU==", true},
+      {"Q===", false}, {"QUJD ", true},  {"QU== ", false},  {"QU=J", false},    {"A", false},
+      {"AA", false},   {"AAA", false},   {" ", false},      {"  ", true},       {" QUJD", true},
+      {"QU= ", true},  {"QUJ= ", false}, {"Q U J D", true}, {"QUJ*", false},    {"====", false},
+      {"==", false},   {"QUJD=", false}, {"+/+/", true},    {"QUJDQU==", true}, {"QU==QUJD", false},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(c_binary::is_valid_base64(row.text), row.is_valid) << "'" << row.text << "'";
+  }
+  EXPECT_FALSE(c_binary::is_valid_base64(std::string("QUJ\0", 4)));
+}
+
+TEST(BinaryTest, ReadsAndWritesBase64) {
+  const struct {
+    const char* text;
+    std::string value;
+    const char* written;
+  } rows[] = {
+      {"", "", ""},
+      {"QUJD", "ABC", "QUJD"},
+      {"QUI=", "AB", "QUI="},
+      {"QQ==", "A", "QQ=="},
+      {"Q", "\x40", "QA=="},
+      {"  Q*U\nI = ", "AB", "QUI="},
+      {"QUI=QUJD", "AB\x10\x50\x90", "QUIQUJA="},
+      {"+/+/", "\xFB\xFF\xBF", "+/+/"},
+  };
+  for (const auto& row : rows) {
+    c_binary value = bytes("old");
+    value.from_base64(row.text);
+    EXPECT_EQ(value, bytes(row.value)) << row.text;
+    EXPECT_EQ(base64(value), row.written) << row.text;
+  }
+}
+
+TEST(BinaryTest, EveryValueComesBackFromBothForms) {
+  std::mt19937 random(1);
+  // The sizes pass the piece in which base64 is written.
+  for (const unsigned size : {1u, 2u, 3u, 100u, 3071u, 3072u, 3073u, 6144u, 10000u}) {
+    c_binary value;
+    for (unsigned i = 0; i < size; ++i) value += static_cast<unsigned char>(random());
+    const std::string text = base64(value);
+    EXPECT_EQ(text.size(), (size + 2) / 3 * 4);
+    EXPECT_TRUE(c_binary::is_valid_base64(text));
+    c_binary again;
+    again.from_base64(text);
+    EXPECT_EQ(again, value);
+    again.from_hex(hex(value));
+    EXPECT_EQ(again, value);
+
+    std::string appended = "x";
+    internal::append_base64(&appended, value);
+    EXPECT_EQ(appended, "x" + text);
+  }
+}
+
+TEST(BinaryTest, HoldsBytes) {
+  c_binary value = bytes("abc");
+  EXPECT_EQ(value.size(), 3u);
+  value[1] = 'x';
+  value.at(2) = 'y';
+  value.append('z');
+  EXPECT_EQ(value, bytes("axyz"));
+  EXPECT_NE(value, bytes("axy"));
+  EXPECT_THROW(value.at(4), std::out_of_range);
+
+  unsigned char buffer[] = "......";
+  EXPECT_EQ(value.get(buffer, 2), buffer);
+  EXPECT_EQ(std::string(reinterpret_cast<char*>(buffer)), "ax....");
+  value.get(buffer, 99);
+  EXPECT_EQ(std::string(reinterpret_cast<char*>(buffer)), "axyz..");
+
+  EXPECT_TRUE(value.equal(buffer, 4));
+  EXPECT_FALSE(value.equal(nullptr, 5));
+  EXPECT_TRUE(c_binary().equal(nullptr, 0));
+  value.set(nullptr, 0);
+  EXPECT_EQ(value.size(), 0u);
+}
+
+}  // namespace
+}  // namespace lmx

@@ -1,0 +1,257 @@
+#include "lmx/text.h"
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cmath>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "lmx/internal/lexical.h"
+
+namespace lmx {
+namespace {
+
+std::wstring units(std::initializer_list<int> values) {
+  std::wstring text;
+  for (const int value : values) text += static_cast<wchar_t>(value);
+  return text;
+}
+
+std::wstring widened(const std::string& utf8) {
+  std::wstring out = L"old";
+  EXPECT_EQ(&vtostring(out, utf8), &out);
+  return out;
+}
+
+std::string narrowed(const std::wstring& text) {
+  std::string out = "old";
+  EXPECT_EQ(&convert(&out, text), &out);
+  return out;
+}
+
+TEST(TextTest, WidensUpToTheFirstFault) {
+  const struct {
+    const char* what;
+    std::string utf8;
+    std::wstring text;
+  } rows[] = {
+      {"empty", "", L""},
+      {"ASCII longer than a block", "0123456789abcdefg", L"0123456789abcdefg"},
+      {"zero byte", std::string("a\0b", 3), std::wstring(L"a\0b", 3)},
+      {"two, three and four bytes", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xA8",
+       units({0xE9, 0x20AC, 0xD83C, 0xDFA8})},
+      {"fault behind a block",
+       "01234567\xFF"
+       "b",
+       L"01234567"},
+      {"illegal lead",
+       "a\xFF"
+       "b",
+       L"a"},
+      {"lone continuation",
+       "a\x80"
+       "b",
+       L"a"},
+      {"cut sequence", "a\xE2\x82", L"a"},
+      {"bad last continuation",
+       "a\xE2\x82"
+       "b",
+       L"a"},
+      {"overlong", "\xC0\x80", units({0})},
+      {"above Unicode", "\xF7\xBF\xBF\xBF", units({0xDBBF, 0xDFFF})},
+      {"pair as two sequences", "\xED\xA0\x80\xED\xB0\x80z", units({0xD800, 0xDC00, 'z'})},
+      {"unpaired high",
+       "a\xED\xA0\x80"
+       "Ab",
+       L"a"},
+      {"two high", "a\xED\xA0\x80\xED\xA0\x80", L"a"},
+      {"high before four bytes", "\xED\xA0\x80\xF0\x90\x80\x80", L""},
+      {"high at the end", "a\xED\xA0\x80", L"a"},
+      {"lone low", "\xED\xB0\x80z", units({0xDC00, 'z'})},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(widened(row.utf8), row.text) << row.what;
+    EXPECT_EQ(convert_to_wide(row.utf8), row.text) << row.what;
+  }
+}
+
+TEST(TextTest, NarrowsEveryUnit) {
+  const struct {
+    const char* what;
+    std::wstring text;
+    std::string utf8;
+  } rows[] = {
+    {"empty", L"", ""},
+    {"ASCII", L"0123456789abcdefg", "0123456789abcdefg"},
+    {"pair", units({'a', 0xDBFF, 0xDFFF, 'b'}),
+     "a\xF4\x8F\xBF\xBF"
+     "b"},
+    {"lone low", units({0xDC00}), "\xED\xB0\x80"},
+    {"the unit after a lone high is lost", units({0xD800, 'A', 'B'}),
+     "\xED\xA0\x80"
+     "B"},
+    {"two high", units({0xD800, 0xD801, 'B'}),
+     "\xED\xA0\x80"
+     "B"},
+    {"high at the end", units({'a', 0xD800}), "a\xED\xA0\x80"},
+#if WCHAR_MAX > 0xFFFF
+    {"one unit above the plane", units({0x1F3A8}), "\xF0\x9F\x8E\xA8"},
+#endif
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(narrowed(row.text), row.utf8) << row.what;
+    EXPECT_EQ(convert_to_narrow(row.text), row.utf8) << row.what;
+  }
+}
+
+TEST(TextTest, EveryCodePointComesBack) {
+  std::string utf8;
+  for (int c = 1; c <= 0x10FFFF; ++c) {
+    if (c == 0xD800) c = 0xE000;
+    char buffer[5];
+    utf8 = unicode_char_to_utf8(c, buffer);
+    int decoded;
+    ASSERT_TRUE(utf8_to_unicode_char(utf8.data(), &decoded)) << c;
+    ASSERT_EQ(decoded, c);
+    ASSERT_TRUE(is_valid_utf8_char_sequence(utf8.c_str())) << c;
+    ASSERT_EQ(narrowed(widened(utf8)), utf8) << c;
+  }
+}
+
+TEST(TextTest, AppendsBehindWhatStands) {
+  std::wstring wide = L"x";
+  internal::append_wide(&wide, "abcdefghij\xC3\xA9\xFFz");
+  EXPECT_EQ(wide, L"xabcdefghij\u00E9");
+  internal::append_wide(&wide, "");
+  EXPECT_EQ(wide, L"xabcdefghij\u00E9");
+  std::string narrow = "x";
+  internal::append_narrow(&narrow, L"ab");
+  internal::append_narrow(&narrow, L"\u00E9");
+  EXPECT_EQ(narrow, "xab\xC3\xA9");
+}
+
+TEST(TextTest, CodePointsAtTheEdgesOfTheirLengths) {
+  const struct {
+    int c;
+    std::string bytes;
+  } rows[] = {
+      {-1, "\xFF"},
+      {0x7F, "\x7F"},
+      {0x80, "\xC2\x80"},
+      {0x7FF, "\xDF\xBF"},
+      {0x800, "\xE0\xA0\x80"},
+      {0xFFFF, "\xEF\xBF\xBF"},
+      {0x10000, "\xF0\x90\x80\x80"},
+      {0x7FFFFFFF, "\xF7\xBF\xBF\xBF"},
+  };
+  for (const auto& row : rows) {
+    char buffer[] = "xxxxx";
+    EXPECT_EQ(unicode_char_to_utf8(row.c, buffer), buffer);
+    EXPECT_EQ(buffer, row.bytes) << row.c;
+  }
+}
+
+TEST(TextTest, DecodingTellsWhatItSaw) {
+  int c = 0;
+  EXPECT_FALSE(utf8_to_unicode_char("\xFF", &c));
+  EXPECT_EQ(c, -1);
+  EXPECT_FALSE(utf8_to_unicode_char("\x80", &c));
+  EXPECT_EQ(c, -1);
+  EXPECT_FALSE(utf8_to_unicode_char("\xE2\x82z", &c));
+  EXPECT_EQ(c, 0x82);
+}
+
+TEST(TextTest, JudgesTheFirstTwoBytes) {
+  // The ranges of the well-formed table: a first byte, and the least and the greatest second one.
+  const struct {
+    int first, last, low, high;
+  } rows[] = {
+      {0x00, 0x7F, 0x00, 0xFF}, {0xC2, 0xDF, 0x00, 0xFF}, {0xE0, 0xE0, 0xA0, 0xBF},
+      {0xE1, 0xEC, 0x00, 0xFF}, {0xED, 0xED, 0x80, 0x9F}, {0xEE, 0xEF, 0x00, 0xFF},
+      {0xF0, 0xF0, 0x90, 0xBF}, {0xF1, 0xF3, 0x00, 0xFF}, {0xF4, 0xF4, 0x80, 0x8F},
+  };
+  for (int first = 0; first < 256; ++first) {
+    for (int second = 0; second < 256; ++second) {
+      bool expected = false;
+      for (const auto& row : rows) {
+        expected |=
+            first >= row.first && first <= row.last && second >= row.low && second <= row.high;
+      }
+      const char bytes[] = {static_cast<char>(first), static_cast<char>(second)};
+      ASSERT_EQ(is_valid_utf8_char_sequence(bytes), expected) << first << " " << second;
+    }
+  }
+}
+
+TEST(TextTest, ClassifiesAsciiAndNothingElse) {
+  for (int c = -300; c < 70000; ++c) {
+    const bool in_range = c >= 1 && c <= 127;
+    ASSERT_EQ(xisalpha(c), in_range && std::isalpha(c)) << c;
+    ASSERT_EQ(xisspace(c), in_range && std::isspace(c)) << c;
+    ASSERT_EQ(xisalnum(c), in_range && std::isalnum(c)) << c;
+    ASSERT_EQ(xisdigit(c), in_range && std::isdigit(c)) << c;
+    ASSERT_EQ(xisxdigit(c), in_range && std::isxdigit(c)) << c;
+    ASSERT_EQ(xisprint(c), in_range && std::isprint(c)) << c;
+  }
+}
+
+TEST(TextTest, SplitsAListAtWhitespace) {
+  const struct {
+    const char* text;
+    std::vector<std::string> tokens;
+  } rows[] = {
+      {"", {}},
+      {" \t\r\n", {}},
+      {"  a\tb ", {"a", "b"}},
+      {"one", {"one"}},
+      {"\xC2\xA0 z", {"\xC2\xA0", "z"}},
+  };
+  c_xml_list_tokeniser tokeniser("left over");
+  for (const auto& row : rows) {
+    tokeniser.set(row.text);
+    std::vector<std::string> tokens;
+    std::string token = "untouched";
+    while (tokeniser.get(&token)) tokens.push_back(token);
+    EXPECT_EQ(tokens, row.tokens) << row.text;
+    EXPECT_FALSE(tokeniser.get(&token));
+    EXPECT_EQ(token, row.tokens.empty() ? "untouched" : row.tokens.back());
+  }
+}
+
+TEST(TextTest, ComparesAPieceOfText) {
+  EXPECT_EQ(stringncompare("abcdef", "cd", 2, 2), 0);
+  EXPECT_LT(stringncompare("abcdef", "cd", 1, 2), 0);
+  EXPECT_GT(stringncompare("abcdef", "cd", 2, 4294967295u), 0);
+  EXPECT_EQ(stringncompare("abc", "", 3, 1), 0);
+  EXPECT_THROW(stringncompare("abc", "", 4, 1), std::out_of_range);
+}
+
+TEST(TextTest, SmallHelpers) {
+  EXPECT_TRUE(std::isnan(0.0 / float_zero()));
+  EXPECT_TRUE(std::isinf(1.0 / float_zero()));
+
+  char first[] = "abc";
+  char second[] = "xyz";
+  bswap(first, second, 2);
+  EXPECT_STREQ(first, "xyc");
+  EXPECT_STREQ(second, "abz");
+
+  ct_qname<std::wstring> wide;
+  make_qname(&wide, "p:\xC3\xA9", "urn:n", "\xC3\xA9");
+  EXPECT_EQ(wide, ct_qname<std::wstring>(L"urn:n", L"\u00E9"));
+  ct_qname<std::string> narrow;
+  make_qname(&narrow, "p:l", "urn:n", "l");
+  EXPECT_EQ(narrow.get_namespace() + "|" + narrow.get_local_name(), "urn:n|l");
+  std::string full;
+  make_qname(&full, "p:l", "urn:n", "l");
+  EXPECT_EQ(full, "p:l");
+
+  const c_any_info info("n", "l", "v");
+  EXPECT_EQ(info.get_namespace() + info.get_name() + info.get_value(), "nlv");
+}
+
+}  // namespace
+}  // namespace lmx
