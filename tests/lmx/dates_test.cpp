@@ -351,8 +351,8 @@ TEST(DateTimeRoadTest, ABadTextLeavesTheArgumentsAlone) {
 
 std::string formatted(const c_datetime& value) {
   char text[internal::k_max_datetime_text];
-  return std::string(static_cast<const char*>(text),
-                     static_cast<std::size_t>(internal::format_datetime(value, text) - text));
+  const char* const end = internal::format_datetime(value, text);
+  return std::string(text, static_cast<std::size_t>(end - text));
 }
 
 std::string through_stream(const c_datetime& value) {
