@@ -18,10 +18,13 @@ class Model:
     classes:  every class by name, in the order of the tables
     ordered:  the same, each behind whatever it is derived from or holds by value
     events:   number by element or attribute name
+
+    The tables do not spell the namespace of the format, which only some outputs need.
     """
 
-    def __init__(self, schema):
+    def __init__(self, schema, namespace=None):
         self.schema = schema
+        self.namespace = namespace
         self.enums = schema.enums
         self.classes = {name: ClassInfo(self, c) for name, c in schema.classes.items()}
         _check(self)

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Writes what follows from the schema tables.
 
-    zolgen.py model --schema DIR --out DIR    the C++ of the document model
-    zolgen.py list model --schema DIR         the files that would be written, one a line
+    zolgen.py model --schema DIR --out DIR                 the C++ of the document model
+    zolgen.py xsd --schema DIR --out DIR --namespace URI   the XML Schema of documents
+    zolgen.py model --schema DIR --list                    the files that would be written
 
 A file is touched only if its text changes, so that a build compiles no more than it must.
 """
@@ -14,10 +15,11 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
 import emit_model  # noqa: E402
+import emit_xsd  # noqa: E402
 import resolve  # noqa: E402
 import schema  # noqa: E402
 
-EMITTERS = {"model": emit_model.emit}
+EMITTERS = {"model": emit_model.emit, "xsd": emit_xsd.emit}
 
 
 def write_if_changed(path, text):
@@ -32,10 +34,12 @@ def main():
     parser.add_argument("output", choices=sorted(EMITTERS))
     parser.add_argument("--schema", required=True, help="directory of the *.rows files")
     parser.add_argument("--out", help="directory to write to")
+    parser.add_argument("--namespace", help="URI of the format's namespace")
     parser.add_argument("--list", action="store_true", help="print the names of the files only")
     options = parser.parse_args()
     try:
-        files = EMITTERS[options.output](resolve.Model(schema.read_directory(options.schema)))
+        model = resolve.Model(schema.read_directory(options.schema), options.namespace)
+        files = EMITTERS[options.output](model)
     except schema.SchemaError as error:
         sys.exit(f"zolgen: {error}")
     for name, text in files.items():
