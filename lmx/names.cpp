@@ -147,15 +147,6 @@ void c_xml_local::add_namespace(const char* prefix, int id) {
   nearest_ = this;
 }
 
-int c_xml_local::find_namespace_id(std::string_view prefix) const {
-  if (prefix == "xml") return k_ns_xml;
-  int id = 0;
-  for (const c_xml_local* level = nearest_; level != nullptr; level = level->outer()) {
-    if (level->prefixes_.find(prefix, &id)) return id;
-  }
-  return k_ns_not_found;
-}
-
 const char* c_xml_local::find_namespace_prefix(int id) const {
   if (id == k_ns_xml) return "xml";
   for (const c_xml_local* level = nearest_; level != nullptr; level = level->outer()) {
@@ -174,37 +165,24 @@ const char* c_xml_local::find_first_namespace_prefix(int id) const {
 }
 
 void c_cracked_name::set(const c_xml_local* scope, const std::string& name) {
-  full_name_.assign(name.data(), name.size());
-  has_local_ = has_prefix_text_ = false;
-  const std::size_t colon = full_name_.find(':');
+  const std::size_t size = name.size();
+  text_.clear();
+  text_.append(name.data(), size);
+  const char* const text = text_.data();
+  std::size_t colon = 0;
+  while (colon != size && text[colon] != ':') ++colon;
   std::string_view prefix;
-  if (colon == std::string::npos) {
+  if (colon == size) {
     local_at_ = 0;
   } else {
     local_at_ = colon + 1;
-    prefix = std::string_view(full_name_.data(), colon);
+    prefix = std::string_view(text, colon);
   }
   if (scope != nullptr) {
     ns_id_ = scope->find_namespace_id(prefix);
   } else {
     ns_id_ = prefix == "xml" ? k_ns_xml : k_ns_not_found;
   }
-}
-
-const std::string& c_cracked_name::get_local_name() const {
-  if (!has_local_) {
-    local_name_.assign(full_name_, local_at_, std::string::npos);
-    has_local_ = true;
-  }
-  return local_name_;
-}
-
-const std::string& c_cracked_name::get_ns_prefix() const {
-  if (!has_prefix_text_) {
-    ns_prefix_.assign(full_name_, 0, local_at_ == 0 ? 0 : local_at_ - 1);
-    has_prefix_text_ = true;
-  }
-  return ns_prefix_;
 }
 
 }  // namespace lmx

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lmx/internal/byte_buffer.h"
 #include "port/export.h"
 
 namespace lmx {
@@ -102,7 +103,7 @@ class c_repository {
     if (index_ != nullptr) return find_indexed(key);
     for (const Entry& entry : entries_) {
       if (entry.key_length == key.size() &&
-          std::memcmp(entry.key.get(), key.data(), key.size()) == 0) {
+          internal::is_equal_short(entry.key.get(), key.data(), key.size())) {
         return &entry;
       }
     }
@@ -152,7 +153,14 @@ class ZOL_API c_xml_local {
 
   void add_namespace(const char* prefix, int id);
   // 0 if no level maps the prefix. "xml" is 2 whatever is declared.
-  int find_namespace_id(std::string_view prefix) const;
+  int find_namespace_id(std::string_view prefix) const {
+    if (prefix.size() == 3 && internal::is_equal_short(prefix.data(), "xml", 3)) return k_ns_xml;
+    int id = 0;
+    for (const c_xml_local* level = nearest_; level != nullptr; level = level->outer()) {
+      if (level->prefixes_.find(prefix, &id)) return id;
+    }
+    return k_ns_not_found;
+  }
   // The innermost prefix of the id, or null.
   const char* find_namespace_prefix(int id) const;
   // The outermost prefix of the id, or null.
@@ -178,27 +186,34 @@ class ZOL_API c_cracked_name {
   // A null scope maps "xml" alone.
   void set(const c_xml_local* scope, const std::string& name);
 
-  const std::string& get_full_name() const { return full_name_; }
-  const std::string& get_local_name() const;
-  const std::string& get_ns_prefix() const;
+  const std::string& get_full_name() const { return text_of(&full_name_, full_view()); }
+  const std::string& get_local_name() const { return text_of(&local_name_, local_view()); }
+  const std::string& get_ns_prefix() const {
+    return text_of(&ns_prefix_, full_view().substr(0, local_at_ == 0 ? 0 : local_at_ - 1));
+  }
   // The id of the prefix, or of the default namespace if there is no prefix; 0 if unknown.
   int get_ns_id() const { return ns_id_; }
   bool get_has_ns_prefix() const { return local_at_ != 0; }
   // As get_ns_id, but 1 for a name without prefix where no default namespace is declared.
   int get_element_ns_id() const { return ns_id_ == 0 && local_at_ == 0 ? k_ns_none : ns_id_; }
 
-  // The local name in place, good until the next set().
+  // The names in place, good until the next set().
+  std::string_view full_view() const { return {text_.data(), text_.size()}; }
   std::string_view local_view() const {
-    return {full_name_.data() + local_at_, full_name_.size() - local_at_};
+    return {text_.data() + local_at_, text_.size() - local_at_};
   }
 
  private:
-  std::string full_name_;
+  // The parts as strings of their own are brought up to date only when somebody asks for them.
+  static const std::string& text_of(std::string* out, std::string_view text) {
+    if (*out != text) out->assign(text);
+    return *out;
+  }
+
+  internal::ByteBuffer text_{64};
   std::size_t local_at_ = 0;  // one past the colon, 0 without a prefix
   int ns_id_ = 0;
-  // The parts as strings of their own are made only when somebody asks for them.
-  mutable bool has_local_ = false;
-  mutable bool has_prefix_text_ = false;
+  mutable std::string full_name_;
   mutable std::string local_name_;
   mutable std::string ns_prefix_;
 };

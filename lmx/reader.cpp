@@ -31,7 +31,7 @@ template <class Row>
 bool is_match(const Row& row, int ns_id, std::string_view name) {
   return row.ns_id == ns_id && row.name_length == name.size() &&
          (name.empty() ||
-          (row.name[0] == name[0] && std::memcmp(row.name, name.data(), name.size()) == 0));
+          (row.name[0] == name[0] && internal::is_equal_short(row.name, name.data(), name.size())));
 }
 
 }  // namespace
@@ -135,6 +135,10 @@ void c_xml_reader::tokenise(const s_event_map* map, elxp_attr_elem kind) {
 
 bool c_xml_reader::get_simple_type_value(const std::string& name, elmx_whitespace mode,
                                          std::string* value, elmx_error* error, bool* empty) {
+  if (take_simple_value(name, mode, value)) {
+    *empty = false;
+    return true;
+  }
   value->clear();
   if (!skip_start_tag(empty)) {
     *error = elmx_bad_start_tag_end;

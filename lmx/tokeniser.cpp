@@ -89,9 +89,32 @@ const char* pass_space(const char* p, const char* end, int* lines) {
   return p;
 }
 
+const char* pass_plain(const char* p, const char* end, unsigned stop) {
+  while (p != end && !has_mask(*p, stop)) ++p;
+  return p;
+}
+
 const char* pass_name(const char* p, const char* end) {
   while (p != end && has_mask(*p, internal::k_ascii_name)) ++p;
   return p;
+}
+
+// Passes text that is stored as it stands in the given mode.
+const char* pass_plain_text(const Window& window, elmx_whitespace mode) {
+  return pass_plain(
+      window.at, window.end,
+      mode == elmx_preserve ? internal::k_text_stop : internal::k_text_stop | internal::k_space);
+}
+
+bool is_end_tag_start(const char* p, const char* end) {
+  return end - p >= 2 && p[0] == '<' && p[1] == '/';
+}
+
+// Does "</name>" stand here?
+bool is_end_tag_of(const std::string& name, const char* p, const char* end) {
+  const std::size_t length = name.size();
+  return static_cast<std::size_t>(end - p) >= length + 3 && p[0] == '<' && p[1] == '/' &&
+         p[length + 2] == '>' && internal::is_equal_short(p + 2, name.data(), length);
 }
 
 // After a carriage return, a line feed in any spelling is none of its own.
@@ -407,7 +430,7 @@ bool c_xml::take_tag_in_window(std::string* name, elxp_xml_event* event) {
       const char* const name_end = pass_name(tag + 2, end);
       const char* const tag_end = pass_space(name_end, end, &lines);
       if (name_end != tag + 2 && tag_end != end && *tag_end == '>') {
-        name->assign(tag + 2, static_cast<std::size_t>(name_end - tag - 2));
+        internal::store(name, tag + 2, static_cast<std::size_t>(name_end - tag - 2));
         getter_.take_window(tag_end + 1, lines);
         content_begun_ = true;
         *event = elxp_end_tag;
@@ -416,8 +439,14 @@ bool c_xml::take_tag_in_window(std::string* name, elxp_xml_event* event) {
     } else if (byte_at(tag + 1) < 0x80 && is_name_start(tag[1])) {
       const char* const name_end = pass_name(tag + 1, end);
       int tag_lines = 0;
-      if (const char* const tag_end = take_attributes_in_window(name_end, end, &tag_lines)) {
-        name->assign(tag + 1, static_cast<std::size_t>(name_end - tag - 1));
+      attributes_.clear();
+      ns_attributes_.clear();
+      const char* tag_end = name_end;
+      if (name_end == end || *name_end != '>') {
+        tag_end = take_attributes_in_window(name_end, end, &tag_lines);
+      }
+      if (tag_end != nullptr) {
+        internal::store(name, tag + 1, static_cast<std::size_t>(name_end - tag - 1));
         getter_.take_window(tag_end, lines + tag_lines);
         content_begun_ = true;
         *event = elxp_name;
@@ -577,10 +606,18 @@ bool c_xml::read_cdata(std::string* out) {
 }
 
 bool c_xml::get_element_value(std::string* value, elmx_whitespace mode, bool expand_entities) {
-  value->clear();
   getter_.set_ws_mode(mode);
+  Window window;
+  if (getter_.open_window(&window)) {
+    const char* const stop = pass_plain_text(window, mode);
+    if (is_end_tag_start(stop, window.end)) {
+      internal::store(value, window.at, static_cast<std::size_t>(stop - window.at));
+      if (stop != window.at) getter_.take_window(stop, 0);
+      return true;
+    }
+  }
+  value->clear();
   while (true) {
-    Window window;
     if (getter_.open_window(&window) && can_begin_run(getter_, window)) {
       int lines = 0;
       const char* const stop = pass_run(window.at, window.end, internal::k_text_stop, &lines);
@@ -588,7 +625,7 @@ bool c_xml::get_element_value(std::string* value, elmx_whitespace mode, bool exp
         getter_.add_run(value, window.at, stop);
         getter_.take_window(stop, lines);
       }
-      if (window.end - stop >= 2 && *stop == '<' && stop[1] == '/') return true;
+      if (is_end_tag_start(stop, window.end)) return true;
     }
     int c = get();
     if (c < 0) {
@@ -620,16 +657,23 @@ bool c_xml::get_element_value(std::string* value, elmx_whitespace mode, bool exp
   }
 }
 
+bool c_xml::take_simple_value(const std::string& name, elmx_whitespace mode, std::string* value) {
+  Window window;
+  if (!getter_.open_window(&window) || *window.at != '>') return false;
+  ++window.at;
+  const char* const stop = pass_plain_text(window, mode);
+  if (!is_end_tag_of(name, stop, window.end)) return false;
+  getter_.set_ws_mode(mode);
+  internal::store(value, window.at, static_cast<std::size_t>(stop - window.at));
+  getter_.take_window(stop + name.size() + 3, 0);
+  return true;
+}
+
 bool c_xml::is_element_end_tag(const std::string& name) {
   Window window;
-  if (getter_.open_window(&window)) {
-    const char* const at = window.at;
-    const std::size_t length = name.size();
-    if (static_cast<std::size_t>(window.end - at) >= length + 3 && at[0] == '<' && at[1] == '/' &&
-        std::memcmp(at + 2, name.data(), length) == 0 && at[length + 2] == '>') {
-      getter_.take_window(at + length + 3, 0);
-      return true;
-    }
+  if (getter_.open_window(&window) && is_end_tag_of(name, window.at, window.end)) {
+    getter_.take_window(window.at + name.size() + 3, 0);
+    return true;
   }
   if (getter_.get_non_ws() != '<' || get() != '/') return false;
   for (const char expected : name) {
@@ -694,8 +738,6 @@ bool c_xml::skip_element_body(const std::string& name) {
 // ">" or "/". Null, with nothing taken, if the tag holds anything that needs the long road; a
 // namespace declaration is such a thing.
 const char* c_xml::take_attributes_in_window(const char* at, const char* end, int* lines) {
-  attributes_.clear();
-  ns_attributes_.clear();
   // Wherever a name ends, the character after it is read, pushed back and read again. A line end
   // there counts twice.
   const auto count_pushed_back = [&] {
@@ -726,12 +768,7 @@ const char* c_xml::take_attributes_in_window(const char* at, const char* end, in
       if (!is_quote(*at)) return nullptr;
     }
     if (at == end) return nullptr;
-    const std::size_t value_length = static_cast<std::size_t>(at - value);
-    char* const entry = attributes_.bytes().extend(name_length + value_length + 2);
-    std::memcpy(entry, name, name_length);
-    entry[name_length] = '\0';
-    std::memcpy(entry + name_length + 1, value, value_length);
-    entry[name_length + 1 + value_length] = '\0';
+    attributes_.append({name, name_length}, {value, static_cast<std::size_t>(at - value)});
     ++at;
   }
 }
@@ -745,7 +782,6 @@ bool c_xml::read_attributes(c_xml_local* scope) {
     is_good = read_attribute(scope, c);
     if (is_good) c = getter_.get_non_ws();
   }
-  attributes_.bytes().push_back('\0');
   if (!is_good) return false;
   unget(c);
   return c >= 0;
@@ -761,27 +797,25 @@ bool c_xml::read_attribute(c_xml_local* scope, int c) {
   if (scope != nullptr && matched == k_xmlns_length && (c == ':' || !is_name_char(c))) {
     return read_namespace_declaration(scope, c);
   }
-  internal::ByteBuffer& bytes = attributes_.bytes();
-  bytes.append(k_xmlns, matched);
-  for (; is_name_char(c); c = get()) bytes.push_back(static_cast<char>(c));
+  for (std::size_t i = 0; i < matched; ++i) attributes_.push_back(k_xmlns[i]);
+  for (; is_name_char(c); c = get()) attributes_.push_back(static_cast<char>(c));
   unget(c);
-  bytes.push_back('\0');
-  return read_value(&bytes);
+  attributes_.push_back('\0');
+  return read_value(&attributes_);
 }
 
 // `c` is the character after "xmlns".
 bool c_xml::read_namespace_declaration(c_xml_local* scope, int c) {
-  internal::ByteBuffer& bytes = ns_attributes_.bytes();
-  bytes.append(k_xmlns, k_xmlns_length);
-  const std::size_t prefix_at = bytes.size() + (c == ':' ? 1 : 0);
-  for (; is_name_char(c); c = get()) bytes.push_back(static_cast<char>(c));
+  for (const char letter : std::string_view(k_xmlns)) ns_attributes_.push_back(letter);
+  const std::size_t prefix_at = ns_attributes_.size() + (c == ':' ? 1 : 0);
+  for (; is_name_char(c); c = get()) ns_attributes_.push_back(static_cast<char>(c));
   unget(c);
-  bytes.push_back('\0');
-  const std::size_t value_at = bytes.size() + 1;  // after the quote
-  if (!read_value(&bytes)) return false;
+  ns_attributes_.push_back('\0');
+  const std::size_t value_at = ns_attributes_.size() + 1;  // after the quote
+  if (!read_value(&ns_attributes_)) return false;
 
-  const char* const prefix = ns_attributes_.text_at(prefix_at);
-  const char* const value = ns_attributes_.text_at(value_at);
+  const char* const prefix = ns_attributes_.c_str_at(prefix_at);
+  const char* const value = ns_attributes_.c_str_at(value_at);
   const bool undeclares = *prefix == '\0' && *value == '\0';
   scope->add_namespace(prefix, undeclares ? k_ns_none : enumerate_uri(value));
   return true;
@@ -803,7 +837,7 @@ int c_xml::enumerate_uri(const char* value) {
   return namespaces_.add_namespace(expanded.c_str());
 }
 
-bool c_xml::read_value(internal::ByteBuffer* out) {
+bool c_xml::read_value(internal::AttributeList* out) {
   int c = getter_.get_non_ws();
   if (c < 0) {
     getter_.error(elmx_fatal, elmx_unexpected_end, "Unexpected end of file");
@@ -831,8 +865,8 @@ bool c_xml::report_value(const char* before, int c, const char* after) {
 elxp_xml_event c_xml::get_attribute_name(std::string* name, bool ends_with_question_mark) {
   if (attributes_.has_entry()) {
     const std::string_view entry = attributes_.rest();
-    name->assign(entry.data(), entry.size());
-    attributes_.skip(entry.size() + 1);
+    internal::store(name, entry.data(), entry.size());
+    attributes_.next();
     return elxp_name;
   }
   name->clear();
@@ -851,24 +885,31 @@ elxp_xml_event c_xml::get_attribute_name(std::string* name, bool ends_with_quest
 }
 
 bool c_xml::get_attribute_value(std::string* value, elmx_whitespace mode) {
-  value->clear();
   getter_.set_ws_mode(mode);
-  const std::string_view entry = attributes_.rest();
-  const std::size_t after = attributes_.position() + entry.size() + 1;
-  const char* at = entry.data() + (entry.empty() ? 0 : 1);
-  const char* const end = entry.data() + entry.size();
-  bool is_good = true;
-  while (is_good && at != end) {
-    const void* const reference = std::memchr(at, '&', static_cast<std::size_t>(end - at));
-    const char* const run_end = reference != nullptr ? static_cast<const char*>(reference) : end;
-    getter_.add_run(value, at, run_end);
-    if (run_end == end) break;
-    attributes_.set_position(after - 1 - static_cast<std::size_t>(end - run_end - 1));
-    c_entity_name_reader_for_attribute_data reader(attributes_);
-    is_good = expand_reference(reader, value);
-    at = attributes_.text_at(attributes_.position());
+  if (!attributes_.rest().empty()) attributes_.skip(1);  // the quote
+  std::string_view rest = attributes_.rest();
+  const char* const begin = rest.data();
+  const char* const end = begin + rest.size();
+  const char* const stop = pass_plain(begin, end, internal::k_plain_stop);
+  if (stop == end) {
+    internal::store(value, begin, rest.size());
+    attributes_.next();
+    return true;
   }
-  attributes_.set_position(std::min(after, attributes_.size()));
+  value->clear();
+  bool is_good = true;
+  while (is_good && !rest.empty()) {
+    const std::size_t run = std::min(rest.find('&'), rest.size());
+    getter_.add_run(value, rest.data(), rest.data() + run);
+    attributes_.skip(run);
+    if (run < rest.size()) {
+      attributes_.skip(1);
+      c_entity_name_reader_for_attribute_data reader(attributes_);
+      is_good = expand_reference(reader, value);
+    }
+    rest = attributes_.rest();
+  }
+  attributes_.next();
   return is_good;
 }
 

@@ -162,6 +162,9 @@ class ZOL_API c_xml {
 
  protected:
   c_get_for_xml& getter() { return getter_; }
+  // The rest of a start tag without attributes to come, a text that is stored as it stands and the
+  // end tag, if they stand whole in the window. Otherwise false, with nothing taken or stored.
+  bool take_simple_value(const std::string& name, elmx_whitespace mode, std::string* value);
 
  private:
   enum class NestedToken { text, start_tag, end_tag, error };
@@ -184,7 +187,7 @@ class ZOL_API c_xml {
   const char* take_attributes_in_window(const char* at, const char* end, int* lines);
   bool read_attributes(c_xml_local* scope);
   bool read_attribute(c_xml_local* scope, int c);
-  bool read_value(internal::ByteBuffer* out);
+  bool read_value(internal::AttributeList* out);
   bool report_value(const char* before, int c, const char* after);
   bool read_namespace_declaration(c_xml_local* scope, int c);
   int enumerate_uri(const char* value);

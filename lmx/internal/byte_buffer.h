@@ -1,20 +1,88 @@
-// Byte vectors that hold strings one after another, each ended by a zero, and keep their storage
-// from use to use.
+// Byte vectors that hold strings one after another and keep their storage from use to use, and
+// copies and comparisons of short texts without a call.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace lmx::internal {
+
+// std::memcpy for what is mostly the length of a name or a number: two moves that may overlap.
+inline void copy_short(char* to, const char* from, std::size_t size) {
+  const auto move_ends = [&](auto word) {
+    auto tail = word;
+    std::memcpy(&word, from, sizeof word);
+    std::memcpy(&tail, from + size - sizeof tail, sizeof tail);
+    std::memcpy(to, &word, sizeof word);
+    std::memcpy(to + size - sizeof tail, &tail, sizeof tail);
+  };
+  struct Sixteen {
+    std::uint64_t low, high;
+  };
+  if (size > 32) {
+    std::memcpy(to, from, size);
+  } else if (size >= 16) {
+    move_ends(Sixteen());
+  } else if (size >= 8) {
+    move_ends(std::uint64_t());
+  } else if (size >= 4) {
+    move_ends(std::uint32_t());
+  } else if (size >= 2) {
+    move_ends(std::uint16_t());
+  } else if (size == 1) {
+    *to = *from;
+  }
+}
+
+inline bool is_equal_short(const char* a, const char* b, std::size_t size) {
+  const auto is_equal = [&](auto x) {
+    auto y = x;
+    decltype(x) difference = 0;
+    for (const std::size_t at : {std::size_t{0}, size - sizeof x}) {
+      std::memcpy(&x, a + at, sizeof x);
+      std::memcpy(&y, b + at, sizeof y);
+      difference = static_cast<decltype(x)>(difference | (x ^ y));
+    }
+    return difference == 0;
+  };
+  if (size > 16) return std::memcmp(a, b, size) == 0;
+  if (size >= 8) return is_equal(std::uint64_t());
+  if (size >= 4) return is_equal(std::uint32_t());
+  if (size >= 2) return is_equal(std::uint16_t());
+  return size == 0 || *a == *b;
+}
+
+// std::string::assign, without a call unless the string grows.
+inline void store(std::string* out, const char* data, std::size_t size) {
+  if (size > out->size()) {
+    out->assign(data, size);
+    return;
+  }
+  if (size < out->size()) out->erase(size);
+  copy_short(out->data(), data, size);
+}
 
 // A byte vector whose growth leaves the new bytes to the caller.
 class ByteBuffer {
  public:
   explicit ByteBuffer(std::size_t capacity)
       : bytes_(capacity == 0 ? nullptr : new char[capacity]), capacity_(capacity) {}
+  ByteBuffer(const ByteBuffer& other) : ByteBuffer(other.size_) {
+    append(other.data(), other.size_);
+  }
+  ByteBuffer& operator=(const ByteBuffer& other) {
+    if (this != &other) {
+      clear();
+      append(other.data(), other.size_);
+    }
+    return *this;
+  }
 
   char* data() { return bytes_.get(); }
   const char* data() const { return bytes_.get(); }
@@ -30,14 +98,12 @@ class ByteBuffer {
     return result;
   }
   void push_back(char c) { *extend(1) = c; }
-  void append(const char* data, std::size_t size) {
-    if (size != 0) std::memcpy(extend(size), data, size);
-  }
+  void append(const char* data, std::size_t size) { copy_short(extend(size), data, size); }
   void append(std::string_view text) { append(text.data(), text.size()); }
   // The text and a zero.
   void append_string(std::string_view text) {
     char* const to = extend(text.size() + 1);
-    if (!text.empty()) std::memcpy(to, text.data(), text.size());
+    copy_short(to, text.data(), text.size());
     to[text.size()] = '\0';
   }
 
@@ -55,40 +121,56 @@ class ByteBuffer {
   std::size_t size_ = 0;
 };
 
-// The attributes of one start tag: name, value, name, value and so on, and a further zero ends the
-// list. A value begins with the quote that delimited it and holds its source text.
-//
-// A zero byte in the document shifts every later entry, so no reading trusts the terminators.
+// The attributes of one start tag: name, value, name, value and so on, up to an empty name. A value
+// begins with the quote that delimited it and holds its source text. Each string ends with a zero;
+// a zero byte in the document ends one too, and so shifts every later entry.
 class AttributeList {
  public:
   AttributeList() : bytes_(150) {}
 
   void clear() {
     bytes_.clear();
-    at_ = 0;
+    ends_.clear();
+    rewind();
   }
-  ByteBuffer& bytes() { return bytes_; }
+  // One character of the string at the end of the list, or the zero that ends it.
+  void push_back(char c) {
+    if (c == '\0') ends_.push_back(bytes_.size());
+    bytes_.push_back(c);
+  }
+  // A name and a value that hold no zero.
+  void append(std::string_view name, std::string_view value) {
+    char* const to = bytes_.extend(name.size() + value.size() + 2);
+    const std::size_t name_end = bytes_.size() - value.size() - 2;
+    copy_short(to, name.data(), name.size());
+    to[name.size()] = '\0';
+    copy_short(to + name.size() + 1, value.data(), value.size());
+    to[name.size() + 1 + value.size()] = '\0';
+    ends_.push_back(name_end);
+    ends_.push_back(bytes_.size() - 1);
+  }
   std::size_t size() const { return bytes_.size(); }
-  // The string that begins at an offset, where it has been ended.
-  const char* text_at(std::size_t offset) const { return bytes_.data() + offset; }
+  // The text from an offset up to the next zero.
+  const char* c_str_at(std::size_t offset) const { return bytes_.data() + offset; }
 
   // --- Reading ---
-  void rewind() { at_ = 0; }
-  std::size_t position() const { return at_; }
-  void set_position(std::size_t at) { at_ = at; }
-  bool has_entry() const { return at_ < bytes_.size() && bytes_.data()[at_] != '\0'; }
+  void rewind() {
+    at_ = 0;
+    current_ = 0;
+  }
+  bool has_entry() const { return current_ < ends_.size() && at_ < ends_[current_]; }
   // What is left of the string being read.
   std::string_view rest() const {
-    if (at_ >= bytes_.size()) return {};
-    const char* const begin = bytes_.data() + at_;
-    const void* const zero = std::memchr(begin, '\0', bytes_.size() - at_);
-    const char* const end =
-        zero != nullptr ? static_cast<const char*>(zero) : bytes_.data() + bytes_.size();
-    return {begin, static_cast<std::size_t>(end - begin)};
+    if (current_ >= ends_.size()) return {};
+    return {bytes_.data() + at_, ends_[current_] - at_};
   }
-  void skip(std::size_t count) { at_ = std::min(at_ + count, bytes_.size()); }
-  // Passes what is left of the string and its zero.
-  void next() { skip(rest().size() + 1); }
+  // Passes characters of the string being read.
+  void skip(std::size_t count) { at_ += count; }
+  // Passes what is left of the string.
+  void next() {
+    if (current_ >= ends_.size()) return;
+    at_ = ends_[current_++] + 1;
+  }
   // The next byte of the string, -1 at its end.
   int get() { return has_entry() ? static_cast<unsigned char>(bytes_.data()[at_++]) : -1; }
   void unget(int value) {
@@ -97,7 +179,9 @@ class AttributeList {
 
  private:
   ByteBuffer bytes_;
+  std::vector<std::size_t> ends_;  // where the zeros stand
   std::size_t at_ = 0;
+  std::size_t current_ = 0;
 };
 
 }  // namespace lmx::internal
