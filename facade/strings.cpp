@@ -1,6 +1,8 @@
 // Whole documents from and to UTF-16 text.
 
 #include <ostream>
+#include <string>
+#include <utility>
 
 #include "lmx/internal/string_sink.h"
 #include "lmx/reader.h"
@@ -30,7 +32,7 @@ XMLDocumentResult Zol::writeString() const {
   sink.move_to(&utf8);
   std::wstring text;
   lmx::convert(&text, utf8);
-  return XMLDocumentResult(text, error);
+  return XMLDocumentResult(std::move(text), error);
 }
 
 }  // namespace zol_v2

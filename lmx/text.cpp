@@ -26,8 +26,9 @@ unsigned sequence_length(unsigned char lead) {
   return 0;
 }
 
+constexpr std::uint64_t k_top_bits = 0x8080808080808080u;
+
 std::size_t ascii_run(std::string_view text) {
-  constexpr std::uint64_t k_top_bits = 0x8080808080808080u;
   std::size_t i = 0;
   for (; text.size() - i >= sizeof k_top_bits; i += sizeof k_top_bits) {
     std::uint64_t block;
@@ -35,6 +36,21 @@ std::size_t ascii_run(std::string_view text) {
     if ((block & k_top_bits) != 0) break;
   }
   while (i < text.size() && static_cast<unsigned char>(text[i]) < 0x80) ++i;
+  return i;
+}
+
+// Writes the ASCII characters that `text` begins with, in whole blocks of eight, to `out`, and
+// returns how many.
+std::size_t widen_blocks(std::string_view text, wchar_t* out) {
+  std::size_t i = 0;
+  for (; text.size() - i >= sizeof k_top_bits; i += sizeof k_top_bits) {
+    std::uint64_t block;
+    std::memcpy(&block, text.data() + i, sizeof block);
+    if ((block & k_top_bits) != 0) break;
+    for (std::size_t k = 0; k < sizeof k_top_bits; ++k) {
+      out[i + k] = static_cast<wchar_t>(text[i + k]);
+    }
+  }
   return i;
 }
 
@@ -55,6 +71,12 @@ wchar_t* decode(std::string_view text, wchar_t* out) {
   int pending = 0;
   std::size_t i = 0;
   while (i < text.size()) {
+    if (pending == 0) {
+      const std::size_t run = widen_blocks(text.substr(i), out);
+      out += run;
+      i += run;
+      if (i == text.size()) break;
+    }
     const unsigned length = sequence_length(static_cast<unsigned char>(text[i]));
     if (length == 0 || text.size() - i < length) break;
     int c;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "lmx/errors.h"
 
@@ -12,6 +13,9 @@ class XMLDocumentResult {
  public:
   XMLDocumentResult(const std::wstring& document, lmx::elmx_error error)
       : document_(document), error_(error) {}
+  // Takes the text over: a copy of a large one costs as much as writing it.
+  XMLDocumentResult(std::wstring&& document, lmx::elmx_error error)
+      : document_(std::move(document)), error_(error) {}
 
   std::wstring getXmlDocument() const { return document_; }
   lmx::elmx_error getElmxError() const { return error_; }
