@@ -51,7 +51,7 @@ def emit_events(model):
         }  // namespace zol_v2::internal::event
         """, banner=BANNER.format(table="model/schema", template="emit_model.py"),
         names=",\n".join(f"{name} = {number}" for name, number in model.events.items()))
-    return out.text()
+    return out.cpp_text()
 
 
 def emit_enumerations_header(model):
@@ -70,7 +70,7 @@ def emit_enumerations_header(model):
         }  // namespace zol_v2::internal
         """, banner=BANNER.format(table="model/schema", template="emit_model.py"),
         tables=block(f"extern const EnumTable k_{name};" for name in model.enums))
-    return out.text()
+    return out.cpp_text()
 
 
 def emit_enumerations_source(model):
@@ -97,7 +97,7 @@ def emit_enumerations_source(model):
             narrow=",\n".join(f'"{value}"' for value in enum.values))
     out.blank()
     out.emit("}  // namespace zol_v2::internal")
-    return out.text()
+    return out.cpp_text()
 
 
 # The header.
@@ -152,7 +152,7 @@ def emit_header(model):
         emit_class(out, info)
     out.blank()
     out.emit("}  // namespace zol_v2")
-    return out.text()
+    return out.cpp_text()
 
 
 def shapes(info):
@@ -518,7 +518,7 @@ def emit_source(model, table):
         emit_class_source(out, info)
     out.blank()
     out.emit("}  // namespace zol_v2")
-    return out.text()
+    return out.cpp_text()
 
 
 def emit_class_source(out, info):

@@ -40,10 +40,46 @@ class Printer:
     def text(self):
         return "\n".join(self._parts).strip("\n") + "\n"
 
+    def cpp_text(self):
+        """The text with lines that are too long for C++ broken where a person would."""
+        return "\n".join(part for line in self.text().split("\n") for part in fit_cpp(line))
+
 
 def block(lines, indent=0):
     """Lines as one field of a template."""
     return "\n".join(" " * indent + line for line in lines)
+
+
+CPP_COLUMNS = 100
+_ONE_LINE_BODY = re.compile(r"( *)([^\"]*?\)(?: const)?(?: : .*?)?) \{ (.+) \}$")
+_BREAKS = (" && ", " || ", ", ", " = ", " : ", ") ")
+
+
+def fit_cpp(line):
+    """One line of C++ as the lines that keep to the columns."""
+    if len(line) <= CPP_COLUMNS or line.lstrip().startswith("//"):
+        return [line]
+    body = _ONE_LINE_BODY.match(line)
+    if body and ";" in body[3]:
+        indent = body[1]
+        return (fit_cpp(f"{indent}{body[2]} {{") + fit_cpp(f"{indent}  {body[3]}") + [indent + "}"])
+    indent = len(line) - len(line.lstrip())
+    at = max((_last_break(line, mark, indent) for mark in _BREAKS[:3]), default=-1)
+    if at < 0:
+        at = max((_last_break(line, mark, indent) for mark in _BREAKS[3:]), default=-1)
+    if at < 0:
+        at = _last_break(line, "(", indent)
+    if at < 0:
+        return [line]
+    return [line[:at].rstrip()] + fit_cpp(" " * (indent + 4) + line[at:].lstrip())
+
+
+def _last_break(line, mark, indent):
+    """The column behind the last such mark that fits and stands outside of a string."""
+    at = line.rfind(mark, indent + 1, CPP_COLUMNS)
+    while at >= 0 and line.count('"', 0, at) % 2 == 1:
+        at = line.rfind(mark, indent + 1, at)
+    return at + len(mark) if at >= 0 else -1
 
 
 def wrap_comment(text, width=98):
