@@ -3,6 +3,7 @@
 
     zolgen.py model --schema DIR --out DIR                 the C++ of the document model
     zolgen.py xsd --schema DIR --out DIR --namespace URI   the XML Schema of documents
+    zolgen.py reference --schema DIR --out DIR             reference pages in Markdown
     zolgen.py model --schema DIR --list                    the files that would be written
 
 A file is touched only if its text changes, so that a build compiles no more than it must.
@@ -15,11 +16,12 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
 import emit_model  # noqa: E402
+import emit_reference  # noqa: E402
 import emit_xsd  # noqa: E402
 import resolve  # noqa: E402
 import schema  # noqa: E402
 
-EMITTERS = {"model": emit_model.emit, "xsd": emit_xsd.emit}
+EMITTERS = {"model": emit_model.emit, "reference": emit_reference.emit, "xsd": emit_xsd.emit}
 
 
 def write_if_changed(path, text):
