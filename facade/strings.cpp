@@ -28,10 +28,8 @@ XMLDocumentResult Zol::writeString() const {
   SdkStamp().stampWrite(const_cast<Zol&>(*this));
   const lmx::elmx_error error = marshal(writer, k_element_name);
   if (error != lmx::elmx_ok) return XMLDocumentResult(std::wstring(), error);
-  std::string utf8;
-  sink.move_to(&utf8);
   std::wstring text;
-  lmx::convert(&text, utf8);
+  sink.move_to(&text);
   return XMLDocumentResult(std::move(text), error);
 }
 

@@ -66,8 +66,9 @@ std::size_t unit_bound(std::string_view text) {
   return units;
 }
 
-// Writes the units of `text` to `out` up to the first fault and returns the end of what it wrote.
-wchar_t* decode(std::string_view text, wchar_t* out) {
+// Writes the units of `text` to `out` up to the first fault and returns the end of what it wrote;
+// `*used` is what it took in whole.
+wchar_t* decode(std::string_view text, wchar_t* out, std::size_t* used) {
   int pending = 0;
   std::size_t i = 0;
   while (i < text.size()) {
@@ -97,6 +98,7 @@ wchar_t* decode(std::string_view text, wchar_t* out) {
     }
     i += length;
   }
+  *used = pending == 0 ? i : i - 3;
   return out;
 }
 
@@ -132,7 +134,7 @@ bool is_ascii(const std::wstring& text) {
 
 namespace internal {
 
-void append_wide(std::wstring* out, std::string_view utf8) {
+std::size_t append_wide(std::wstring* out, std::string_view utf8) {
   const std::size_t run = ascii_run(utf8);
   const std::string_view rest = utf8.substr(run);
   const std::size_t start = out->size();
@@ -142,9 +144,11 @@ void append_wide(std::wstring* out, std::string_view utf8) {
   for (std::size_t i = 0; i < run; ++i) {
     target[i] = static_cast<wchar_t>(static_cast<unsigned char>(utf8[i]));
   }
-  if (rest.empty()) return;
-  const wchar_t* const end = decode(rest, target + run);
+  if (rest.empty()) return run;
+  std::size_t used;
+  const wchar_t* const end = decode(rest, target + run, &used);
   out->resize(static_cast<std::size_t>(end - out->data()));
+  return run + used;
 }
 
 void append_narrow(std::string* out, const std::wstring& in) {

@@ -33,8 +33,9 @@ char* format_datetime(const c_datetime& value, char* out);
 // Appends the bytes in base64, on one line and with padding.
 void append_base64(std::string* out, const unsigned char* data, std::size_t size);
 
-// Appends the wide vtostring(out, utf8) would have stored.
-void append_wide(std::wstring* out, std::string_view utf8);
+// Appends the wide vtostring(out, utf8) would have stored. The result is how many bytes it came
+// from: all of them, or those before the first fault or the unpaired high surrogate.
+std::size_t append_wide(std::wstring* out, std::string_view utf8);
 
 // Appends what convert(out, in) would have stored.
 void append_narrow(std::string* out, const std::wstring& in);

@@ -16,6 +16,8 @@ class StringSink : public std::streambuf {
   // Replaces `*text` by what was written, and leaves the sink empty. If memory runs out, `*text`
   // stays as it was.
   void move_to(std::string* text);
+  // The same with the text converted from UTF-8, as vtostring does it.
+  void move_to(std::wstring* text);
 
  protected:
   int_type overflow(int_type byte) override;
@@ -25,6 +27,9 @@ class StringSink : public std::streambuf {
     std::unique_ptr<char[]> bytes;
     std::size_t size;
   };
+
+  std::size_t size() const;
+  void clear();
 
   std::vector<Chunk> chunks_;  // full, but for the last
 };

@@ -12,6 +12,7 @@
 
 #include "lmx/internal/string_sink.h"
 #include "lmx/names.h"
+#include "lmx/text.h"
 
 namespace lmx {
 namespace {
@@ -525,6 +526,39 @@ TEST(StringSinkTest, JoinsWhatTheStreamWrote) {
   stream << "again";
   sink.move_to(&text);
   EXPECT_EQ(text, "again");
+}
+
+TEST(StringSinkTest, WidensAcrossItsChunksAsInOnePiece) {
+  const struct {
+    const char* name;
+    std::string bytes;
+  } rows[] = {
+      {"ASCII", "abcdef"},
+      {"two, three and four bytes", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80z"},
+      {"pair of two sequences", "\xED\xA0\xBD\xED\xB8\x80z"},
+      {"lone high surrogate", "\xED\xA0\xBDz"},
+      {"two high surrogates", "\xED\xA0\xBD\xED\xA0\xBD\xED\xB8\x80z"},
+      {"lone low surrogate", "\xED\xB8\x80z"},
+      {"bad lead byte", "a\xFFz"},
+      {"bad continuation", "\xE2\x82z\xAC"},
+      {"cut at the end", "ab\xF0\x9F\x98"},
+      {"high surrogate at the end", "ab\xED\xA0\xBD"},
+  };
+  // The first chunk has 4096 bytes: each row meets its end at each of its own bytes.
+  for (const auto& row : rows) {
+    for (std::size_t lead = 4084; lead <= 4100; ++lead) {
+      for (const std::size_t tail : {0, 1, 20, 10000}) {
+        const std::string bytes = std::string(lead, '.') + row.bytes + std::string(tail, '!');
+        internal::StringSink sink;
+        sink.sputn(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        std::wstring wide = L"replaced";
+        sink.move_to(&wide);
+        std::wstring expected;
+        convert(&expected, bytes);
+        ASSERT_TRUE(wide == expected) << row.name << ' ' << lead << ' ' << tail;
+      }
+    }
+  }
 }
 
 }  // namespace
