@@ -1,0 +1,169 @@
+// The smaller classes: exception, buffer, path, file.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "support/files.h"
+#include "zip/archives.h"
+#include "zip/path_component.h"
+
+namespace {
+
+using namespace zol_test;
+
+TEST(Exception, HasATextForEachCause) {
+  errno = 0;
+  const std::pair<int, const wchar_t*> rows[] = {
+      {2, L"No such file or directory."},
+      {28, L"No space left on device."},
+      {101, L"Damaged or not a zip file."},
+      {102, L"Crc is mismatched."},
+      {112, L"An incorrect password set for the file being decrypted."},
+      {119, L"Mismatched authentication code in WinZip AEC decrypted data."},
+      {500, L"Zlib library error (end of stream)."},
+      {505, L"Not enough memory."},
+      {609, L"Bzlib library internal error."},
+      {100, L"Unknown error"},
+      {501, L"Unknown error"},
+      {502, L"Unknown error"},
+      {115, L"Error while removing a file (Unknown error)."},
+      {-7, L"Unknown error"},
+      {36, L"File name too long"},
+  };
+  for (const auto& [cause, text] : rows) EXPECT_EQ(CZipException(cause).ErrorText(), text) << cause;
+
+  errno = ENOSPC;
+  for (const int cause : {100, 501, 502, 1000}) {
+    EXPECT_EQ(CZipException(cause).ErrorText(), L"No space left on device.") << cause;
+  }
+  EXPECT_EQ(CZipException(116).ErrorText(),
+            L"Error while renaming a file (No space left on device.).");
+  errno = EDQUOT;
+  EXPECT_EQ(CZipException::FromErrno(L"x").GetCause(), ENOSPC);
+  errno = ETIMEDOUT;
+  EXPECT_EQ(CZipException::FromErrno(L"x").GetCause(), EIO);
+}
+
+TEST(Exception, CopiesItsTextIntoABuffer) {
+  const CZipException exception(102, L"\u8272.zip");
+  wchar_t buffer[32];
+  EXPECT_TRUE(exception.ErrorTextInto(buffer, 32));
+  EXPECT_STREQ(buffer, L"Crc is mismatched.");
+  EXPECT_TRUE(exception.ErrorTextInto(buffer, 4));
+  EXPECT_STREQ(buffer, L"Crc");
+  EXPECT_TRUE(exception.ErrorTextInto(buffer, 1));
+  EXPECT_STREQ(buffer, L"");
+  EXPECT_FALSE(exception.ErrorTextInto(buffer, 0));
+  EXPECT_FALSE(exception.ErrorTextInto(nullptr, 4));
+  EXPECT_STREQ(exception.what(), "archive cause 102: Crc is mismatched. (\u8272.zip)");
+}
+
+TEST(AutoBuffer, OwnsItsBlock) {
+  CZipAutoBuffer buffer(4, true);
+  EXPECT_EQ(std::string(buffer.GetBuffer(), 4), std::string(4, '\0'));
+  const char* const block = buffer;
+  buffer[0] = 'a';
+  buffer.Allocate(4);
+  EXPECT_EQ(static_cast<const char*>(buffer), block);
+  EXPECT_EQ(buffer[0], 'a');
+  CZipAutoBuffer copy(buffer);
+  buffer.Allocate(4, true);
+  EXPECT_EQ(buffer[0], 0);
+  EXPECT_EQ(copy[0], 'a');
+  buffer = copy;
+  EXPECT_NE(static_cast<char*>(buffer), static_cast<char*>(copy));
+  EXPECT_EQ(buffer[0], 'a');
+  buffer.Allocate(0);
+  EXPECT_EQ(buffer.GetSize(), 0u);
+  EXPECT_EQ(static_cast<char*>(buffer), nullptr);
+  copy = buffer;
+  EXPECT_EQ(copy.GetSize(), 0u);
+}
+
+TEST(PathComponent, SplitsPaths) {
+  struct Case {
+    std::wstring path, prefix, drive, directory, name, extension;
+  };
+  const std::wstring long_name(255, L'n');
+  const Case cases[] = {
+      {L"file.zolz", L"", L"", L"", L"file.zolz", L"zolz"},
+      {L"/a/b.c/file", L"", L"", L"/a/b.c", L"file", L""},
+      {L"a\\b//file.x.zol", L"", L"", L"a\\b", L"file.x.zol", L"zol"},
+      {L"C:\\dir\\file.zol", L"", L"C:", L"\\dir", L"file.zol", L"zol"},
+      {L"c:file.zol", L"", L"c:", L"", L"file.zol", L"zol"},
+      {L"\\\\server\\share\\file.zolz", L"\\\\", L"", L"server\\share", L"file.zolz", L"zolz"},
+      {L"\\\\?\\C:\\file.zol", L"\\\\?\\", L"C:", L"", L"file.zol", L"zol"},
+      {L"\\\\?\\UNC\\server\\file.zol", L"\\\\?\\UNC\\", L"", L"server", L"file.zol", L"zol"},
+      {L"\\\\?x", L"", L"", L"\\\\?x", L"", L""},
+      {L".zol", L"", L"", L"", L".zol", L"zol"},
+      {L"", L"", L"", L"", L"", L""},
+      {long_name + L".zol", L"", L"", L"", long_name + L".zol", L"zol"},
+      {L"/a/" + long_name + L"n.zol", L"", L"", L"", L"", L""},
+  };
+  for (const Case& each : cases) {
+    const CZipPathComponent parts(each.path);
+    SCOPED_TRACE(testing::Message() << each.path);
+    EXPECT_EQ(parts.GetPrefix(), each.prefix);
+    EXPECT_EQ(parts.GetDrive(), each.drive);
+    if (each.path != L"\\\\?x") {
+      EXPECT_EQ(parts.GetDirectory(), each.directory);
+      EXPECT_EQ(parts.GetFileName(), each.name);
+    }
+    EXPECT_EQ(parts.GetExtension(), each.extension);
+  }
+  EXPECT_EQ(CZipPathComponent(L"C:/dir/file.zol").GetFullPath(), L"C:/dir\\file.zol");
+}
+
+TEST(File, OpensByItsFlags) {
+  TempDir dir;
+  const std::wstring path = dir.wide("a");
+  CZipFile file;
+  EXPECT_FALSE(file.Open(path, CZipFile::modeReadWrite | CZipFile::modeNoTruncate, false));
+  EXPECT_EQ(cause_of([&] { file.Open(path, CZipFile::modeRead, true); }), 2);
+  ASSERT_TRUE(file.Open(path, 0x27, true));
+  file.Write("0123456789", 10);
+  EXPECT_EQ(file.GetLength(), 10u);
+  EXPECT_EQ(file.Seek(-3, CZipFile::end), 7u);
+  EXPECT_EQ(file.Seek(-2, CZipFile::current), 5u);
+  char digits[10];
+  EXPECT_EQ(file.Read(digits, 10), 5u);
+  EXPECT_EQ(file.Read(digits, 10), 0u);
+  EXPECT_EQ(cause_of([&] { file.Seek(-1, CZipFile::begin); }), 22);
+  file.SetLength(4);
+  file.Flush();
+  file.Close();
+  EXPECT_TRUE(file.IsClosed());
+  EXPECT_TRUE(file.GetFilePath().empty());
+  file.Close();
+
+  ASSERT_TRUE(file.Open(path, 0x45, true));
+  EXPECT_EQ(file.GetFilePath(), path);
+  EXPECT_EQ(cause_of([&] { file.Write("x", 1); }), 9);
+  CZipFile other;
+  EXPECT_FALSE(other.Open(path, 0x47, false));
+  EXPECT_TRUE(other.Open(path, 0x11, false));
+  file.Close();
+  ASSERT_TRUE(file.Open(path, CZipFile::modeWrite, true));
+  EXPECT_EQ(file.GetLength(), 0u);
+}
+
+// An offset from 2^63 on counts back from the end.
+TEST(Storage, SeeksPastWhatIsInFront) {
+  MemoryFile file("stub0123456789");
+  CZipStorage storage;
+  storage.Open(file, CZipOpenMode::openOrCreate);
+  storage.SetBytesBeforeArchive(4);
+  char digit = 0;
+  storage.Seek(2);
+  storage.Read(&digit, 1);
+  EXPECT_EQ(digit, '2');
+  EXPECT_EQ(storage.GetPosition(), 3u);
+  storage.Seek(~std::uint64_t{0} - 2);
+  storage.Read(&digit, 1);
+  EXPECT_EQ(digit, '7');
+  EXPECT_EQ(cause_of([&] { storage.Read(&digit, 0); }), 0);
+  storage.Seek(0, CZipAbstractFile::end);
+  EXPECT_EQ(cause_of([&] { storage.Read(&digit, 1); }), 101);
+}
+
+}  // namespace
