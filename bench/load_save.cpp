@@ -1,10 +1,14 @@
 // Loading and saving whole documents, against other libraries on the same bytes in the same run:
-//   zol_bench [--quick] [options of Google Benchmark]
-// Loads include letting go of what was loaded. The ratios are printed at the end. --quick measures
-// documents of 1 MB alone.
+//   zol_bench [--quick] [--cold-heap] [options of Google Benchmark]
+// Loads include letting go of what was loaded. The ratios are printed at the end; on a busy machine
+// --benchmark_repetitions and --benchmark_enable_random_interleaving make them steadier.
+// --quick measures documents of 1 MB alone. --cold-heap lets the heap give memory back to the
+// system between runs, which then has to clear each page anew: as the first load of a process is,
+// but an accident of sizes in all later ones.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -17,6 +21,10 @@
 #include "bench/documents.h"
 #include "bench/peers.h"
 #include "model/Zol.h"
+
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
 
 namespace {
 
@@ -178,14 +186,24 @@ void register_benchmarks(const std::vector<std::size_t>& megabytes) {
   }
 }
 
+void keep_heap_warm() {
+#if defined(__GLIBC__)
+  mallopt(M_TRIM_THRESHOLD, INT_MAX);
+  mallopt(M_MMAP_MAX, 0);
+#endif
+}
+
 }  // namespace
 
 int main(int argument_count, char** arguments) {
   bool is_quick = false;
+  bool is_cold = false;
   std::vector<char*> others;
   for (int i = 0; i < argument_count; ++i) {
     if (std::strcmp(arguments[i], "--quick") == 0) {
       is_quick = true;
+    } else if (std::strcmp(arguments[i], "--cold-heap") == 0) {
+      is_cold = true;
     } else {
       others.push_back(arguments[i]);
     }
@@ -194,6 +212,7 @@ int main(int argument_count, char** arguments) {
   benchmark::Initialize(&other_count, others.data());
   if (benchmark::ReportUnrecognizedArguments(other_count, others.data())) return 1;
 
+  if (!is_cold) keep_heap_warm();
   register_benchmarks(is_quick ? std::vector<std::size_t>{1}
                                : std::vector<std::size_t>{1, 20, 100});
   RatioReporter reporter;
