@@ -27,8 +27,8 @@ class MarshalScope;
 class ZOL_API c_xml_writer {
  public:
   // Bits of the constructor's flags; each of them makes it write the whole XML declaration.
-  static const int include_xml_decl = 1;
-  static const int include_standalone = 2;
+  static constexpr int include_xml_decl = 1;
+  static constexpr int include_standalone = 2;
 
   // The stream gets the classic locale for good. Stream, tab (one level of indentation) and newline
   // stay the caller's and must outlive the writer.
