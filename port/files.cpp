@@ -255,7 +255,8 @@ FileHandle open_handle(const std::wstring& path, const OpenOptions& options) {
   const int descriptor = open_descriptor(path, flags, options.mode);
   if (descriptor == -1) return k_no_file;
   if (options.share == Share::deny_none || lock(descriptor, options.access)) {
-    if (!options.truncate || resize_handle(descriptor, 0)) return descriptor;
+    // A device has no length to lose.
+    if (!options.truncate || resize_handle(descriptor, 0) || errno == EINVAL) return descriptor;
   }
   abandon(descriptor);
   return k_no_file;

@@ -54,7 +54,10 @@ bool CZipFile::Open(const std::wstring& path, std::uint32_t flags, bool throwOnF
 void CZipFile::Close() {
   if (IsClosed()) return;
   const std::wstring path = std::exchange(path_, std::wstring());
-  if (!port::close_handle(std::exchange(handle_, -1))) throw CZipException::FromErrno(path);
+  const int handle = std::exchange(handle_, -1);
+  if (std::exchange(is_ours_, true) && !port::close_handle(handle)) {
+    throw CZipException::FromErrno(path);
+  }
 }
 
 void CZipFile::Flush() {
@@ -100,5 +103,5 @@ void CZipFile::Write(const void* buffer, std::uint32_t count) {
 }
 
 CZipFile::~CZipFile() {
-  if (!IsClosed()) port::close_handle(handle_);
+  if (!IsClosed() && is_ours_) port::close_handle(handle_);
 }

@@ -9,6 +9,8 @@ class ZOL_API CZipFile : public CZipAbstractFile {
  public:
   CZipFile() = default;
   CZipFile(const std::wstring& path, std::uint32_t flags) { CZipFile::Open(path, flags, true); }
+  // Works on a handle of `zol::port::open_handle` that stays the caller's: nothing here closes it.
+  CZipFile(int handle, const std::wstring& path) : handle_(handle), path_(path), is_ours_(false) {}
 
   bool Open(const std::wstring& path, std::uint32_t flags, bool throwOnFailure) override;
   void Close() override;
@@ -30,4 +32,5 @@ class ZOL_API CZipFile : public CZipAbstractFile {
 
   int handle_ = -1;
   std::wstring path_;
+  bool is_ours_ = true;
 };
