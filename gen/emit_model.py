@@ -224,23 +224,15 @@ def special_members(info):
             $Class$& operator=(const $Class$& other);
             """, Class=info.name)
         return out.text()
-    if info.is_poly:
-        out.emit("""
-            $Class$();
-            $Class$(const $Class$& other);
-            virtual $Class$* clone() const$override$;
-            $virtual$~$Class$()$override$;
-            $Class$& operator=(const $Class$& other);
-            """, Class=info.name, override=" override" if info.base else "",
-            virtual="" if info.base else "virtual ")
-        return out.text().replace("virtual " + info.name + "* clone() const override",
-                                  info.name + "* clone() const override")
+    before, after = ("", " override") if info.base else ("virtual ", "")
+    clone = f"{before}{info.name}* clone() const{after};" if info.is_poly else ""
     out.emit("""
         $Class$();
         $Class$(const $Class$& other);
-        virtual ~$Class$();
+        $clone$
+        $before$~$Class$()$after$;
         $Class$& operator=(const $Class$& other);
-        """, Class=info.name)
+        """, Class=info.name, clone=clone, before=before, after=after)
     return out.text()
 
 
@@ -422,8 +414,11 @@ def protected_steps(info):
 def private_members(info):
     out = Printer()
     if not info.writes_no_tag and (not info.is_wrapper or info.nillable):
-        out.emit("template <class T, unsigned traits>")
-        out.emit("friend struct internal::Steps;")
+        out.emit("""
+            template <class T, unsigned traits>
+            friend struct internal::Steps;
+
+            """)
         out.blank()
     if has_init(info):
         out.emit("void init();")
@@ -439,14 +434,12 @@ def private_members(info):
             $Root$* member_ = nullptr;
             int chosen_ = chosen_none;
             """, Root=info.root_type.name)
-    elif info.alternatives:
-        if info.shape == "anonymous":
-            out.emit("lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;")
-            out.blank()
-    members = [shape.member() for shape in shapes(info)]
-    out_members = [member for member in members if member]
-    if out_members:
-        out.emit("$members$", members="\n".join(out_members))
+    elif info.shape == "anonymous":
+        out.emit("lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;")
+        out.blank()
+    members = [member for member in (shape.member() for shape in shapes(info)) if member]
+    if members:
+        out.raw("\n".join(members))
     if info.alternatives and not info.is_substitution:
         out.emit("""
             internal::Slot slot_;
