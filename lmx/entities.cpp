@@ -64,6 +64,7 @@ bool c_get_with_entities::set_input_entity_value(const char* text) {
   if (get_error_handler().is_fatal_errored() || !count_expansion(text)) return false;
   open_texts_.insert(text);
   stack_.push_back({text, text, {}});
+  leave_plain_state();
   return true;
 }
 

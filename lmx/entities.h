@@ -53,9 +53,6 @@ class ZOL_API c_get_with_entities : public c_get_as_utf8 {
   // all such text exceeds both 8 MiB and 100 times the input read so far.
   bool count_expansion(const char* text);
 
- protected:
-  bool is_in_entity() const { return !stack_.empty(); }
-
  private:
   struct Input {
     const char* at;

@@ -166,6 +166,7 @@ int c_get_as_utf8::get() {
   last_ = c;
   if (c == '\r') c = '\n';
   if (c == '\n') ++line_;
+  is_plain_ = encoding_ == k_utf8 && pending_at_ == nullptr && unget_.empty();
   return c;
 }
 
@@ -294,6 +295,7 @@ int c_get_as_utf8::hand_over(const char* sequence) {
 }
 
 bool c_get_as_utf8::set_encoding(const char* name) {
+  is_plain_ = false;
   bool agrees = false;
   if (is_same_name(name, "ISO-10646-UCS-2")) {
     agrees = encoding_ == k_utf16_be || encoding_ == k_utf16_le;
@@ -318,6 +320,7 @@ bool c_get_as_utf8::set_encoding(const char* name) {
 }
 
 void c_get_as_utf8::rewind() {
+  is_plain_ = false;
   encoding_ = k_unknown;
   unget_.clear();
   pending_at_ = nullptr;

@@ -151,7 +151,10 @@ class ZOL_API c_get_as_utf8 {
 
   // The next byte, 0 to 255, or -1 at the end.
   int get();
-  void unget(int value) { unget_.unget(value); }
+  void unget(int value) {
+    unget_.unget(value);
+    is_plain_ = false;
+  }
 
   // False, after a fatal report of 6 for an unknown name or of 15 for one that does not agree with
   // the bytes seen. Names are compared without regard to case.
@@ -170,10 +173,7 @@ class ZOL_API c_get_as_utf8 {
 
   // True in the plain state, with at least one byte in the window.
   bool open_window(internal::Window* window) const {
-    if (encoding_ != k_utf8 || pending_at_ != nullptr || !unget_.empty() || at_ == end_ ||
-        error_->is_fatal_errored()) {
-      return false;
-    }
+    if (!is_plain_ || at_ == end_ || error_->is_fatal_errored()) return false;
     window->at = at_;
     window->end = end_;
     return true;
@@ -191,6 +191,10 @@ class ZOL_API c_get_as_utf8 {
   std::uint64_t bytes_read() const {
     return bytes_fetched_ - static_cast<std::uint64_t>(end_ - at_);
   }
+
+ protected:
+  // Shuts the window, for as long as characters come from elsewhere.
+  void leave_plain_state() { is_plain_ = false; }
 
  private:
   enum Encoding {
@@ -220,6 +224,7 @@ class ZOL_API c_get_as_utf8 {
   c_read* source_;
   c_error* error_;
   c_getter_error_binder binder_;
+  bool is_plain_ = false;  // found anew with each character
   int encoding_ = k_unknown;
   int last_ = 0;
   c_unget_buffer unget_;

@@ -164,25 +164,4 @@ const char* c_xml_local::find_first_namespace_prefix(int id) const {
   return outermost;
 }
 
-void c_cracked_name::set(const c_xml_local* scope, const std::string& name) {
-  const std::size_t size = name.size();
-  text_.clear();
-  text_.append(name.data(), size);
-  const char* const text = text_.data();
-  std::size_t colon = 0;
-  while (colon != size && text[colon] != ':') ++colon;
-  std::string_view prefix;
-  if (colon == size) {
-    local_at_ = 0;
-  } else {
-    local_at_ = colon + 1;
-    prefix = std::string_view(text, colon);
-  }
-  if (scope != nullptr) {
-    ns_id_ = scope->find_namespace_id(prefix);
-  } else {
-    ns_id_ = prefix == "xml" ? k_ns_xml : k_ns_not_found;
-  }
-}
-
 }  // namespace lmx

@@ -184,7 +184,21 @@ class ZOL_API c_cracked_name {
   c_cracked_name(const c_xml_local* scope, const std::string& name) { set(scope, name); }
 
   // A null scope maps "xml" alone.
-  void set(const c_xml_local* scope, const std::string& name);
+  void set(const c_xml_local* scope, const std::string& name) {
+    split(scope, name, name.find(':') + 1);
+  }
+  // For a name whose first colon was found: `local_at` is one past it, 0 if there is none.
+  void split(const c_xml_local* scope, const std::string& name, std::size_t local_at) {
+    text_.clear();
+    text_.append(name.data(), name.size());
+    local_at_ = local_at;
+    const std::string_view prefix(text_.data(), local_at == 0 ? 0 : local_at - 1);
+    if (scope != nullptr) {
+      ns_id_ = scope->find_namespace_id(prefix);
+    } else {
+      ns_id_ = prefix == "xml" ? k_ns_xml : k_ns_not_found;
+    }
+  }
 
   const std::string& get_full_name() const { return text_of(&full_name_, full_view()); }
   const std::string& get_local_name() const { return text_of(&local_name_, local_view()); }

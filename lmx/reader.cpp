@@ -52,7 +52,7 @@ void c_xml_reader::get_element_event(const s_event_map* map, elmx_error* error, 
   current_event_ = get_element_name(current_local_, name);
   switch (current_event_) {
     case elxp_name:
-      cracked_name_.set(current_local_, *name);
+      cracked_name_.split(current_local_, *name, local_at());
       if (map != nullptr) tokenise(map, elxp_element);
       break;
     case elxp_end_of_input:
@@ -102,7 +102,7 @@ bool c_xml_reader::get_attribute_event(const s_event_map* map, elmx_error* error
   current_event_ = get_attribute_name(name, false);
   switch (current_event_) {
     case elxp_name:
-      cracked_name_.set(current_local_, *name);
+      cracked_name_.split(current_local_, *name, local_at());
       if (map != nullptr) tokenise(map, elxp_attribute);
       return true;
     case elxp_error:

@@ -21,6 +21,9 @@ constexpr int k_max_expansion_depth = 64;
 // Character references end below the top of Unicode.
 constexpr unsigned k_max_reference = 0x100000;
 
+// A shorter name is scanned as fast as it is compared with a guess.
+constexpr std::size_t k_long_name = 12;
+
 constexpr char k_xmlns[] = "xmlns";
 constexpr std::size_t k_xmlns_length = 5;
 
@@ -79,11 +82,12 @@ const char* pass_run(const char* p, const char* end, unsigned stop, int* lines) 
 
 // Passes white space, with a carriage return only before a line feed.
 const char* pass_space(const char* p, const char* end, int* lines) {
-  for (; p != end && has_mask(*p, internal::k_space); ++p) {
+  for (; p != end; ++p) {
+    if (*p == '\t' || *p == ' ') continue;
     if (*p == '\n') {
       ++*lines;
-    } else if (*p == '\r') {
-      if (end - p < 2 || p[1] != '\n') break;
+    } else if (!has_mask(*p, internal::k_space) || (*p == '\r' && (end - p < 2 || p[1] != '\n'))) {
+      break;
     }
   }
   return p;
@@ -94,9 +98,24 @@ const char* pass_plain(const char* p, const char* end, unsigned stop) {
   return p;
 }
 
-const char* pass_name(const char* p, const char* end) {
-  while (p != end && has_mask(*p, internal::k_ascii_name)) ++p;
+inline const char* pass_class(const char* p, const char* end, unsigned mask) {
+  for (; end - p >= 4; p += 4) {
+    if (!has_mask(p[0], mask)) return p;
+    if (!has_mask(p[1], mask)) return p + 1;
+    if (!has_mask(p[2], mask)) return p + 2;
+    if (!has_mask(p[3], mask)) return p + 3;
+  }
+  while (p != end && has_mask(*p, mask)) ++p;
   return p;
+}
+
+// Passes a name in ASCII and tells where its local part begins.
+inline const char* pass_name(const char* name, const char* end, std::size_t* local_at) {
+  const char* const p = pass_class(name, end, internal::k_ascii_ncname);
+  *local_at = 0;
+  if (p == end || *p != ':') return p;
+  *local_at = static_cast<std::size_t>(p - name) + 1;
+  return pass_class(p, end, internal::k_ascii_name);
 }
 
 // Passes text that is stored as it stands in the given mode.
@@ -346,7 +365,7 @@ void c_get_for_xml::rewind() {
 // --- Set-up and names -------------------------------------------------------------------------
 
 c_xml::c_xml(c_read& source, c_error& error, bool treat_refs_as_ws)
-    : getter_(source, error, treat_refs_as_ws), dtd_(getter_) {}
+    : getter_(source, error, treat_refs_as_ws), dtd_(getter_), last_long_tag_(64) {}
 
 c_xml::~c_xml() = default;
 
@@ -394,9 +413,13 @@ bool c_xml::report_not_well_formed(const char* text) {
 // --- Elements and text ------------------------------------------------------------------------
 
 elxp_xml_event c_xml::get_element_name(c_xml_local* scope, std::string* name) {
-  elxp_xml_event event = elxp_error;
-  while (true) {
-    if (take_tag_in_window(name, &event)) return event;
+  const elxp_xml_event event = take_tag_in_window(name);
+  return event != elxp_unknown ? event : get_element_name_by_character(scope, name);
+}
+
+elxp_xml_event c_xml::get_element_name_by_character(c_xml_local* scope, std::string* name) {
+  elxp_xml_event event = elxp_unknown;
+  while (event == elxp_unknown) {
     name->clear();
     const int c = getter_.get_non_ws();
     if (c < 0) {
@@ -404,7 +427,8 @@ elxp_xml_event c_xml::get_element_name(c_xml_local* scope, std::string* name) {
       return elxp_end_of_input;
     }
     if (c == '<') {
-      if (read_markup(scope, name, &event)) return event;
+      if (read_markup(scope, name, &event)) break;
+      event = take_tag_in_window(name);  // the comment or instruction may be over there
       continue;
     }
     if (c == '&') {
@@ -415,30 +439,50 @@ elxp_xml_event c_xml::get_element_name(c_xml_local* scope, std::string* name) {
     }
     return read_text(name);
   }
+  return event;
+}
+
+// Passes the name of a tag, which is often the last long one again.
+inline const char* c_xml::pass_tag_name(const char* at, const char* end) {
+  const std::size_t guess = last_long_tag_.size();
+  if (static_cast<std::size_t>(end - at) > guess && guess != 0 &&
+      !has_mask(at[guess], internal::k_ascii_name) &&
+      internal::is_equal_short(at, last_long_tag_.data(), guess)) {
+    local_at_ = last_long_tag_local_at_;
+    return at + guess;
+  }
+  const char* const name_end = pass_name(at, end, &local_at_);
+  const std::size_t length = static_cast<std::size_t>(name_end - at);
+  if (length >= k_long_name) {
+    last_long_tag_.clear();
+    last_long_tag_.append(at, length);
+    last_long_tag_local_at_ = local_at_;
+  }
+  return name_end;
 }
 
 // A tag that stands whole in the window and holds nothing out of the ordinary. White space before
-// it is passed in any case.
-bool c_xml::take_tag_in_window(std::string* name, elxp_xml_event* event) {
+// it is passed in any case. elxp_unknown if there is no such tag.
+elxp_xml_event c_xml::take_tag_in_window(std::string* name) {
   Window window;
-  if (!getter_.open_window(&window) || !can_begin_run(getter_, window)) return false;
+  if (!getter_.open_window(&window) || !can_begin_run(getter_, window)) return elxp_unknown;
   const char* const end = window.end;
   int lines = 0;
   const char* const tag = pass_space(window.at, end, &lines);
   if (end - tag >= 4 && *tag == '<') {
     if (tag[1] == '/') {
-      const char* const name_end = pass_name(tag + 2, end);
-      const char* const tag_end = pass_space(name_end, end, &lines);
+      int tag_lines = lines;
+      const char* const name_end = pass_tag_name(tag + 2, end);
+      const char* const tag_end = pass_space(name_end, end, &tag_lines);
       if (name_end != tag + 2 && tag_end != end && *tag_end == '>') {
         internal::store(name, tag + 2, static_cast<std::size_t>(name_end - tag - 2));
-        getter_.take_window(tag_end + 1, lines);
+        getter_.take_window(tag_end + 1, tag_lines);
         content_begun_ = true;
-        *event = elxp_end_tag;
-        return true;
+        return elxp_end_tag;
       }
-    } else if (byte_at(tag + 1) < 0x80 && is_name_start(tag[1])) {
-      const char* const name_end = pass_name(tag + 1, end);
-      int tag_lines = 0;
+    } else if (has_mask(tag[1], internal::k_ascii_name) && is_name_start(tag[1])) {
+      const char* const name_end = pass_tag_name(tag + 1, end);
+      int tag_lines = lines;
       attributes_.clear();
       ns_attributes_.clear();
       const char* tag_end = name_end;
@@ -447,17 +491,14 @@ bool c_xml::take_tag_in_window(std::string* name, elxp_xml_event* event) {
       }
       if (tag_end != nullptr) {
         internal::store(name, tag + 1, static_cast<std::size_t>(name_end - tag - 1));
-        getter_.take_window(tag_end, lines + tag_lines);
+        getter_.take_window(tag_end, tag_lines);
         content_begun_ = true;
-        *event = elxp_name;
-        return true;
+        return elxp_name;
       }
     }
-    lines = 0;
-    pass_space(window.at, tag, &lines);
   }
   if (tag != window.at) getter_.take_window(tag, lines);
-  return false;
+  return elxp_unknown;
 }
 
 // Entered after "<".
@@ -490,6 +531,7 @@ elxp_xml_event c_xml::read_start_tag(c_xml_local* scope, std::string* name, int 
     return elxp_error;
   }
   unget(c);
+  local_at_ = local_name_offset(*name);
   if (!read_attributes(scope)) return elxp_error;
   content_begun_ = true;
   return elxp_name;
@@ -751,7 +793,8 @@ const char* c_xml::take_attributes_in_window(const char* at, const char* end, in
     if (byte_at(at) >= 0x80 || !is_name_start(*at)) return nullptr;
 
     const char* const name = at;
-    at = pass_name(at, end);
+    std::size_t local_at = 0;
+    at = pass_name(at, end, &local_at);
     const std::size_t name_length = static_cast<std::size_t>(at - name);
     if (name_length >= k_xmlns_length && std::memcmp(name, k_xmlns, k_xmlns_length) == 0) {
       return nullptr;
@@ -768,7 +811,8 @@ const char* c_xml::take_attributes_in_window(const char* at, const char* end, in
       if (!is_quote(*at)) return nullptr;
     }
     if (at == end) return nullptr;
-    attributes_.append({name, name_length}, {value, static_cast<std::size_t>(at - value)});
+    attributes_.append({name, name_length}, local_at,
+                       {value, static_cast<std::size_t>(at - value)});
     ++at;
   }
 }
@@ -866,6 +910,7 @@ elxp_xml_event c_xml::get_attribute_name(std::string* name, bool ends_with_quest
   if (attributes_.has_entry()) {
     const std::string_view entry = attributes_.rest();
     internal::store(name, entry.data(), entry.size());
+    local_at_ = attributes_.local_at();
     attributes_.next();
     return elxp_name;
   }

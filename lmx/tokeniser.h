@@ -72,9 +72,6 @@ class ZOL_API c_get_for_xml : public c_get_with_entities {
 
   // --- For the stages above -----------------------------------------------------------------
 
-  bool open_window(internal::Window* window) const {
-    return !is_in_entity() && c_get_with_entities::open_window(window);
-  }
   // Appends characters that are in no need of a look, as add_char_wsp would one by one.
   void add_run(std::string* out, const char* begin, const char* end) {
     if (ws_mode_ == elmx_preserve) {
@@ -162,6 +159,8 @@ class ZOL_API c_xml {
 
  protected:
   c_get_for_xml& getter() { return getter_; }
+  // Where the local name begins in the last name that was given, 0 without a prefix.
+  std::size_t local_at() const { return local_at_; }
   // The rest of a start tag without attributes to come, a text that is stored as it stands and the
   // end tag, if they stand whole in the window. Otherwise false, with nothing taken or stored.
   bool take_simple_value(const std::string& name, elmx_whitespace mode, std::string* value);
@@ -173,8 +172,10 @@ class ZOL_API c_xml {
   void unget(int value) { getter_.unget(value); }
   bool report_not_well_formed(const char* text);
 
+  elxp_xml_event take_tag_in_window(std::string* name);
+  const char* pass_tag_name(const char* at, const char* end);
+  elxp_xml_event get_element_name_by_character(c_xml_local* scope, std::string* name);
   // Each of the markup readers gives true with an event, or false to go on with what follows.
-  bool take_tag_in_window(std::string* name, elxp_xml_event* event);
   bool read_markup(c_xml_local* scope, std::string* name, elxp_xml_event* event);
   elxp_xml_event read_start_tag(c_xml_local* scope, std::string* name, int c);
   elxp_xml_event read_end_tag(std::string* name);
@@ -209,6 +210,10 @@ class ZOL_API c_xml {
   internal::AttributeList attributes_;
   internal::AttributeList ns_attributes_;
   int expansion_depth_ = 0;
+  std::size_t local_at_ = 0;
+  // The name of the last tag that had a long one, which is a good guess at the next.
+  internal::ByteBuffer last_long_tag_;
+  std::size_t last_long_tag_local_at_ = 0;
 };
 
 }  // namespace lmx

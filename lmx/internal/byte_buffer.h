@@ -41,17 +41,19 @@ inline void copy_short(char* to, const char* from, std::size_t size) {
 }
 
 inline bool is_equal_short(const char* a, const char* b, std::size_t size) {
-  const auto is_equal = [&](auto x) {
+  const auto is_equal_at = [&](std::size_t at, auto x) {
     auto y = x;
-    decltype(x) difference = 0;
-    for (const std::size_t at : {std::size_t{0}, size - sizeof x}) {
-      std::memcpy(&x, a + at, sizeof x);
-      std::memcpy(&y, b + at, sizeof y);
-      difference = static_cast<decltype(x)>(difference | (x ^ y));
-    }
-    return difference == 0;
+    std::memcpy(&x, a + at, sizeof x);
+    std::memcpy(&y, b + at, sizeof y);
+    return x == y;
   };
-  if (size > 16) return std::memcmp(a, b, size) == 0;
+  const auto is_equal = [&](auto word) {
+    return is_equal_at(0, word) && is_equal_at(size - sizeof word, word);
+  };
+  if (size > 32) return std::memcmp(a, b, size) == 0;
+  if (size > 16) {
+    if (!is_equal_at(8, std::uint64_t()) || !is_equal_at(size - 16, std::uint64_t())) return false;
+  }
   if (size >= 8) return is_equal(std::uint64_t());
   if (size >= 4) return is_equal(std::uint32_t());
   if (size >= 2) return is_equal(std::uint16_t());
@@ -129,25 +131,31 @@ class AttributeList {
   AttributeList() : bytes_(150) {}
 
   void clear() {
+    if (bytes_.size() == 0) return;
     bytes_.clear();
     ends_.clear();
     rewind();
   }
   // One character of the string at the end of the list, or the zero that ends it.
   void push_back(char c) {
-    if (c == '\0') ends_.push_back(bytes_.size());
+    if (c == '\0') {
+      const std::size_t begin = ends_.empty() ? 0 : ends_.back().end + 1;
+      const std::string_view text(bytes_.data() + begin, bytes_.size() - begin);
+      ends_.push_back({bytes_.size(), text.find(':') + 1});
+    }
     bytes_.push_back(c);
   }
-  // A name and a value that hold no zero.
-  void append(std::string_view name, std::string_view value) {
+  // A name and a value that hold no zero; `local_at` is one past the first colon of the name, 0 if
+  // there is none.
+  void append(std::string_view name, std::size_t local_at, std::string_view value) {
     char* const to = bytes_.extend(name.size() + value.size() + 2);
     const std::size_t name_end = bytes_.size() - value.size() - 2;
     copy_short(to, name.data(), name.size());
     to[name.size()] = '\0';
     copy_short(to + name.size() + 1, value.data(), value.size());
     to[name.size() + 1 + value.size()] = '\0';
-    ends_.push_back(name_end);
-    ends_.push_back(bytes_.size() - 1);
+    ends_.push_back({name_end, local_at});
+    ends_.push_back({bytes_.size() - 1, 0});
   }
   std::size_t size() const { return bytes_.size(); }
   // The text from an offset up to the next zero.
@@ -158,18 +166,20 @@ class AttributeList {
     at_ = 0;
     current_ = 0;
   }
-  bool has_entry() const { return current_ < ends_.size() && at_ < ends_[current_]; }
+  bool has_entry() const { return current_ < ends_.size() && at_ < ends_[current_].end; }
   // What is left of the string being read.
   std::string_view rest() const {
     if (current_ >= ends_.size()) return {};
-    return {bytes_.data() + at_, ends_[current_] - at_};
+    return {bytes_.data() + at_, ends_[current_].end - at_};
   }
+  // Where the local name begins in the string being read, if that is a name.
+  std::size_t local_at() const { return ends_[current_].local_at; }
   // Passes characters of the string being read.
   void skip(std::size_t count) { at_ += count; }
   // Passes what is left of the string.
   void next() {
     if (current_ >= ends_.size()) return;
-    at_ = ends_[current_++] + 1;
+    at_ = ends_[current_++].end + 1;
   }
   // The next byte of the string, -1 at its end.
   int get() { return has_entry() ? static_cast<unsigned char>(bytes_.data()[at_++]) : -1; }
@@ -178,8 +188,13 @@ class AttributeList {
   }
 
  private:
+  struct End {
+    std::size_t end;  // where the zero stands
+    std::size_t local_at;
+  };
+
   ByteBuffer bytes_;
-  std::vector<std::size_t> ends_;  // where the zeros stand
+  std::vector<End> ends_;
   std::size_t at_ = 0;
   std::size_t current_ = 0;
 };

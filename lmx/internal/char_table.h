@@ -14,6 +14,7 @@ enum CharMask : unsigned char {
   k_ascii_name = 32,  // k_name below 128
   // Ends a run of an attribute value that can be taken as it stands.
   k_plain_stop = 64,
+  k_ascii_ncname = 128,  // k_ascii_name but for the colon
 };
 
 // Bytes above 127 pass as name characters whatever they spell.
@@ -31,6 +32,9 @@ struct CharTable {
       mask[static_cast<int>(c)] |= k_name_start | k_name | k_ascii_name;
     }
     for (const char c : {'.', '-'}) mask[static_cast<int>(c)] |= k_name | k_ascii_name;
+    for (int c = 0; c < 0x80; ++c) {
+      if (c != ':' && (mask[c] & k_ascii_name) != 0) mask[c] |= k_ascii_ncname;
+    }
     for (int c = '\t'; c <= '\r'; ++c) mask[c] |= k_space | k_plain_stop;
     mask[0x20] |= k_space | k_plain_stop;
     for (const char c : {'\0', '\r', '\n'}) mask[static_cast<int>(c)] |= k_text_stop | k_value_stop;
