@@ -112,11 +112,12 @@ def emit_header(model):
         // isset_X and unset_X if it is optional, getenum_X and setenum_X if it is enumerated, and
         // append_X, insert_X, delete_X, clear_X, size_X (back_X for children) if it is a list. A
         // setter gives 0, or the code of the first facet that fails and stores nothing. The non-const
-        // get_X of a child marks it as present; that of a list appends until the index exists. The
-        // const getters of lists, back_X and delete_X do not check the index. An object owns all
-        // that it holds, and a copy is deep. References live until the row they belong to is
-        // cleared, replaced or swapped. Text is UTF-16, one unit a wchar_t on every platform. An
-        // object belongs to one thread at a time; nothing is shared between objects.
+        // get_X of a child marks it as present; that of a list appends until the index exists, as
+        // back_X does in an empty list. Past the end the const getters give an empty object and
+        // delete_X does nothing. An object owns all that it holds, and a copy is deep. References
+        // live until the row they belong to is cleared, replaced or swapped. Text is UTF-16, one
+        // unit a wchar_t on every platform. An object belongs to one thread at a time; nothing is
+        // shared between objects.
         #pragma once
 
         #include <cstddef>

@@ -212,13 +212,16 @@ class List {
 
   unsigned size() const { return pointers_.size(); }
   bool empty() const { return pointers_.empty(); }
-  const T& at(unsigned index) const { return *static_cast<const T*>(pointers_[index]); }
+  // Past the end an empty object, for a client that has lost count.
+  const T& at(unsigned index) const {
+    return index < size() ? *static_cast<const T*>(pointers_[index]) : empty_object<T>();
+  }
   // Appends default elements until there is one with this index.
   T& grow_to(unsigned index) {
     while (size() <= index) append();
     return *static_cast<T*>(pointers_[index]);
   }
-  T& back() { return *static_cast<T*>(pointers_[size() - 1]); }
+  T& back() { return grow_to(empty() ? 0 : size() - 1); }
 
   template <class... Args>
   T& append(Args&&... args) {
@@ -236,7 +239,7 @@ class List {
     pointers_.insert(index, object);
     return *object;
   }
-  // Past the end, where a client has no business, nothing is removed.
+  // Past the end nothing is removed.
   void remove(unsigned index) {
     if (index >= size()) return;
     delete static_cast<T*>(pointers_[index]);
