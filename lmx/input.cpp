@@ -84,7 +84,14 @@ void c_read_memory::give_back(std::size_t count) {
 }
 
 c_read_file::c_read_file(const char* path)
-    : source_id_(path), file_(std::fopen(path, "rb")), capacity_(k_own_block) {}
+    : source_id_(path != nullptr ? path : ""),
+      file_(std::fopen(source_id_.c_str(), "rb")),
+      capacity_(k_own_block) {
+  // Some systems open what can't be read, a directory for one.
+  if (file_ != nullptr && std::ungetc(std::fgetc(file_), file_) == EOF && std::ferror(file_)) {
+    close();
+  }
+}
 
 c_read_file::c_read_file(const wchar_t* path)
     : source_id_(source_name(path)),
@@ -295,6 +302,7 @@ int c_get_as_utf8::hand_over(const char* sequence) {
 }
 
 bool c_get_as_utf8::set_encoding(const char* name) {
+  if (name == nullptr) name = "";
   is_plain_ = false;
   bool agrees = false;
   if (is_same_name(name, "ISO-10646-UCS-2")) {

@@ -73,7 +73,8 @@ class ZOL_API c_read_string : public c_read_memory {
   explicit c_read_string(const std::string& text) : c_read_memory(text.data(), text.size()) {}
 };
 
-// Reads a file. Whether it opened, is_open() tells; read() gives -1 if it did not.
+// Reads a file. Whether it opened, is_open() tells; read() gives -1 if it did not. A directory
+// does not open.
 class ZOL_API c_read_file : public c_read {
  public:
   explicit c_read_file(const char* path);
@@ -116,6 +117,7 @@ class ZOL_API c_unget_buffer {
  public:
   void clear() { count_ = 0; }
   bool empty() const { return count_ == 0; }
+  int size() const { return count_; }
   int get() { return count_ == 0 ? -1 : values_[--count_]; }
   void unget(int value) {
     if (count_ < k_depth) values_[count_++] = value;
@@ -187,9 +189,9 @@ class ZOL_API c_get_as_utf8 {
     line_ += lines;
     last_ = 0;
   }
-  // Bytes of the source that were read.
+  // Bytes of the source that were read and not pushed back.
   std::uint64_t bytes_read() const {
-    return bytes_fetched_ - static_cast<std::uint64_t>(end_ - at_);
+    return bytes_fetched_ - static_cast<std::uint64_t>(end_ - at_ + unget_.size());
   }
 
  protected:

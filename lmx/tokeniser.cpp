@@ -146,9 +146,11 @@ std::string with_character(std::string text, int c) {
   return text;
 }
 
-std::size_t local_name_offset(const std::string& name) {
-  const std::size_t colon = name.find(':');
-  return colon == std::string::npos ? 0 : colon + 1;
+std::size_t local_name_offset(const std::string& name) { return name.find(':') + 1; }
+
+std::string_view prefix_of(const std::string& name) {
+  const std::size_t local_at = local_name_offset(name);
+  return std::string_view(name).substr(0, local_at == 0 ? 0 : local_at - 1);
 }
 
 // The names of open elements while a loop walks through their content.
@@ -392,17 +394,16 @@ void c_xml::get_local_name(const std::string& name, std::string* out) {
 }
 
 void c_xml::get_namespace_prefix(const std::string& name, std::string* out) {
-  const std::size_t local_at = local_name_offset(name);
-  *out = name.substr(0, local_at == 0 ? 0 : local_at - 1);
+  *out = std::string(prefix_of(name));
 }
 
 int c_xml::get_ns_id(const c_xml_local* scope, const std::string& name) const {
-  return c_cracked_name(scope, name).get_ns_id();
+  return scope != nullptr ? scope->find_namespace_id(prefix_of(name)) : k_ns_not_found;
 }
 
 bool c_xml::is_xsi_attribute(const c_xml_local* scope, const std::string& name) const {
-  const c_cracked_name cracked(scope, name);
-  return cracked.get_has_ns_prefix() && cracked.get_ns_id() == k_ns_xsi;
+  // A default namespace does not apply to attributes.
+  return local_name_offset(name) != 0 && get_ns_id(scope, name) == k_ns_xsi;
 }
 
 bool c_xml::report_not_well_formed(const char* text) {
@@ -973,9 +974,7 @@ bool c_xml::get_named_attribute(const c_xml_local* scope, int ns_id, const std::
     name.assign(entry.data(), entry.size());
     attributes_.next();
     if (name.compare(local_name_offset(name), std::string::npos, local_name) == 0) {
-      // A default namespace does not apply to attributes.
-      const c_cracked_name cracked(scope, name);
-      is_found = (cracked.get_has_ns_prefix() ? cracked.get_ns_id() : k_ns_none) == ns_id;
+      is_found = (local_name_offset(name) != 0 ? get_ns_id(scope, name) : k_ns_none) == ns_id;
     }
     if (is_found) {
       is_good = get_attribute_value(value, elmx_preserve);

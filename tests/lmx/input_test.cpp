@@ -241,6 +241,9 @@ TEST(FileSource, OpensAndCloses) {
   EXPECT_EQ(missing.read(), -1);
   missing.rewind();
 
+  EXPECT_FALSE(c_read_file(::testing::TempDir().c_str()).is_open());
+  EXPECT_TRUE(c_read_file(TempFile("").path()).is_open());
+
   const std::string path = temp.path();
   c_read_file wide(std::wstring(path.begin(), path.end()).c_str());
   EXPECT_TRUE(wide.is_open());
