@@ -4,6 +4,8 @@
     zolgen.py model --schema DIR --out DIR                 the C++ of the document model
     zolgen.py xsd --schema DIR --out DIR --namespace URI   the XML Schema of documents
     zolgen.py reference --schema DIR --out DIR             reference pages in Markdown
+    zolgen.py bridge --schema DIR --api FILE --out DIR     the flat exports and their names
+    zolgen.py bridge-smoke --schema DIR --api FILE --out DIR   a test that calls them all
     zolgen.py model --schema DIR --list                    the files that would be written
 
 A file is touched only if its text changes, so that a build compiles no more than it must.
@@ -15,13 +17,22 @@ import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
+import emit_bridge  # noqa: E402
 import emit_model  # noqa: E402
 import emit_reference  # noqa: E402
+import emit_smoke  # noqa: E402
 import emit_xsd  # noqa: E402
+import exports  # noqa: E402
 import resolve  # noqa: E402
 import schema  # noqa: E402
 
-EMITTERS = {"model": emit_model.emit, "reference": emit_reference.emit, "xsd": emit_xsd.emit}
+EMITTERS = {
+    "bridge": emit_bridge.emit,
+    "bridge-smoke": emit_smoke.emit,
+    "model": emit_model.emit,
+    "reference": emit_reference.emit,
+    "xsd": emit_xsd.emit,
+}
 
 
 def write_if_changed(path, text):
@@ -35,12 +46,16 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("output", choices=sorted(EMITTERS))
     parser.add_argument("--schema", required=True, help="directory of the *.rows files")
+    parser.add_argument("--api", help="what the flat interface has beside the schema")
     parser.add_argument("--out", help="directory to write to")
     parser.add_argument("--namespace", help="URI of the format's namespace")
     parser.add_argument("--list", action="store_true", help="print the names of the files only")
     options = parser.parse_args()
     try:
         model = resolve.Model(schema.read_directory(options.schema), options.namespace)
+        if options.output.startswith("bridge") and options.api is None:
+            parser.error("the bridge needs --api")
+        model.api = exports.read_api(options.api)
         files = EMITTERS[options.output](model)
     except schema.SchemaError as error:
         sys.exit(f"zolgen: {error}")
