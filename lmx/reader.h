@@ -68,7 +68,7 @@ class ZOL_API c_string_stack_node {
   const char* get_str() const { return stack_->bytes_.data() + offset_; }
 
   bool operator==(const std::string& text) const {
-    return text.size() == length_ && std::memcmp(text.data(), get_str(), length_) == 0;
+    return text.size() == length_ && internal::is_equal_short(text.data(), get_str(), length_);
   }
   bool operator!=(const std::string& text) const { return !(*this == text); }
 

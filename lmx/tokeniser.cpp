@@ -2,25 +2,27 @@
 
 #include <cstring>
 #include <string_view>
-#include <vector>
 
 #include "lmx/internal/char_table.h"
+#include "lmx/internal/runs.h"
 
 namespace lmx {
 
 namespace {
 
+using internal::byte_at;
 using internal::has_mask;
 using internal::is_name_char;
 using internal::is_name_start;
 using internal::is_space;
+using internal::pass_name;
+using internal::pass_plain;
+using internal::pass_run;
+using internal::pass_space;
 using internal::Window;
 
 // Entities inside entities in an attribute value, where the call stack grows with them.
 constexpr int k_max_expansion_depth = 64;
-// Character references end below the top of Unicode.
-constexpr unsigned k_max_reference = 0x100000;
-
 // A shorter name is scanned as fast as it is compared with a guess.
 constexpr std::size_t k_long_name = 12;
 
@@ -31,92 +33,6 @@ constexpr char k_not_well_formed_tag[] = "XML not Well-Formed";
 constexpr char k_not_well_formed[] = "XML not well-formed";
 
 bool is_quote(int c) { return c == '"' || c == '\''; }
-
-unsigned char byte_at(const char* p) { return static_cast<unsigned char>(*p); }
-
-// The length of a UTF-8 sequence that may be copied as it stands, or 0 if the getter has to look at
-// it: what is ill-formed, cut by the window's end or a line end.
-int plain_sequence_length(const char* p, const char* end) {
-  const unsigned lead = byte_at(p);
-  if (lead < 0xC2 || lead > 0xF4) return 0;
-  const int length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if (end - p < length) return 0;
-  for (int i = 1; i < length; ++i) {
-    if ((byte_at(p + i) & 0xC0) != 0x80) return 0;
-  }
-  const unsigned second = byte_at(p + 1);
-  switch (lead) {
-    case 0xC2:
-      return second == 0x85 ? 0 : length;
-    case 0xE0:
-      return second >= 0xA0 ? length : 0;
-    case 0xE2:
-      return second == 0x80 && byte_at(p + 2) == 0xA8 ? 0 : length;
-    case 0xED:
-      return second <= 0x9F ? length : 0;
-    case 0xF0:
-      return second >= 0x90 ? length : 0;
-    case 0xF4:
-      return second <= 0x8F ? length : 0;
-    default:
-      return length;
-  }
-}
-
-// Passes line feeds, well-formed sequences and everything else that is not in `stop` or a byte for
-// the getter. `stop` is k_text_stop or k_value_stop, which hold them all.
-const char* pass_run(const char* p, const char* end, unsigned stop, int* lines) {
-  while (true) {
-    while (p != end && !has_mask(*p, stop)) ++p;
-    if (p == end) return p;
-    if (*p == '\n') {
-      ++*lines;
-      ++p;
-    } else if (const int length = plain_sequence_length(p, end)) {
-      p += length;
-    } else {
-      return p;
-    }
-  }
-}
-
-// Passes white space, with a carriage return only before a line feed.
-const char* pass_space(const char* p, const char* end, int* lines) {
-  for (; p != end; ++p) {
-    if (*p == '\t' || *p == ' ') continue;
-    if (*p == '\n') {
-      ++*lines;
-    } else if (!has_mask(*p, internal::k_space) || (*p == '\r' && (end - p < 2 || p[1] != '\n'))) {
-      break;
-    }
-  }
-  return p;
-}
-
-const char* pass_plain(const char* p, const char* end, unsigned stop) {
-  while (p != end && !has_mask(*p, stop)) ++p;
-  return p;
-}
-
-inline const char* pass_class(const char* p, const char* end, unsigned mask) {
-  for (; end - p >= 4; p += 4) {
-    if (!has_mask(p[0], mask)) return p;
-    if (!has_mask(p[1], mask)) return p + 1;
-    if (!has_mask(p[2], mask)) return p + 2;
-    if (!has_mask(p[3], mask)) return p + 3;
-  }
-  while (p != end && has_mask(*p, mask)) ++p;
-  return p;
-}
-
-// Passes a name in ASCII and tells where its local part begins.
-inline const char* pass_name(const char* name, const char* end, std::size_t* local_at) {
-  const char* const p = pass_class(name, end, internal::k_ascii_ncname);
-  *local_at = 0;
-  if (p == end || *p != ':') return p;
-  *local_at = static_cast<std::size_t>(p - name) + 1;
-  return pass_class(p, end, internal::k_ascii_name);
-}
 
 // Passes text that is stored as it stands in the given mode.
 const char* pass_plain_text(const Window& window, elmx_whitespace mode) {
@@ -153,216 +69,7 @@ std::string_view prefix_of(const std::string& name) {
   return std::string_view(name).substr(0, local_at == 0 ? 0 : local_at - 1);
 }
 
-// The names of open elements while a loop walks through their content.
-class OpenNames {
- public:
-  explicit OpenNames(std::string_view name) : names_(0) { push(name); }
-
-  bool empty() const { return offsets_.empty(); }
-  void push(std::string_view name) {
-    offsets_.push_back(names_.size());
-    names_.append(name);
-  }
-  std::string_view top() const {
-    return {names_.data() + offsets_.back(), names_.size() - offsets_.back()};
-  }
-  void pop() {
-    names_.truncate(offsets_.back());
-    offsets_.pop_back();
-  }
-
- private:
-  internal::ByteBuffer names_;
-  std::vector<std::size_t> offsets_;
-};
-
 }  // namespace
-
-// --- The getter -------------------------------------------------------------------------------
-
-int c_get_for_xml::get_non_ws() {
-  int c = get();
-  while (is_space(c)) c = get();
-  return c;
-}
-
-void c_get_for_xml::add_char_wsp(std::string* out, int c, bool from_reference) {
-  if (ws_mode_ != elmx_preserve && is_space(c) && (!from_reference || treat_refs_as_ws_)) c = ' ';
-  if (ws_mode_ == elmx_collapse) {
-    if (c == ' ') {
-      pending_space_ = true;
-      return;
-    }
-    if (pending_space_ && !out->empty()) out->push_back(' ');
-    pending_space_ = false;
-  }
-  out->push_back(static_cast<char>(c));
-}
-
-void c_get_for_xml::add_run_wsp(std::string* out, const char* begin, const char* end) {
-  if (ws_mode_ == elmx_replace) {
-    const std::size_t at = out->size();
-    out->append(begin, static_cast<std::size_t>(end - begin));
-    for (std::size_t i = at; i < out->size(); ++i) {
-      if (has_mask((*out)[i], internal::k_space)) (*out)[i] = ' ';
-    }
-    return;
-  }
-  for (const char* p = begin; p != end;) {
-    if (has_mask(*p, internal::k_space)) {
-      pending_space_ = true;
-      ++p;
-      continue;
-    }
-    const char* const word = p;
-    while (p != end && !has_mask(*p, internal::k_space)) ++p;
-    if (pending_space_ && !out->empty()) out->push_back(' ');
-    pending_space_ = false;
-    out->append(word, static_cast<std::size_t>(p - word));
-  }
-}
-
-bool c_get_for_xml::read_specified_string_from_input(const char* text) {
-  for (; *text != '\0'; ++text) {
-    const int c = get();
-    if (c != static_cast<unsigned char>(*text)) {
-      unget(c);
-      return false;
-    }
-  }
-  return true;
-}
-
-bool c_get_for_xml::get_simple_quoted_value(std::string* out) {
-  out->clear();
-  const int quote = get_non_ws();
-  if (!is_quote(quote)) return false;
-  int c = get();
-  for (; c >= 0 && c != quote; c = get()) out->push_back(static_cast<char>(c));
-  return c == quote;
-}
-
-bool c_get_for_xml::report(elmx_error_type type, elmx_error code, const std::string& text) {
-  error(type, code, text);
-  return false;
-}
-
-bool c_get_for_xml::read_xml_decl() {
-  std::string value;
-  const auto read_value = [&] { return get_non_ws() == '=' && get_simple_quoted_value(&value); };
-
-  if (get_non_ws() != 'v' || !read_specified_string_from_input("ersion")) {
-    return report(elmx_error_level, elmx_bad_xml_decl, "Version not present in XML Decl");
-  }
-  if (!read_value()) return false;
-  if (value != "1.0" && value != "1.1") {
-    return report(elmx_error_level, elmx_bad_xml_version,
-                  "XML version " + value + " not understood");
-  }
-  int c = get_non_ws();
-  if (c == 'e') {
-    if (!read_specified_string_from_input("ncoding") || !read_value()) return false;
-    if (!set_encoding(value.c_str())) return false;
-    c = get_non_ws();
-  }
-  if (c == 's') {
-    if (!read_specified_string_from_input("tandalone") || !read_value()) return false;
-    if (value == "no") {
-      return report(elmx_error_level, elmx_bad_xml_decl, "XML Document is not standalone");
-    }
-    c = get_non_ws();
-  }
-  return c == '?' && get() == '>';
-}
-
-bool c_get_for_xml::skip_comment() {
-  int dashes = 0;
-  for (int c = get(); c >= 0; c = get()) {
-    if (c == '-') {
-      if (dashes < 3) ++dashes;
-    } else if (c == '>' && dashes >= 2) {
-      if (dashes > 2) {
-        error(elmx_warning, elmx_bad_comment, "End of comment not Well-Formed");
-      }
-      return true;
-    } else {
-      dashes = 0;
-    }
-  }
-  return false;
-}
-
-bool c_get_for_xml::skip_PI() {
-  bool after_question_mark = false;
-  for (int c = get(); c >= 0; c = get()) {
-    if (c == '>' && after_question_mark) return true;
-    after_question_mark = c == '?';
-  }
-  return false;
-}
-
-bool c_get_for_xml::move_to_start_tag_end(bool* empty) {
-  int quote = 0;
-  for (int c = get(); c >= 0; c = get()) {
-    if (quote != 0) {
-      if (c == quote) quote = 0;
-    } else if (is_quote(c)) {
-      quote = c;
-    } else if (c == '>') {
-      if (empty != nullptr) *empty = false;
-      return true;
-    } else if (c == '/') {
-      bool is_clean = true;
-      for (c = get(); c >= 0 && c != '>'; c = get()) {
-        if (!is_clean || is_space(c)) continue;
-        is_clean = report(elmx_error_level, elmx_bad_end_tag,
-                          with_character("Illegal character(s) after / at end of tag - ", c));
-      }
-      if (empty != nullptr) *empty = true;
-      return is_clean;
-    }
-  }
-  return false;
-}
-
-bool c_get_for_xml::insert_character_entity(c_entity_name_reader& reader, std::string* out) {
-  character_reference_.clear();
-  int c = reader.get();
-  const bool is_hex = c == 'x';
-  if (is_hex) {
-    c = reader.get();
-  } else if (!xisdigit(c)) {
-    return false;
-  }
-  for (; is_hex ? xisxdigit(c) : xisdigit(c); c = reader.get()) {
-    character_reference_.push_back(static_cast<char>(c));
-  }
-  if (c != ';') reader.unget(c);
-  if (character_reference_.empty()) return false;
-
-  // Digits that can't matter any more are passed over, however many there are.
-  const unsigned radix = is_hex ? 16 : 10;
-  unsigned value = 0;
-  for (const char digit : character_reference_) {
-    const unsigned digit_value = xisdigit(digit) ? static_cast<unsigned>(digit - '0')
-                                                 : static_cast<unsigned>((digit | 0x20) - 'a') + 10;
-    value = value * radix + digit_value;
-    if (value > k_max_reference) return false;
-  }
-  if (value == 133 || value == 8232) value = '\n';
-  if (value > 127) {
-    char sequence[5];
-    *out += unicode_char_to_utf8(static_cast<int>(value), sequence);
-  } else {
-    add_char_wsp(out, static_cast<int>(value), true);
-  }
-  return true;
-}
-
-void c_get_for_xml::rewind() {
-  set_ws_mode(elmx_preserve);
-  c_get_with_entities::rewind();
-}
 
 // --- Set-up and names -------------------------------------------------------------------------
 
@@ -735,46 +442,6 @@ bool c_xml::skip_start_tag(bool* empty) {
   return getter_.move_to_start_tag_end(empty);
 }
 
-bool c_xml::skip_rest_of_element(const std::string& name) {
-  bool empty = false;
-  return skip_start_tag(&empty) && (empty || skip_element_body(name));
-}
-
-bool c_xml::skip_rest_of_empty_element(const std::string& name) {
-  bool empty = false;
-  return skip_start_tag(&empty) && (empty || is_element_end_tag(name));
-}
-
-bool c_xml::skip_element_body(const std::string& name) {
-  OpenNames open(name);
-  c_xml_local scope;  // takes the declarations, which nobody will ask for
-  std::string token;
-  bool empty = false;
-  while (true) {
-    scope.clear();
-    switch (get_element_name(&scope, &token)) {
-      case elxp_text:
-        break;
-      case elxp_name:
-        if (!skip_start_tag(&empty)) return false;
-        if (!empty) open.push(token);
-        break;
-      case elxp_end_tag:
-        if (token != open.top()) {
-          getter_.error(elmx_error_level, elmx_not_well_formed,
-                        "Element start tag (" + std::string(open.top()) + ") and end tag (" +
-                            token + ") do not match");
-          return false;
-        }
-        open.pop();
-        if (open.empty()) return true;
-        break;
-      default:
-        return false;
-    }
-  }
-}
-
 // --- Attributes -------------------------------------------------------------------------------
 
 // Reads the attributes from the end of the tag's name on and gives the place where they stop, at
@@ -806,10 +473,13 @@ const char* c_xml::take_attributes_in_window(const char* at, const char* end, in
     at = pass_space(at + 1, end, lines);
     if (at == end || !is_quote(*at)) return nullptr;
 
-    const char* const value = at++;
-    for (; at = pass_run(at, end, internal::k_value_stop, lines), at != end && *at != *value;
-         ++at) {
-      if (!is_quote(*at)) return nullptr;
+    const char* const value = at;
+    at = pass_plain(at + 1, end, internal::k_value_stop);
+    while (at != end && *at != *value) {
+      const char* const stop = at;
+      if (is_quote(*at)) ++at;
+      at = pass_run(at, end, internal::k_value_stop, lines);
+      if (at == stop) return nullptr;
     }
     if (at == end) return nullptr;
     attributes_.append({name, name_length}, local_at,
@@ -1057,142 +727,6 @@ bool c_xml::expand_entity_text(const char* text, std::string* out) {
     }
   }
   return true;
-}
-
-// --- Content as text --------------------------------------------------------------------------
-
-c_xml::NestedToken c_xml::next_nested_token(std::string* text, std::string* name,
-                                            bool expand_entities) {
-  text->clear();
-  name->clear();
-  int c = get();
-  for (; is_space(c); c = get()) getter_.add_char_wsp(text, c, false);
-  if (c < 0) return NestedToken::error;
-  if (c != '<') {
-    for (; c >= 0 && c != '<'; c = get()) {
-      if (c != '&' || !expand_entities) {
-        getter_.add_char_wsp(text, c, false);
-      } else if (!expand_in_content(text)) {
-        return NestedToken::error;
-      }
-    }
-    unget(c);
-    return NestedToken::text;
-  }
-  c = get();
-  if (c == '?') return getter_.skip_PI() ? NestedToken::text : NestedToken::error;
-  if (c == '!') {
-    c = get();
-    if (c == '-') {
-      return get() == '-' && getter_.skip_comment() ? NestedToken::text : NestedToken::error;
-    }
-    if (c != '[') return NestedToken::error;
-    *text += "<![CDATA[";
-    if (!read_cdata(text)) return NestedToken::error;
-    *text += "]]>";
-    return NestedToken::text;
-  }
-  if (c == '/') {
-    for (c = get(); is_name_char(c); c = get()) name->push_back(static_cast<char>(c));
-    while (is_space(c)) c = get();
-    return c == '>' ? NestedToken::end_tag : NestedToken::error;
-  }
-  if (c < 0 || is_space(c)) return NestedToken::error;
-  for (; is_name_char(c); c = get()) name->push_back(static_cast<char>(c));
-  unget(c);
-  return NestedToken::start_tag;
-}
-
-// The attributes that were read ahead first, and then what is left of the tag.
-bool c_xml::copy_start_tag(const std::string& name, std::string* out, bool* empty) {
-  *out += '<';
-  *out += name;
-  for (internal::AttributeList* const list : {&ns_attributes_, &attributes_}) {
-    list->rewind();
-    while (list->has_entry()) {
-      *out += ' ';
-      *out += list->rest();
-      list->next();
-      const std::string_view value = list->rest();
-      *out += '=';
-      *out += value;
-      if (!value.empty()) *out += value.front();
-      list->next();
-    }
-    list->clear();
-  }
-  int quote = 0;
-  for (int c = get(); c >= 0; c = get()) {
-    if (quote != 0) {
-      if (c == quote) quote = 0;
-    } else if (is_quote(c)) {
-      quote = c;
-    } else if (c == '>' || c == '/') {
-      *empty = c == '/';
-      if (*empty) {
-        *out += '/';
-        while (c >= 0 && c != '>') c = get();
-      }
-      *out += '>';
-      return c == '>';
-    }
-    out->push_back(static_cast<char>(c));
-  }
-  return false;
-}
-
-bool c_xml::copy_element(const std::string& name, std::string* out, bool expand_entities) {
-  bool empty = false;
-  if (!copy_start_tag(name, out, &empty)) return false;
-  if (empty) return true;
-  OpenNames open(name);
-  std::string text;
-  std::string tag;
-  while (!open.empty()) {
-    const NestedToken token = next_nested_token(&text, &tag, expand_entities);
-    if (token == NestedToken::error) return false;
-    *out += text;
-    if (token == NestedToken::start_tag) {
-      if (!copy_start_tag(tag, out, &empty)) return false;
-      if (!empty) open.push(tag);
-    } else if (token == NestedToken::end_tag) {
-      if (tag != open.top()) return false;
-      *out += "</";
-      *out += tag;
-      *out += '>';
-      open.pop();
-    }
-  }
-  return true;
-}
-
-bool c_xml::get_any_element(const std::string& name, std::string* value, elmx_whitespace mode,
-                            bool expand_entities) {
-  value->clear();
-  getter_.set_ws_mode(mode);
-  return copy_element(name, value, expand_entities);
-}
-
-bool c_xml::get_nested_element_value(std::string* value, std::string* end_name,
-                                     elmx_whitespace mode, bool expand_entities) {
-  value->clear();
-  end_name->clear();
-  attributes_.clear();
-  ns_attributes_.clear();
-  getter_.set_ws_mode(mode);
-  std::string text;
-  std::string tag;
-  while (true) {
-    const NestedToken token = next_nested_token(&text, &tag, expand_entities);
-    if (token == NestedToken::error) return false;
-    *value += text;
-    if (token == NestedToken::start_tag) {
-      if (!copy_element(tag, value, expand_entities)) return false;
-    } else if (token == NestedToken::end_tag) {
-      *end_name = tag;
-      return true;
-    }
-  }
 }
 
 }  // namespace lmx

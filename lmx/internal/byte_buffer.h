@@ -63,7 +63,8 @@ inline bool is_equal_short(const char* a, const char* b, std::size_t size) {
 // std::string::assign, without a call unless the string grows.
 inline void store(std::string* out, const char* data, std::size_t size) {
   if (size > out->size()) {
-    out->assign(data, size);
+    out->clear();
+    out->append(data, size);  // a shorter way than that of assign
     return;
   }
   if (size < out->size()) out->erase(size);

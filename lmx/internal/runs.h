@@ -1,0 +1,98 @@
+// Steps over bytes in a window: what may be taken as it stands, in runs.
+#pragma once
+
+#include <cstddef>
+
+#include "lmx/internal/char_table.h"
+
+namespace lmx::internal {
+
+inline unsigned char byte_at(const char* p) { return static_cast<unsigned char>(*p); }
+
+// The length of a UTF-8 sequence that may be copied as it stands, or 0 if the getter has to look at
+// it: what is ill-formed, cut by the window's end or a line end.
+inline int plain_sequence_length(const char* p, const char* end) {
+  const unsigned lead = byte_at(p);
+  if (lead < 0xC2 || lead > 0xF4) return 0;
+  const int length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (end - p < length) return 0;
+  for (int i = 1; i < length; ++i) {
+    if ((byte_at(p + i) & 0xC0) != 0x80) return 0;
+  }
+  const unsigned second = byte_at(p + 1);
+  switch (lead) {
+    case 0xC2:
+      return second == 0x85 ? 0 : length;
+    case 0xE0:
+      return second >= 0xA0 ? length : 0;
+    case 0xE2:
+      return second == 0x80 && byte_at(p + 2) == 0xA8 ? 0 : length;
+    case 0xED:
+      return second <= 0x9F ? length : 0;
+    case 0xF0:
+      return second >= 0x90 ? length : 0;
+    case 0xF4:
+      return second <= 0x8F ? length : 0;
+    default:
+      return length;
+  }
+}
+
+// Passes the bytes that are in none of the classes of `stop`.
+inline const char* pass_plain(const char* p, const char* end, unsigned stop) {
+  while (p != end && !has_mask(*p, stop)) ++p;
+  return p;
+}
+
+// Passes line feeds, well-formed sequences and everything else that is not in `stop` or a byte for
+// the getter. `stop` is k_text_stop or k_value_stop, which hold them all.
+inline const char* pass_run(const char* p, const char* end, unsigned stop, int* lines) {
+  while (true) {
+    p = pass_plain(p, end, stop);
+    if (p == end) return p;
+    if (*p == '\n') {
+      ++*lines;
+      ++p;
+    } else if (const int length = plain_sequence_length(p, end)) {
+      p += length;
+    } else {
+      return p;
+    }
+  }
+}
+
+// Passes white space, with a carriage return only before a line feed.
+inline const char* pass_space(const char* p, const char* end, int* lines) {
+  for (; p != end; ++p) {
+    if (*p == '\t' || *p == ' ') continue;
+    if (*p == '\n') {
+      ++*lines;
+    } else if (!has_mask(*p, k_space) || (*p == '\r' && (end - p < 2 || p[1] != '\n'))) {
+      break;
+    }
+  }
+  return p;
+}
+
+// Passes the bytes of a class.
+inline const char* pass_class(const char* p, const char* end, unsigned mask) {
+  for (; end - p >= 4; p += 4) {
+    if (!has_mask(p[0], mask)) return p;
+    if (!has_mask(p[1], mask)) return p + 1;
+    if (!has_mask(p[2], mask)) return p + 2;
+    if (!has_mask(p[3], mask)) return p + 3;
+  }
+  while (p != end && has_mask(*p, mask)) ++p;
+  return p;
+}
+
+// Passes a name in ASCII and tells where its local part begins.
+inline const char* pass_name(const char* name, const char* end, std::size_t* local_at) {
+  const char* const p = pass_class(name, end, k_ascii_ncname);
+  *local_at = 0;
+  if (p == end || *p != ':') return p;
+  *local_at = static_cast<std::size_t>(p - name) + 1;
+  return pass_class(p, end, k_ascii_name);
+}
+
+}  // namespace lmx::internal
