@@ -1,0 +1,34 @@
+#include "tools/progress.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "tools/terminal.h"
+#include "tools/text.h"
+
+Progress::Progress(std::string activity)
+    : activity_(one_line(activity)), begin_(std::chrono::steady_clock::now()) {
+  if (is_terminal(stderr)) thread_ = std::thread(&Progress::run, this);
+}
+
+Progress::~Progress() {
+  if (!thread_.joinable()) return;
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    is_over_ = true;
+  }
+  over_.notify_one();
+  thread_.join();
+}
+
+void Progress::run() {
+  std::unique_lock<std::mutex> lock(mutex_);
+  int seconds = 0;
+  while (!over_.wait_until(lock, begin_ + std::chrono::seconds(seconds + 1),
+                           [this] { return is_over_; })) {
+    ++seconds;
+    std::fprintf(stderr, "\r%s ... %d s", activity_.c_str(), seconds);
+    std::fflush(stderr);
+  }
+  if (seconds > 0) std::fputs("\r\x1B[K", stderr);
+}
