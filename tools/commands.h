@@ -1,0 +1,14 @@
+// The sub-commands. Each adds its options to the application, and sets *status when it is run.
+#pragma once
+
+#include "tools/exit_status.h"
+
+namespace CLI {
+class App;
+}
+
+void add_validate(CLI::App& app, ExitStatus* status);
+void add_info(CLI::App& app, ExitStatus* status);
+void add_convert(CLI::App& app, ExitStatus* status);
+void add_list(CLI::App& app, ExitStatus* status);
+void add_schema(CLI::App& app, ExitStatus* status);

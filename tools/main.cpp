@@ -1,0 +1,56 @@
+// zol: checks, shows and converts colour-data documents.
+#include <exception>
+#include <new>
+#include <string>
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+#include "tools/commands.h"
+#include "tools/output.h"
+#include "tools/terminal.h"
+
+namespace {
+
+std::string usage_fault(const CLI::App*, const CLI::Error& error) {
+  return "zol: " + std::string(error.what()) + "\nTry 'zol --help'.\n";
+}
+
+ExitStatus run(int argc, char** argv) {
+  CLI::App app("Checks, shows and converts colour-data documents, .zol and .zolz.", "zol");
+  app.set_version_flag("--version", std::string("zol ") + ZOL_VERSION);
+  app.require_subcommand(1);
+  app.failure_message(usage_fault);
+  app.footer(
+      "'zol COMMAND --help' tells more. Exit status: 0 all is well, 1 a fault in a document, "
+      "2 wrong usage, or a file that can't be read or written.");
+
+  ExitStatus status = ExitStatus::ok;
+  add_validate(app, &status);
+  add_info(app, &status);
+  add_convert(app, &status);
+  add_list(app, &status);
+  add_schema(app, &status);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    status = app.exit(error) == 0 ? ExitStatus::ok : ExitStatus::trouble;
+  }
+  return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  use_binary_streams();
+  ExitStatus status = ExitStatus::trouble;
+  try {
+    status = run(argc, argv);
+  } catch (const std::bad_alloc&) {
+    complain("memory", "not enough of it");
+  } catch (const std::exception& error) {
+    complain("error", error.what());
+  }
+  return static_cast<int>(finish_output(status));
+}
