@@ -41,8 +41,9 @@ const char* pass_plain_text(const Window& window, elmx_whitespace mode) {
       mode == elmx_preserve ? internal::k_text_stop : internal::k_text_stop | internal::k_space);
 }
 
-bool is_end_tag_start(const char* p, const char* end) {
-  return end - p >= 2 && p[0] == '<' && p[1] == '/';
+// Does a start or end tag stand here, and no other markup?
+bool is_tag_start(const char* p, const char* end) {
+  return end - p >= 2 && p[0] == '<' && (p[1] == '/' || has_mask(p[1], internal::k_ascii_name));
 }
 
 // Does "</name>" stand here?
@@ -311,21 +312,11 @@ bool c_xml::read_doctype() {
 // The first of the text is in `name`.
 elxp_xml_event c_xml::read_text(std::string* name) {
   getter_.reset_ws_mode();
-  while (true) {
-    Window window;
-    if (getter_.open_window(&window) && can_begin_run(getter_, window)) {
-      int lines = 0;
-      const char* const stop = pass_run(window.at, window.end, internal::k_text_stop, &lines);
-      if (stop != window.at) {
-        getter_.add_run(name, window.at, stop);
-        getter_.take_window(stop, lines);
-      }
-    }
+  while (!take_text_in_window(name)) {
     const int c = get();
     if (c < 0 || c == '<') {
       unget(c);
-      content_begun_ = true;
-      return elxp_text;
+      break;
     }
     if (c != '&') {
       getter_.add_char_wsp(name, c, false);
@@ -333,6 +324,21 @@ elxp_xml_event c_xml::read_text(std::string* name) {
       return elxp_error;
     }
   }
+  content_begun_ = true;
+  return elxp_text;
+}
+
+// Takes a run of text, if there is one in the window. True if a tag follows, which is left there.
+bool c_xml::take_text_in_window(std::string* out) {
+  Window window;
+  if (!getter_.open_window(&window) || !can_begin_run(getter_, window)) return false;
+  int lines = 0;
+  const char* const stop = pass_run(window.at, window.end, internal::k_text_stop, &lines);
+  if (stop != window.at) {
+    getter_.add_run(out, window.at, stop);
+    getter_.take_window(stop, lines);
+  }
+  return is_tag_start(stop, window.end);
 }
 
 // Entered after "<![".
@@ -360,23 +366,14 @@ bool c_xml::get_element_value(std::string* value, elmx_whitespace mode, bool exp
   Window window;
   if (getter_.open_window(&window)) {
     const char* const stop = pass_plain_text(window, mode);
-    if (is_end_tag_start(stop, window.end)) {
+    if (is_tag_start(stop, window.end)) {
       internal::store(value, window.at, static_cast<std::size_t>(stop - window.at));
       if (stop != window.at) getter_.take_window(stop, 0);
       return true;
     }
   }
   value->clear();
-  while (true) {
-    if (getter_.open_window(&window) && can_begin_run(getter_, window)) {
-      int lines = 0;
-      const char* const stop = pass_run(window.at, window.end, internal::k_text_stop, &lines);
-      if (stop != window.at) {
-        getter_.add_run(value, window.at, stop);
-        getter_.take_window(stop, lines);
-      }
-      if (is_end_tag_start(stop, window.end)) return true;
-    }
+  while (!take_text_in_window(value)) {
     int c = get();
     if (c < 0) {
       getter_.error(elmx_error_level, elmx_unexpected_end, "Premature end of file encountered");
@@ -405,6 +402,7 @@ bool c_xml::get_element_value(std::string* value, elmx_whitespace mode, bool exp
       return true;
     }
   }
+  return true;
 }
 
 bool c_xml::take_simple_value(const std::string& name, elmx_whitespace mode, std::string* value) {

@@ -183,6 +183,7 @@ class ZOL_API c_xml {
   bool read_declaration(std::string* name, elxp_xml_event* event);
   bool read_doctype();
   elxp_xml_event read_text(std::string* name);
+  bool take_text_in_window(std::string* out);
   bool read_cdata(std::string* out);
 
   const char* take_attributes_in_window(const char* at, const char* end, int* lines);
