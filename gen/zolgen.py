@@ -6,6 +6,7 @@
     zolgen.py reference --schema DIR --out DIR             reference pages in Markdown
     zolgen.py bridge --schema DIR --api FILE --out DIR     the flat exports and their names
     zolgen.py bridge-smoke --schema DIR --api FILE --out DIR   a test that calls them all
+    zolgen.py managed --schema DIR --api FILE --out DIR    the C# classes over them
     zolgen.py model --schema DIR --list                    the files that would be written
 
 A file is touched only if its text changes, so that a build compiles no more than it must.
@@ -18,6 +19,7 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
 import emit_bridge  # noqa: E402
+import emit_managed  # noqa: E402
 import emit_model  # noqa: E402
 import emit_reference  # noqa: E402
 import emit_smoke  # noqa: E402
@@ -29,6 +31,7 @@ import schema  # noqa: E402
 EMITTERS = {
     "bridge": emit_bridge.emit,
     "bridge-smoke": emit_smoke.emit,
+    "managed": emit_managed.emit,
     "model": emit_model.emit,
     "reference": emit_reference.emit,
     "xsd": emit_xsd.emit,
@@ -53,8 +56,8 @@ def main():
     options = parser.parse_args()
     try:
         model = resolve.Model(schema.read_directory(options.schema), options.namespace)
-        if options.output.startswith("bridge") and options.api is None:
-            parser.error("the bridge needs --api")
+        if options.api is None and options.output in ("bridge", "bridge-smoke", "managed"):
+            parser.error("the flat interface needs --api")
         model.api = exports.read_api(options.api)
         files = EMITTERS[options.output](model)
     except schema.SchemaError as error:

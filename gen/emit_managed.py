@@ -1,0 +1,334 @@
+"""Prints the managed assembly: a proxy class for every wrapped class, over the flat exports.
+
+    managed/Zol_<table file>.cs      the proxies, with their enumerations
+    managed/Native_<table file>.cs   the imports
+    managed/elmx_error.cs            the error codes, read from where they are declared
+
+What every proxy shares is written by hand in bridge/managed.
+"""
+
+import pathlib
+import re
+
+import exports
+from emit_bridge import HAND_WRITTEN
+from printer import Printer, block
+from rows import enumerator
+
+BANNER = "// Generated from {table} by gen/emit_managed.py: edit those, not this."
+ERRORS = pathlib.Path(__file__).parent.parent / "lmx" / "errors.h"
+
+# How a kind of argument crosses, and what the caller sees.
+NATIVE = {"bool": "bool", "int": "int", "uint": "uint", "byte": "uint", "long": "int",
+          "ulong": "uint", "enum": "int", "code": "int", "float": "float", "double": "double",
+          "text": "byte[]", "chars": "byte[]", "wide": "string", "bytes": "byte[]",
+          "identity": "IntPtr", "handle": "HandleRef", "void": "void"}
+NATIVE_RESULTS = {"text": "IntPtr", "wide": "IntPtr", "handle": "IntPtr"}
+PUBLIC = {**NATIVE, "byte": "byte", "text": "string", "chars": "string", "code": "elmx_error",
+          "handle": "IntPtr"}
+
+# The managed classes have these by hand, over functions that let no exception out.
+GUARDED = ("_CSharp_Zol_loadFile", "_CSharp_Zol_writeFile")
+
+
+def emit(model):
+    """All files as a dictionary from path to text."""
+    listed = [e for e in exports.all_exports(model) if e.table != HAND_WRITTEN]
+    files = {"managed/elmx_error.cs": emit_errors()}
+    for table in dict.fromkeys(export.table for export in listed):
+        mine = [export for export in listed if export.table == table]
+        stem = pathlib.Path(table).stem
+        files[f"managed/Native_{stem}.cs"] = emit_imports(table, mine)
+        files[f"managed/Zol_{stem}.cs"] = emit_proxies(model, table, mine)
+    return files
+
+
+def emit_errors():
+    body = re.search(r"enum elmx_error[^{]*\{(.*?)\};", ERRORS.read_text(encoding="utf-8"), re.S)[1]
+    out = Printer()
+    out.emit("""
+        $banner$
+        namespace ZolModule
+        {
+          /// <summary>What an operation gives: 0, or why it failed.</summary>
+          public enum elmx_error
+          {
+            $codes$
+          }
+        }
+        """, banner=BANNER.format(table="lmx/errors.h"),
+        codes="\n".join(f"{name} = {number}," for name, number in
+                        re.findall(r"(elmx_\w+) = (\d+)", body)))
+    return out.text()
+
+
+def emit_imports(table, listed):
+    out = Printer()
+    out.emit("""
+        $banner$
+        using System;
+        using System.Runtime.InteropServices;
+
+        namespace ZolModule
+        {
+          internal static partial class Native
+          {
+        """, banner=BANNER.format(table=table))
+    for export in listed:
+        name = export.name.replace("_CSharp_", "")
+        result = NATIVE_RESULTS.get(export.result, NATIVE[export.result])
+        parameters = ", ".join(f"{native_type(export, p)} {p.name}" for p in export.parameters)
+        out.raw(f'[DllImport(Library, EntryPoint = Prefix + "{name}", CharSet = CharSet.Unicode)]\n'
+                f"internal static extern {result} {name}({parameters});", indent=4)
+    out.raw("  }\n}")
+    return out.text()
+
+
+def is_foreign(parameter):
+    """An object that the managed side cannot make: it passes on what native code gave it."""
+    return parameter.kind == "handle" and parameter.name != "self" and parameter.tested is None
+
+
+def native_type(export, parameter):
+    if parameter.name == "error" and parameter.kind == "handle":
+        return "out int"
+    if parameter.kind == "identity" and export.family == "id_set":
+        return "byte[]"
+    return "IntPtr" if is_foreign(parameter) else NATIVE[parameter.kind]
+
+
+def managed(name):
+    """The proxy of a C++ class."""
+    return re.sub(r"^tc_", "c_", exports.short(name))
+
+
+def emit_proxies(model, table, listed):
+    out = Printer()
+    out.emit("""
+        $banner$
+        using System;
+        using System.Runtime.InteropServices;
+
+        namespace ZolModule
+        {
+        """, banner=BANNER.format(table=table))
+    owners = list(dict.fromkeys(export.owner for export in listed))
+    for owner in owners:
+        mine = [export for export in listed if export.owner == owner]
+        if owner != owners[0]:
+            out.blank()
+        if owner is None:
+            emit_functions(out, mine)
+        else:
+            ProxyClass(model, owner, mine).emit(out)
+    out.raw("}")
+    return out.text()
+
+
+def emit_functions(out, listed):
+    out.raw("/// <summary>The free functions and constants of the runtime.</summary>\n"
+            "public static class lmx\n{", indent=2)
+    for export in listed:
+        out.raw(method(export, static=True), indent=4)
+    out.raw("}", indent=2)
+
+
+class ProxyClass:
+    def __init__(self, model, name, listed):
+        self.info = model.classes.get(name)
+        self.name = name
+        self.listed = listed
+
+    def emit(self, out):
+        info, name = self.info, self.name
+        base = info.schema.base if info and info.schema.base else None
+        summary = (info.comment if info else "") or f"The class {name}."
+        if base and info.is_wrapper:
+            summary = f"The element {name}, of type {base}."
+        deletes = any(export.family == "destructor" for export in self.listed)
+        upcast = f"Native.{name}Upcast(new HandleRef(null, handle))" if base else None
+        head = Printer()
+        head.emit("""
+            /// <summary>$summary$</summary>
+            public partial class $Class$ : $Base$
+            {
+              private readonly IntPtr self;
+              private HandleRef Self { get { return Use(self); } }
+
+              internal $Class$(IntPtr handle, bool owned, Proxy parent)
+                : base($upcast$owned, parent)
+              {
+                self = handle;
+              }
+
+              internal static $new$$Class$ Wrap(IntPtr handle, bool owned, Proxy parent)
+              {
+                return handle == IntPtr.Zero ? null : new $Class$(handle, owned, parent);
+              }
+
+              internal static HandleRef Of($Class$ proxy)
+              {
+                return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
+              }
+
+              internal override void Delete() { $delete$ }
+            """, summary=summary.replace("&", "&amp;").replace("<", "&lt;"),
+            Class=name, new="new " if base else "", Base=base or "Proxy", upcast=upcast + ", " if base else "",
+            delete=f"Native.delete_{name}(new HandleRef(this, self));" if deletes else "")
+        out.raw(head.text(), indent=2)
+        for text in self.enumerations():
+            out.blank()
+            out.raw(text, indent=4)
+        out.blank()
+        for export in self.listed:
+            if export.family in ("destructor", "upcast") or export.name in GUARDED:
+                continue
+            text = constructor(self.name, export) if export.family == "constructor" \
+                else method(export, hides=self.hides(export))
+            out.raw(text, indent=4)
+        out.raw("  }")
+
+    def enumerations(self):
+        if self.info is None:
+            return
+        for row in self.info.rows:
+            if row.enum:
+                values = [f"{row.name}_unknown"]
+                values += [enumerator(row, value) for value in row.enum_values]
+                yield enumeration(f"Eenum_{row.name}", enumerate(values))
+        if self.info.alternatives:
+            rows = [(number, f"chosen_{row.name}")
+                    for number, row in enumerate(self.info.alternatives)]
+            yield enumeration("elmx_chosen", rows + [(self.info.none, "chosen_none")])
+
+    def hides(self, export):
+        """Whether a base class has an operation of this name and these parameters."""
+        if self.info is None or self.info.base is None:
+            return False
+        lineage = self.info.lineage[1:]
+        if export.row is not None:
+            return any(base.find_row(export.row.name) is not None for base in lineage)
+        operation = exported_operation(export)
+        if operation == "swap":
+            return False  # takes its own class
+        if operation in ("clone", "getid", "has_id", "id_get", "id_set"):
+            return True
+        if operation == "factory":
+            return any(base.factory for base in lineage)
+        if operation in ("reset", "is_occurs_ok"):
+            return any(base.own_lifetime for base in lineage)
+        return operation in ("ns_map", "marshal", "unmarshal") and any(
+            base.document_bridged for base in lineage)
+
+
+def enumeration(name, numbered):
+    return f"public enum {name}\n{{\n{block([f'{n} = {i},' for i, n in numbered], 2)}\n}}"
+
+
+def exported_operation(export):
+    rest = export.name[len(f"_CSharp_{export.owner}_"):] if export.owner else \
+        export.name[len("_CSharp_"):]
+    return re.sub(r"__SWIG_\d+$", "", rest)
+
+
+def public_type(export, parameter):
+    if parameter.kind == "handle" and parameter.name == "error":
+        return "out elmx_error"
+    if parameter.kind == "handle" and parameter.tested:
+        return managed(parameter.type)
+    if parameter.kind == "identity" and export.family == "id_set":
+        return "string"
+    if parameter.kind == "enum":
+        return f"Eenum_{export.row.name}"
+    return PUBLIC[parameter.kind]
+
+
+def argument(export, parameter):
+    name = parameter.name
+    if name == "self" and parameter.kind == "handle":
+        return "Self"
+    if parameter.kind == "handle" and name == "error":
+        return "out code"
+    if parameter.kind == "handle" and parameter.tested:
+        return f"{managed(parameter.type)}.Of({name})"
+    if parameter.kind in ("text", "chars") or export.family == "id_set":
+        return f"Text.Narrow({name})"
+    if parameter.kind in ("enum", "code"):
+        return f"(int){name}"
+    if parameter.kind == "uint" and name == "size" and has_bytes(export):
+        return "Text.Size(" + next(p.name for p in export.parameters if p.kind == "bytes") + ")"
+    if name == "index" and export.family == "field get" and export.gives and \
+            export.gives.startswith("lmx::") or name == "index" and export.result == "wide":
+        return f"Below(index, size_{export.row.name}())"
+    return name
+
+
+def has_bytes(export):
+    return any(p.kind == "bytes" for p in export.parameters)
+
+
+def parameters(export):
+    """What the caller passes: neither the object nor the size of an array."""
+    return ", ".join(f"{public_type(export, p)} {p.name}" for p in export.parameters
+                     if p.name != "self" and not (p.name == "size" and has_bytes(export)))
+
+
+def call(export):
+    name = export.name.replace("_CSharp_", "")
+    text = f"Native.{name}({', '.join(argument(export, p) for p in export.parameters)})"
+    if any(p.message for p in export.parameters) and export.result != "void":
+        return f"Pending.Checked({text})"
+    return text
+
+
+def constructor(name, export):
+    if any(p.name == "error" and p.kind == "handle" for p in export.parameters):
+        plain = ", ".join(p.name for p in export.parameters if p.name not in ("error", "size"))
+        return f"""\
+public {name}({parameters(export)}) : this(Make({plain}, out error), true, null) {{ }}
+private static IntPtr Make({parameters(export)})
+{{
+  int code;
+  IntPtr handle = {call(export)};
+  error = (elmx_error)code;
+  return handle;
+}}"""
+    head, chain = f"public {name}({parameters(export)})", f": this({call(export)}, true, null) {{ }}"
+    return f"{head} {chain}" if len(head + chain) <= 95 else f"{head}\n  {chain}"
+
+
+def method(export, static=False, hides=False):
+    operation = exported_operation(export)
+    static = static or not any(p.name == "self" for p in export.parameters)
+    words = "public " + ("new " if hides else "") + ("static " if static else "")
+    if export.family == "constants":
+        name = operation[:-len("_get")]
+        return f"public static int {name} {{ get {{ return {call(export)}; }} }}"
+    result, value = PUBLIC[export.result], call(export)
+    parent = "null" if export.owned or static else "this"
+    if export.gives:
+        result = managed(export.gives)
+        value = f"{result}.Wrap({value}, {str(export.owned).lower()}, {parent})"
+    elif export.result in ("text", "wide"):
+        value = f"Text.Take{'Narrow' if export.result == 'text' else ''}({value})"
+    elif export.result == "enum":
+        result = f"Eenum_{export.row.name}"
+        value = f"({result}){value}"
+    elif export.family == "choice":
+        result, value = "elmx_chosen", f"(elmx_chosen){value}"
+    elif export.result in ("code", "byte"):
+        value = f"({result}){value}"
+    lines = []
+    if export.family == "list back":
+        lines.append(f"Below(0, size_{export.row.name}());")
+    if export.name == "_CSharp_stringncompare":
+        lines.append("Text.Position(a, pos);")
+    if export.result == "void":
+        lines.append(f"{value};")
+        if any(p.message for p in export.parameters):
+            lines.append("Pending.Check();")
+    else:
+        lines.append(f"return {value};")
+    head = f"{words}{result} {operation}({parameters(export)})"
+    short = f"{head} {{ {' '.join(lines)} }}"
+    return short if len(short) <= 96 else f"{head}\n{{\n{block(lines, 2)}\n}}"
