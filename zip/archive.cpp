@@ -36,7 +36,13 @@ std::wstring name_of_full_path(const CZipPathComponent& parts) {
 
 CZipArchive::CZipArchive() : central_dir_(storage_) {}
 
-CZipArchive::~CZipArchive() { CZipArchive::Close(closeAfterException); }
+CZipArchive::~CZipArchive() {
+  try {
+    CZipArchive::Close(closeAfterException);
+  } catch (...) {
+    // Only a client's file or compressor can be the cause.
+  }
+}
 
 void CZipArchive::CreateCryptograph(std::uint8_t) { cryptograph_.reset(); }
 

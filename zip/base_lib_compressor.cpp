@@ -42,7 +42,7 @@ void LibraryMemory::release(void* opaque, void* block) noexcept {
 }
 
 void LibraryMemory::free_all() noexcept {
-  while (first_ != nullptr) release(this, first_ + 1);
+  while (first_ != nullptr) ::operator delete[](std::exchange(first_, first_->next));
 }
 
 }  // namespace internal

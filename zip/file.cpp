@@ -103,5 +103,5 @@ void CZipFile::Write(const void* buffer, std::uint32_t count) {
 }
 
 CZipFile::~CZipFile() {
-  if (!IsClosed() && is_ours_) port::close_handle(handle_);
+  if (handle_ != -1 && is_ours_) port::close_handle(handle_);
 }
