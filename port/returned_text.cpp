@@ -44,13 +44,16 @@ void* allocate(std::size_t bytes) {
 }  // namespace
 
 char16_t* give_wide(const std::wstring& text) {
+  // Nearly every text has only units, and is copied in one straight loop.
   std::size_t units = text.size();
-  if constexpr (sizeof(wchar_t) > sizeof(char16_t)) {
-    units += static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](wchar_t c) { return c > k_last_unit; }));
-  }
+  for (const wchar_t c : text) units += c > k_last_unit;
   char16_t* const out = static_cast<char16_t*>(allocate(units * sizeof(char16_t)));
   if (out == nullptr) return nullptr;
+  if (units == text.size()) {
+    std::transform(text.begin(), text.end(), out,
+                   [](wchar_t c) { return static_cast<char16_t>(c); });
+    return out;
+  }
   char16_t* to = out;
   for (const wchar_t c : text) {
     if (c <= k_last_unit) {
