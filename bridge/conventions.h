@@ -48,6 +48,13 @@
 #define ZOL_EXPORT extern ZOL_VISIBLE
 #endif
 
+/* The functions of zol_helpers.h, which zol.def does not list. */
+#if defined(_WIN32) && !defined(_WIN64)
+#define ZOL_HELPER ZOL_EXPORT __declspec(dllexport)
+#else
+#define ZOL_HELPER ZOL_EXPORT
+#endif
+
 typedef void(ZOL_CALL* ExceptionCallback)(const char* message);
 typedef void(ZOL_CALL* ArgumentCallback)(const char* message, const char* parameter);
 typedef char*(ZOL_CALL* StringCallback)(const char* text);

@@ -4,8 +4,8 @@
 #include "bridge/conventions.h"
 
 /* Of a text that a function gave: its bytes without the terminator (0 for null), and its end. */
-ZOL_EXPORT unsigned ZOL_CALL zol_text_bytes(const void* text);
-ZOL_EXPORT void ZOL_CALL zol_text_free(void* text);
+ZOL_HELPER unsigned ZOL_CALL zol_text_bytes(const void* text);
+ZOL_HELPER void ZOL_CALL zol_text_free(void* text);
 
 /* How a file operation ended. Texts are the client's; null means none. */
 typedef struct zol_report {
@@ -17,7 +17,7 @@ typedef struct zol_report {
 } zol_report;
 
 /* Frees the texts of a report and makes it all zero. */
-ZOL_EXPORT void ZOL_CALL zol_report_clear(zol_report* report);
+ZOL_HELPER void ZOL_CALL zol_report_clear(zol_report* report);
 
 /* File operations that nothing is thrown through. `zol` is the handle of a Zol; `report` may be null,
  * and what was in it is overwritten, not freed.
@@ -26,7 +26,7 @@ ZOL_EXPORT void ZOL_CALL zol_report_clear(zol_report* report);
  * after a failure, what it was before; a saved file takes the place of the older one only when it is
  * complete. zol_load_file and zol_write_file do what _CSharp_Zol_loadFile and writeFile do, and know
  * neither line nor item; where those let an exception out, they give 1000. */
-ZOL_EXPORT int ZOL_CALL zol_open_file(void* zol, const char16_t* path, zol_report* report);
-ZOL_EXPORT int ZOL_CALL zol_save_file(void* zol, const char16_t* path, zol_report* report);
-ZOL_EXPORT int ZOL_CALL zol_load_file(void* zol, const char16_t* path, zol_report* report);
-ZOL_EXPORT int ZOL_CALL zol_write_file(void* zol, const char16_t* path, zol_report* report);
+ZOL_HELPER int ZOL_CALL zol_open_file(void* zol, const char16_t* path, zol_report* report);
+ZOL_HELPER int ZOL_CALL zol_save_file(void* zol, const char16_t* path, zol_report* report);
+ZOL_HELPER int ZOL_CALL zol_load_file(void* zol, const char16_t* path, zol_report* report);
+ZOL_HELPER int ZOL_CALL zol_write_file(void* zol, const char16_t* path, zol_report* report);

@@ -90,7 +90,7 @@ class Export:
 
 def all_exports(model):
     """Every function, class by class, then what belongs to none."""
-    exports, api = [], model.api
+    exports, api = [], model.api or Api()
     for info in model.classes.values():
         exports += ModelClass(info).exports()
     for declared in api.classes:
@@ -394,11 +394,8 @@ _LINE = re.compile(r"(?P<static>static )?(?:(?P<result>\w+) )?(?P<name>\w+)(?:#(
 
 
 def read_api(path):
-    """The declarations of bridge/values.api, whose head tells how to read it; none without a path."""
-    api, current = Api(), None
-    if path is None:
-        return api
-    path = pathlib.Path(path)
+    """The declarations of bridge/values.api, whose head tells how to read it."""
+    api, current, path = Api(), None, pathlib.Path(path)
     for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
         where = Where(path.name, number)
         text = line.split("//")[0].rstrip()

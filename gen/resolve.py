@@ -25,6 +25,7 @@ class Model:
     def __init__(self, schema, namespace=None):
         self.schema = schema
         self.namespace = namespace
+        self.api = None  # what the flat interface has beside the schema: exports.read_api
         self.enums = schema.enums
         self.classes = {name: ClassInfo(self, c) for name, c in schema.classes.items()}
         _check(self)

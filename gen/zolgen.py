@@ -58,7 +58,8 @@ def main():
         model = resolve.Model(schema.read_directory(options.schema), options.namespace)
         if options.api is None and options.output in ("bridge", "bridge-smoke", "managed"):
             parser.error("the flat interface needs --api")
-        model.api = exports.read_api(options.api)
+        if options.api is not None:
+            model.api = exports.read_api(options.api)
         files = EMITTERS[options.output](model)
     except schema.SchemaError as error:
         sys.exit(f"zolgen: {error}")
