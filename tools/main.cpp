@@ -2,6 +2,7 @@
 #include <exception>
 #include <new>
 #include <string>
+#include <vector>
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -13,8 +14,11 @@
 
 namespace {
 
-std::string usage_fault(const CLI::App*, const CLI::Error& error) {
-  return "zol: " + std::string(error.what()) + "\nTry 'zol --help'.\n";
+std::string usage_fault(const CLI::App* app, const CLI::Error& error) {
+  const std::vector<std::string> unknown = app->remaining();
+  const bool is_unknown_command = app->get_subcommands().empty() && !unknown.empty();
+  return "zol: " + (is_unknown_command ? "There is no command " + unknown.front() : error.what()) +
+         "\nTry 'zol --help'.\n";
 }
 
 ExitStatus run(int argc, char** argv) {
