@@ -1,0 +1,519 @@
+#!/usr/bin/env python3
+"""Drives the built command: zol_test.py COMMAND SCHEMA [unittest options]."""
+
+import csv
+import io
+import json
+import os
+import pathlib
+import pty
+import random
+import re
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+import xml.etree.ElementTree as ElementTree
+import zipfile
+
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
+SAMPLES = sorted((SOURCE / "examples/documents").glob("*.zol"))
+NAMESPACE = ElementTree.parse(SAMPLES[0]).getroot().tag[1:].split("}")[0]
+FAULT = re.compile(r"(.*):(\d+): error (\d+): (.*) \('(.*)'\)")
+COMMAND = SCHEMA = None
+
+COLOR = """<Zol:Color ColorName="NAME" UniqueID="id">
+  <Zol:ChangeHistory>2026-01-02T03:04:05Z</Zol:ChangeHistory>
+  <Zol:ColorSpaceCIELab>
+    <Zol:ChangeHistory>2026-01-02T03:04:05Z</Zol:ChangeHistory>
+    <Zol:ColorSpaceSpecificationSpectrumTristimulus xsi:nil="true"/>
+    <Zol:L>53.2</Zol:L>
+    <Zol:A>80.1</Zol:A>
+    <Zol:B>67.2</Zol:B>
+  </Zol:ColorSpaceCIELab>
+</Zol:Color>
+"""
+HEADER = """<Zol:Header>
+<Zol:Creator>someone</Zol:Creator>
+<Zol:CreatorVersion>1</Zol:CreatorVersion>
+<Zol:ChangeHistory>2026-01-02T03:04:05Z</Zol:ChangeHistory>
+<Zol:Purpose>test</Zol:Purpose>
+</Zol:Header>
+"""
+
+
+def document(*parts, frame=""):
+    return (f'<?xml version="1.0" encoding="UTF-8"?>\n<Zol:Zol xmlns:Zol="{NAMESPACE}" '
+            f'xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance">\n<Zol:Preamble>\n{HEADER}{frame}'
+            f'</Zol:Preamble>\n{"".join(parts)}</Zol:Zol>\n')
+
+
+def color(name="red"):
+    return COLOR.replace("NAME", name)
+
+
+def palette(*colors):
+    stamp = "<Zol:ChangeHistory>2026-01-02T03:04:05Z</Zol:ChangeHistory>\n"
+    return (f'<Zol:Palette PaletteName="p">\n{stamp}<Zol:ColorSet ColorSetName="s">\n{stamp}'
+            f'{"".join(colors)}</Zol:ColorSet>\n</Zol:Palette>\n')
+
+
+def run(*arguments, data=None, **options):
+    return subprocess.run([COMMAND, *map(str, arguments)], input=data, capture_output=True,
+                          timeout=120, **options)
+
+
+class CommandTest(unittest.TestCase):
+    def setUp(self):
+        self.directory = pathlib.Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.directory)
+
+    def write(self, text, name="case.zol"):
+        path = self.directory / name
+        path.write_bytes(text if isinstance(text, bytes) else text.encode())
+        return path
+
+    def expect(self, status, *arguments, **options):
+        result = run(*arguments, **options)
+        self.assertEqual(result.returncode, status, (arguments, result.stderr))
+        return result
+
+    def faults(self, text, *arguments):
+        """The faults of a document as (line, code, item)."""
+        path = self.write(text)
+        result = run("validate", "-q", path, *arguments)
+        self.assertEqual(result.stdout, b"")
+        faults = []
+        for line in result.stderr.decode().splitlines():
+            match = FAULT.fullmatch(line)
+            self.assertIsNotNone(match, line)
+            self.assertEqual(match[1], str(path))
+            faults.append((int(match[2]), int(match[3]), match[5]))
+        self.assertEqual(result.returncode, 1 if faults else 0)
+        return faults
+
+
+class UsageTest(CommandTest):
+    def test_help_everywhere(self):
+        for command in ([], ["validate"], ["info"], ["convert"], ["list"], ["schema"]):
+            result = self.expect(0, *command, "--help")
+            self.assertIn(b"Usage: zol", result.stdout)
+        self.assertRegex(self.expect(0, "--version").stdout, rb"^zol \d+\.\d+\.\d+\n$")
+
+    def test_faults_in_arguments_name_the_option(self):
+        for arguments, words in {
+            (): b"subcommand",
+            ("validate",): b"FILE",
+            ("validate", "--max", "no", "x"): b"--max",
+            ("validate", "--max", "0", "x"): b"--max",
+            ("validate", "--first", "--max", "2", "x"): b"--max",
+            ("info", "a", "--yaml"): b"--yaml",
+            ("convert", "a.zol"): b"OUT",
+            ("convert", "a.zol", "b.xml"): b"OUT",
+            ("dance",): b"dance",
+        }.items():
+            with self.subTest(arguments):
+                result = self.expect(2, *arguments)
+                self.assertIn(words, result.stderr)
+                self.assertEqual(result.stdout, b"")
+
+    def test_schema(self):
+        self.assertEqual(self.expect(0, "schema").stdout, pathlib.Path(SCHEMA).read_bytes())
+
+    def test_manual_and_completion_know_every_option(self):
+        manual = (SOURCE / "tools/zol.1").read_text().replace("\\-", "-")
+        completion = (SOURCE / "tools/zol.bash").read_text()
+        for command in ("validate", "info", "convert", "list", "schema"):
+            words = re.findall(rb"--[a-z]+", self.expect(0, command, "--help").stdout)
+            for word in {command} | {word.decode() for word in words}:
+                self.assertIn(word, manual)
+                self.assertIn(word, completion)
+
+    def test_completion(self):
+        (self.directory / "a.zol").touch()
+        (self.directory / "b.zolz").touch()
+        (self.directory / "c.txt").touch()
+        for words, expected in {
+            ("con",): {"convert"},
+            ("validate", "--m"): {"--max"},
+            ("validate", ""): {"a.zol", "b.zolz"},
+            ("validate", "--max", ""): set(),
+            ("schema", ""): set(),
+        }.items():
+            script = ('source "$0"; COMP_WORDS=(zol "$@"); COMP_CWORD=$#; _zol; '
+                      'printf "%s\\n" "${COMPREPLY[@]}"')
+            result = subprocess.run(["bash", "-c", script, SOURCE / "tools/zol.bash", *words],
+                                    cwd=self.directory, capture_output=True, text=True, check=True)
+            self.assertEqual(set(result.stdout.split()), expected, words)
+
+
+class ValidateTest(CommandTest):
+    def test_samples_are_valid(self):
+        result = self.expect(0, "validate", *SAMPLES)
+        self.assertEqual(result.stderr, b"")
+        self.assertEqual(result.stdout.decode().splitlines(), [f"{path}: valid" for path in SAMPLES])
+
+    # What is replaced in a good document, by what, and the faults: (text in the line, code, item).
+    LAST = ("#late#", 35, "Zol:B")
+    CASES = {
+        "two values": ("<Zol:L>53.2</Zol:L>\n    <Zol:A>80.1", "<Zol:L>153.2</Zol:L>\n    <Zol:A>x",
+                       [("153.2", 36, "Zol:L"), ("<Zol:A>x", 35, "Zol:A")]),
+        "an unknown attribute for a required one": (
+            'ColorName="red"', 'Colour="red"',
+            [('Colour="red"', 39, "Zol:Color"), ('Colour="red"', 25, "ColorType")]),
+        "an attribute twice": ('UniqueID="id"', 'UniqueID="id" UniqueID="di"',
+                               [('"di"', 3, "UniqueID")]),
+        "a misspelt element": ("<Zol:Creator>someone</Zol:Creator>",
+                               "<Zol:Creatr>someone</Zol:Creatr>", [("Creatr>", 21, "Zol:Creator")]),
+        "two elements missing": (
+            "<Zol:L>53.2</Zol:L>\n    <Zol:A>80.1</Zol:A>\n", "",
+            [("<Zol:B>67.2</Zol:B>", 21, "Zol:L"), ("<Zol:B>67.2</Zol:B>", 21, "Zol:A")]),
+        "all elements missing": (HEADER, "<Zol:Header></Zol:Header>\n",
+                                 [("Header></Zol:Header", 32, "Zol:Header")]),
+        "a stray element with content": (
+            "<Zol:A>", "<Zol:X a='>'><b/>text</Zol:X><Zol:A>", [("<Zol:X", 21, "Zol:A")]),
+        "a stray element at the end": ("</Zol:ColorSpaceCIELab>", "<Zol:X/></Zol:ColorSpaceCIELab>",
+                                       [("<Zol:X/>", 10, "Zol:ColorSpaceCIELab")]),
+        "a stray text": ("<Zol:B>", "text <Zol:B>", [("text", 21, "Zol:B")]),
+        "a space without a history": (
+            "<Zol:ChangeHistory>2026-01-02T03:04:05Z</Zol:ChangeHistory>\n    <Zol:ColorSpaceSp",
+            "<Zol:ColorSpaceSp", [("<Zol:ColorSpaceSp", 21, "Zol:ChangeHistory")]),
+        "an element in a value": ("80.1", "80<b>.1</b>", [("<b>", 10, "Zol:A")]),
+        "an empty element in a value": ("80.1", "80<b/>", [("<b/>", 10, "Zol:A")]),
+        "an unknown entity in a value": ("80.1", "&eight;", [("&eight;", 29, "Zol:A")]),
+    }
+
+    def test_goes_on_past_faults(self):
+        late = color("late").replace("67.2", "#late#")
+        good = document(color(), palette(late))
+        for name, (old, new, expected) in self.CASES.items():
+            for lines in (True, False):
+                with self.subTest(name, lines=lines):
+                    text = good.replace(old, new, 1)
+                    self.assertNotEqual(text, good)
+                    wanted = [*expected, self.LAST]
+                    if not lines:
+                        text = text.replace("\n", " ")
+                    rows = text.split("\n")
+                    wanted = [(1 + next(i for i, row in enumerate(rows) if part in row), code, item)
+                              for part, code, item in wanted] if lines else \
+                             [(1, code, item) for _, code, item in wanted]
+                    self.assertEqual(self.faults(text), wanted)
+                    self.assertEqual(self.faults(text, "--first"), wanted[:1])
+                    self.assertEqual(self.faults(text, "--max", "2"), wanted[:2])
+
+    def test_ends_at_what_cannot_be_passed_over(self):
+        late = color("late").replace("67.2", "#late#")
+        good = document(color(), palette(late))
+        for name, (text, code, item) in {
+            "wrong end tag": (good.replace("</Zol:A>", "</Zol:a>", 1), 10, "Zol:A"),
+            "wrong root": (good.replace("Zol:Zol", "Zol:Zoo"), 16, "Zol:Zoo"),
+            "wrong namespace": (good.replace(NAMESPACE, "urn:x"), 16, "Zol:Zol"),
+            "an undeclared type": (
+                document(color().replace("CIELab", "CMYK", 2).replace(
+                    "<Zol:ColorSpaceCMYK>", '<Zol:ColorSpaceCMYK xsi:type="Zol:Nothing">')),
+                44, "Zol:ColorSpaceCMYK"),
+            "broken tag": (good.replace("<Zol:A>", "<Zol:A x>", 1), 23, "Zol:A"),
+            "empty": ("", 34, ""),
+            "not XML": ("plain text", 34, ""),
+        }.items():
+            with self.subTest(name):
+                faults = self.faults(text)
+                self.assertEqual([fault[1:] for fault in faults], [(code, item)])
+
+    def test_every_cut_gives_few_faults(self):
+        text = document(color(), frame="<Zol:Version><Zol:Version>1</Zol:Version></Zol:Version>")
+        end = text.rindex("</Zol:Zol>") + len("</Zol:Zol>")
+        for size in range(0, end, 13):
+            faults = self.faults(text[:size])
+            self.assertTrue(1 <= len(faults) <= 2, (size, faults))
+            self.assertEqual(self.faults(text[:size], "--first"), faults[:1])
+
+    def test_chance_changes(self):
+        chance = random.Random(5)
+        good = document(color(), palette(color("a"), color("b"))).encode()
+        for _ in range(150):
+            text = bytearray(good)
+            for _ in range(chance.randint(1, 3)):
+                text[chance.randrange(len(text))] = chance.choice(b"<>/&\"' =:;aZ0\0\n\xff")
+            faults = self.faults(bytes(text))
+            self.assertLess(len(faults), 12, bytes(text))
+            self.assertEqual(self.faults(bytes(text), "--first"), faults[:1])
+
+    def test_random_bytes(self):
+        noise = random.Random(7).randbytes(5000)
+        self.assertEqual(len(self.faults(noise)), 1)
+        result = self.expect(1, "validate", self.write(noise, "noise.zolz"))
+        self.assertRegex(result.stderr, rb":0: error 1000: ")
+
+    def test_names_what_cannot_be_written(self):
+        bare = re.sub("<Zol:ColorSpaceCIELab>.*</Zol:ColorSpaceCIELab>\n", "", color("bare"),
+                      flags=re.DOTALL)
+        text = document(color(), bare, palette(color(), color(), bare, bare),
+                        frame="<Zol:Owner><Zol:Person><Zol:Name>x</Zol:Name></Zol:Person>\n"
+                              "<Zol:Person/></Zol:Owner>\n<Zol:Version/>\n")
+        lines = [i + 1 for i, line in enumerate(text.split("\n")) if 'Name="bare"' in line]
+        person = 1 + text[:text.index("<Zol:Person/>")].count("\n")
+        a_set = "/Zol:Zol/Zol:Palette[1]/Zol:ColorSet[1]"
+        self.assertEqual(self.faults(text), [
+            (lines[0], 46, "/Zol:Zol/Zol:Color[2]"),
+            (lines[1], 46, a_set + "/Zol:Color[3]"),
+            (lines[2], 46, a_set + "/Zol:Color[4]"),
+            (person, 46, "/Zol:Zol/Zol:Preamble[1]/Zol:Owner[1]/Zol:Person[2]"),
+        ])
+        self.assertEqual(len(self.faults(text, "--first")), 1)
+        text = text.replace("<Zol:Person/>", "")
+        self.assertEqual(self.faults(text)[-1],
+                         (person + 1, 46, "/Zol:Zol/Zol:Preamble[1]/Zol:Version[1]"))
+
+    def test_what_cannot_be_written_deep_inside(self):
+        parent = "<Zol:ParentColorSpace>\n</Zol:ParentColorSpace>\n<Zol:ChangeHistory>"
+        part = color()
+        at = part.rindex("<Zol:ChangeHistory>")
+        part = part[:at] + parent + part[at + len("<Zol:ChangeHistory>"):]
+        text = document(color(), part.replace("Zol:", "z:")).replace(
+            "<Zol:Zol ", f'<Zol:Zol xmlns:z="{NAMESPACE}" ')
+        line = 1 + text[:text.index("<z:Parent")].count("\n")
+        self.assertEqual(self.faults(text), [
+            (line, 46, "/Zol:Zol/Zol:Color[2]/Zol:ColorSpaceCIELab[1]/Zol:ParentColorSpace[1]")])
+
+    def test_json(self):
+        bad = self.write(document(color().replace("53.2", "-1")), 'quo"te.zol')
+        missing = self.directory / "missing.zol"
+        result = self.expect(2, "validate", "--json", SAMPLES[0], bad, missing)
+        self.assertIn(b"missing.zol", result.stderr)
+        self.assertEqual(json.loads(result.stdout), [
+            {"file": str(SAMPLES[0]), "valid": True, "complete": True, "faults": []},
+            {"file": str(bad), "valid": False, "complete": True, "faults": [
+                {"line": 16, "code": 37, "message": "Value less than specified minimum",
+                 "item": "Zol:L"}]},
+            {"file": str(missing), "trouble": "No such file or directory"}])
+
+    def test_worst_file_decides(self):
+        bad = self.write(document(color().replace("53.2", "-1")))
+        self.expect(0, "validate", SAMPLES[0])
+        self.expect(1, "validate", bad, SAMPLES[0])
+        self.expect(2, "validate", self.directory, bad, SAMPLES[0])
+
+    def test_standard_input(self):
+        text = document(color())
+        archive = io.BytesIO()
+        with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as target:
+            target.writestr("x.zol", text)
+        for data in (text.encode(), archive.getvalue()):
+            self.assertEqual(self.expect(0, "validate", "-", data=data).stdout, b"-: valid\n")
+
+    @unittest.skipIf(os.geteuid() == 0, "root may read everything")
+    def test_unreadable_file(self):
+        path = self.write(document())
+        path.chmod(0)
+        self.assertIn(b"Permission denied", self.expect(2, "validate", path).stderr)
+
+    def test_progress_on_a_terminal(self):
+        ours, theirs = pty.openpty()
+        process = subprocess.Popen([COMMAND, "validate", "-"], stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE, stderr=theirs)
+        time.sleep(1.6)
+        output, _ = process.communicate(document().encode(), timeout=60)
+        os.close(theirs)
+        shown = os.read(ours, 1000)
+        os.close(ours)
+        self.assertEqual(output, b"-: valid\n")
+        self.assertIn(b"Validating - ... 1 s", shown)
+        self.assertTrue(shown.endswith(b"\r\x1b[K"), shown)
+
+    def test_large_document(self):
+        size = int(os.environ.get("ZOL_TEST_MEGABYTES", "100")) * 1_000_000
+        part = color() * 200
+        head, tail = document("|").split("|")
+        path = self.directory / "large.zol"
+        with path.open("w") as stream:
+            stream.write(head)
+            for _ in range(size // len(part)):
+                stream.write(part)
+            stream.write(color().replace("67.2", "b") + tail)
+        begin = time.monotonic()
+        result = self.expect(1, "validate", path)
+        self.assertEqual(len(result.stderr.splitlines()), 1)
+        self.assertIn(b"error 35", result.stderr)
+        self.assertLess(time.monotonic() - begin, 60)
+
+
+def elements(path, name):
+    return ElementTree.parse(path).getroot().iter(f"{{{NAMESPACE}}}{name}")
+
+
+def children(path, parent, name):
+    return [child for element in elements(path, parent)
+            for child in element.findall(f"{{{NAMESPACE}}}{name}")]
+
+
+class ShowTest(CommandTest):
+    def test_counts_agree_with_another_parser(self):
+        for path in SAMPLES:
+            with self.subTest(path.name):
+                shown = json.loads(self.expect(0, "info", "--json", path).stdout)
+                own = children(path, "Zol", "Color")
+                colors = [color for parent in ("Zol", "ColorSet", "Measurement", "Standard")
+                          for color in children(path, parent, "Color")]
+                sets = list(elements(path, "ColorSet"))
+                self.assertEqual(shown["ownColors"], len(own))
+                self.assertEqual([a_set["name"] for palette in shown["palettes"]
+                                  for a_set in palette["colorSets"]],
+                                 [a_set.get("ColorSetName") for a_set in sets])
+                self.assertEqual(len(shown["qualityControl"]),
+                                 len(list(elements(path, "ColorQualityControl"))))
+                self.assertEqual(shown["provenance"][0]["value"].split()[0],
+                                 next(elements(path, "Creator")).text.split()[0])
+                self.assertEqual(len(self.expect(0, "list", path).stdout.splitlines()), len(colors))
+                text = self.expect(0, "info", path).stdout.decode()
+                self.assertIn(f"{len(own)} on their own, {shown['paletteColors']} in palettes", text)
+
+    def test_csv_agrees_with_another_parser(self):
+        path = SOURCE / "examples/documents/named-colours.zol"
+        rows = list(csv.DictReader(io.StringIO(self.expect(0, "list", "--csv", path).stdout.decode())))
+        colors = list(elements(path, "Color"))
+        self.assertEqual(len(rows), len(colors))
+        for row, color in zip(rows, colors):
+            self.assertEqual((row["Name"], row["UniqueID"]),
+                             (color.get("ColorName"), color.get("UniqueID")))
+            for space in ("SRGB", "CIELab"):
+                for axis in color.find(f"{{{NAMESPACE}}}ColorSpace{space}"):
+                    column = f"{space}.{axis.tag.split('}')[1]}"
+                    if column in row:
+                        self.assertEqual(float(row[column]), float(axis.text))
+        self.assertIn("SRGB.Red", rows[0])
+
+    def test_spectra(self):
+        path = SOURCE / "examples/documents/spectra.zol"
+        shown = json.loads(self.expect(0, "info", "--json", path).stdout)
+        points = [point for space, row in (("ColorSpaceSpectral", "ReflectancePoint"),
+                                           ("ColorSpaceEmissiveSpectral", "EmissiveSpectralPoint"))
+                  for point in children(path, space, row)]
+        self.assertEqual(sum(row["points"] * row["count"] for row in shown["spectra"]), len(points))
+        self.assertIn("Spectral.400", self.expect(0, "list", "--csv", path).stdout.decode())
+
+    def test_awkward_names(self):
+        name = 'a "b", c\u001b[31m &amp; \u00e9\u8336\U0001f3a8'
+        plain = 'a "b", c\u001b[31m & \u00e9\u8336\U0001f3a8'
+        path = self.write(document(color(name.replace('"', "&quot;"))))
+        line = self.expect(0, "list", path).stdout.decode().rstrip("\n")
+        self.assertEqual(line.split("\t"), [plain.replace("\u001b", " "), "id",
+                                            "CIELab L=53.2 A=80.1 B=67.2"])
+        rows = list(csv.reader(io.StringIO(self.expect(0, "list", "--csv", path).stdout.decode())))
+        self.assertEqual(rows, [["Name", "UniqueID", "Spaces", "Group", "Part", "CIELab.L",
+                                 "CIELab.A", "CIELab.B"],
+                                [plain, "id", "CIELab", "", "", "53.2", "80.1", "67.2"]])
+
+    def test_faults_are_reported(self):
+        bad = self.write(document(color().replace("53.2", "-1")))
+        for command in ("info", "list"):
+            result = self.expect(1, command, bad)
+            self.assertRegex(result.stderr.decode(), r":16: error 37: .* \('Zol:L'\)")
+            self.assertEqual(result.stdout, b"")
+            self.expect(1, command, "-", data=bad.read_bytes())
+            self.expect(2, command, self.directory)
+            self.expect(2, command, self.directory / "missing.zol")
+
+    def test_reader_that_goes_away(self):
+        head, tail = document("|").split("|")
+        path = self.write(head + color() * 20000 + tail)
+        for ignores in (False, True):
+            before = signal.signal(signal.SIGPIPE, signal.SIG_IGN)
+            try:
+                process = subprocess.Popen([COMMAND, "list", path], stdout=subprocess.PIPE,
+                                           stderr=subprocess.PIPE, restore_signals=not ignores)
+            finally:
+                signal.signal(signal.SIGPIPE, before)
+            process.stdout.readline()
+            process.stdout.close()
+            self.assertEqual(process.stderr.read(), b"")
+            process.stderr.close()
+            self.assertEqual(process.wait(60), 2 if ignores else -signal.SIGPIPE)
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "needs /dev/full")
+    def test_full_output(self):
+        for arguments in (["list", SAMPLES[0]], ["info", SAMPLES[0]], ["schema"], ["--help"],
+                          ["validate", SAMPLES[0]], ["convert", SAMPLES[0], "-"]):
+            with self.subTest(arguments), open("/dev/full", "wb") as full:
+                result = subprocess.run([COMMAND, *arguments], stdout=full, stderr=subprocess.PIPE)
+                self.assertEqual(result.returncode, 2)
+                self.assertIn(b"No space left on device", result.stderr)
+
+
+def without_stamp(text):
+    return re.sub(rb"\s*<Zol:WriteSDKInformation>.*?</Zol:WriteSDKInformation>", b"", text,
+                  flags=re.DOTALL)
+
+
+class ConvertTest(CommandTest):
+    def test_round_trip(self):
+        for path in SAMPLES:
+            with self.subTest(path.name):
+                zipped, plain = self.directory / "a.zolz", self.directory / "b.zol"
+                self.expect(0, "convert", "--force", path, zipped)
+                self.expect(0, "convert", "--force", zipped, plain)
+                with zipfile.ZipFile(zipped) as archive:
+                    self.assertEqual(archive.namelist(), ["a.zol"])
+                    inner = archive.read("a.zol")
+                self.assertEqual(inner, plain.read_bytes())
+                self.expect(0, "validate", plain, zipped)
+                self.assertEqual(self.expect(0, "convert", zipped, "-").stdout, inner)
+                again = self.directory / "c.zol"
+                self.expect(0, "convert", "--force", "-", again, data=inner)
+                self.assertEqual(without_stamp(again.read_bytes()), without_stamp(inner))
+                self.assertEqual(sorted(file.name for file in self.directory.iterdir()),
+                                 ["a.zolz", "b.zol", "c.zol"])
+
+    def test_refuses_to_overwrite(self):
+        target = self.write("precious", "t.zol")
+        result = self.expect(2, "convert", SAMPLES[0], target)
+        self.assertIn(b"--force", result.stderr)
+        self.assertEqual(target.read_text(), "precious")
+        self.expect(0, "convert", "--force", SAMPLES[0], target)
+        self.expect(0, "validate", target)
+
+    def test_onto_itself(self):
+        path = self.write(SAMPLES[0].read_bytes(), "same.zol")
+        self.expect(0, "convert", "-f", path, path)
+        self.expect(0, "validate", path)
+
+    def expect_nothing_changed(self, status, source, name, **options):
+        target = self.write("precious", name)
+        before = sorted(self.directory.iterdir())
+        result = self.expect(status, "convert", "--force", source, target, **options)
+        self.assertNotEqual(result.stderr, b"")
+        self.assertEqual(target.read_text(), "precious")
+        self.assertEqual(sorted(self.directory.iterdir()), before)
+
+    def test_keeps_the_old_file_when_it_fails(self):
+        bad = self.write(document(color().replace("53.2", "-1")))
+        bare = self.write(document(re.sub("<Zol:ColorSpaceCIELab>.*</Zol:ColorSpaceCIELab>\n", "",
+                                          color(), flags=re.DOTALL)), "bare.zol")
+        for name in ("t.zol", "t.zolz"):
+            self.expect_nothing_changed(1, bad, name)
+            self.expect_nothing_changed(1, bare, name)
+            self.expect_nothing_changed(2, self.directory / "missing.zol", name)
+        result = run("convert", "-f", bare, self.directory / "t.zol")
+        self.assertRegex(result.stderr.decode(), r":11: error 46: .* \('/Zol:Zol/Zol:Color\[1\]'\)")
+
+    def test_keeps_the_old_file_on_a_full_disk(self):
+        def limit():
+            # The write that goes too far fails, since the signal is ignored.
+            resource.setrlimit(resource.RLIMIT_FSIZE, (8192, 8192))
+        path = SOURCE / "examples/documents/named-colours.zol"
+        for name in ("t.zol", "t.zolz"):
+            self.expect_nothing_changed(2, path, name, preexec_fn=limit, restore_signals=False)
+
+    def test_no_such_directory(self):
+        result = self.expect(2, "convert", SAMPLES[0], self.directory / "none" / "a.zol")
+        self.assertNotEqual(result.stderr, b"")
+
+
+if __name__ == "__main__":
+    COMMAND, SCHEMA = sys.argv[1:3]
+    unittest.main(argv=[sys.argv[0], *sys.argv[3:]])
