@@ -1,7 +1,7 @@
 """Prints the reference of the format in Markdown: an index, and a page for each table file.
 
     reference/README.md        how to read the pages; every class and element with its place
-    reference/<table>.md       the classes of the table, their rows, their elements, the enumerations
+    reference/<table>.md       the classes of the table, their rows, elements and enumerations
 """
 
 import pathlib
@@ -10,7 +10,8 @@ import re
 from printer import Printer, block
 from rows import enumerator, shape_of
 
-BANNER = "<!-- Generated from model/schema{table} by gen/emit_reference.py: edit those, not this. -->"
+BANNER = ("<!-- Generated from model/schema{table} by gen/emit_reference.py: edit those, "
+          "not this. -->")
 SHAPES = {
     "plain": "Class",
     "simple": "Class with a value as its content",
@@ -83,11 +84,11 @@ def emit_index(model):
         "collapsed". Bounds count on reading and in the setter, and a NaN is outside of every bound.
 
         *Accessors* are prefixes of the row's name: `get set` of a row `Red` are `get_Red()` and
-        `set_Red()`. The content of a class goes by the name of the class. What each accessor does is
-        said once, at the top of `model/Zol.h`. An enumerated row has an enumerator for each value,
-        numbered from 1 in the order given here and named after the value with an underscore for
-        each character that is no letter or digit; the name of the row comes before it unless the
-        value begins so.
+        `set_Red()`. The content of a class goes by the name of the class. What each accessor does
+        is said once, at the top of `model/Zol.h`. An enumerated row has an enumerator for each
+        value, numbered from 1 in the order given here and named after the value with an underscore
+        for each character that is no letter or digit; the name of the row comes before it unless
+        the value begins so.
 
         ## Classes
 
@@ -203,9 +204,10 @@ def holds(row, info):
 def row_cells(row):
     name = "content" if row.kind == "content" else f"`{row.name}`"
     held = row.type_class
-    row_type = f"`{row.type}`" if held is None else described(held)
-    return (name, KINDS[row.kind], row_type if row.kind != "any" else "", occurrence(row),
-            ", ".join(facets_of(row)), f"`{' '.join(accessors_of(row))}`" if accessors_of(row) else "")
+    row_type = "" if row.kind == "any" else f"`{row.type}`" if held is None else described(held)
+    accessors = " ".join(accessors_of(row))
+    return (name, KINDS[row.kind], row_type, occurrence(row), ", ".join(facets_of(row)),
+            f"`{accessors}`" if accessors else "")
 
 
 def occurrence(row):

@@ -43,7 +43,7 @@ def emit(model):
                    targetNamespace=$uri$
                    elementFormDefault="qualified" attributeFormDefault="unqualified">
         """, uri=quoteattr(model.namespace))
-    sections = [("Elements that others refer to. A document begins with Zol.", global_elements(model)),
+    sections = [("Elements by themselves. A document begins with Zol.", global_elements(model)),
                 ("Values.", simple_types(model)), ("Types.", complex_types(model))]
     for title, parts in sections:
         out.blank()
@@ -66,7 +66,8 @@ def wrapped(_name, lines, **attributes):
     """An element around lines, of which there may be none."""
     if not lines:
         return [tag(_name, **attributes)]
-    return [f"<xs:{_name}{spelled(attributes)}>", *("  " + line for line in lines), f"</xs:{_name}>"]
+    inner = ["  " + line for line in lines]
+    return [f"<xs:{_name}{spelled(attributes)}>", *inner, f"</xs:{_name}>"]
 
 
 def spelled(attributes):
