@@ -47,8 +47,9 @@ class Judges:
 
     def library(self, names):
         """By name: code, code of writing, item."""
-        result = subprocess.run([self.program], input="".join(f"{name}\n" for name in names).encode(),
-                                cwd=self.directory, stdout=subprocess.PIPE, check=True)
+        lines = "".join(f"{name}\n" for name in names)
+        result = subprocess.run([self.program], input=lines.encode(), cwd=self.directory,
+                                stdout=subprocess.PIPE, check=True)
         lines = result.stdout.decode("utf-8", "replace").split("\n")[:-1]
         verdicts = {}
         for name, line in zip(names, lines, strict=True):
@@ -80,9 +81,11 @@ class Judges:
                 last[-1] += "\n" + line
         for name, found in messages.items():
             if name in judged:
-                messages[name] = [m for m in found if re.match("element .*: Schemas validity error", m)]
+                messages[name] = [message for message in found
+                                  if re.match("element .*: Schemas validity error", message)]
             else:
-                errors = [m for m in found if re.match("(parser|namespace) error", m)]
+                errors = [message for message in found
+                          if re.match("(parser|namespace) error", message)]
                 messages[name] = errors[:1] or ["no verdict"]
         return messages
 
@@ -103,14 +106,13 @@ def derived(samples, options):
     yield from documents.spellings(namespace)
     for root, element in samples.bases:
         yield from fresh(f"{element.name}", root.text())
-    singles = [(base, edit) for base in samples.bases
-               for node in [base[1], *base[1].children] for edit in documents.edits(node, namespace)]
+    singles = [(base, edit) for base in samples.bases for node in [base[1], *base[1].children]
+               for edit in documents.edits(node, namespace)]
     if not options.all:
         # One of each sort at least, on an element with room inside and on one without, and whatever
         # comes for the rest.
         generator.shuffle(singles)
-        leading = {(edit.label, edit.node.info is not None and edit.node.info.is_blank): (base, edit)
-                   for base, edit in singles}
+        leading = {(edit.label, edit.node.is_blank): (base, edit) for base, edit in singles}
         count = max(0, int(options.documents * share["edits"]) - len(leading))
         singles = [*leading.values(), *singles[:count]]
     for (root, element), edit in singles:
@@ -190,13 +192,14 @@ def report(kinds, counts, faults, both, again, seconds):
     problems = [f"{len(faults)} differences without a kind"] if faults else []
     listed = listed_kinds()
     problems += [f"{name} is not in {PAGE.name}" for name in kinds.names() if name not in listed]
-    problems += [f"{name} in {PAGE.name} is no kind" for name in listed if name not in kinds.names()]
+    problems += [f"{name} in {PAGE.name} is no kind"
+                 for name in listed if name not in kinds.names()]
     problems += [f"{name} did not occur" for name in kinds.names() if not counts[name]]
     for name in kinds.names():
         print(f"{counts[name]:7} {name}")
-    print(f"{sum(both.values())} documents in {seconds:.1f} s: both accept {both[True, True]}, both "
-          f"refuse {both[False, False]}, the library alone accepts {both[True, False]}, the validator "
-          f"alone {both[False, True]}; {again} written again")
+    print(f"{sum(both.values())} documents in {seconds:.1f} s: both accept {both[True, True]}, "
+          f"both refuse {both[False, False]}, the library alone accepts {both[True, False]}, "
+          f"the validator alone {both[False, True]}; {again} written again")
     for problem in problems:
         print("FAILED:", problem)
     return 1 if problems else 0
@@ -204,7 +207,8 @@ def report(kinds, counts, faults, both, again, seconds):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--verdict", type=pathlib.Path, required=True, help="the built verdict program")
+    parser.add_argument("--verdict", type=pathlib.Path, required=True,
+                        help="the built verdict program")
     parser.add_argument("--xsd", type=pathlib.Path, required=True, help="the built zol.xsd")
     parser.add_argument("--documents", type=int, default=12000, help="how many to derive, about")
     parser.add_argument("--all", action="store_true", help="every single edit")

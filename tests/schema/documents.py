@@ -16,6 +16,10 @@ FOREIGN = ('<a:approval xmlns:a="http://example.org/approval" a:by="Zoë">'
            '<a:note>All <b>well</b></a:note></a:approval>')
 
 
+STRAY = (("<Zol:Unknown/>", "an unknown element"), ("text", "text"),
+         ("<!-- note -->", "a comment"), ("<?note?>", "an instruction"))
+
+
 class Node:
     """One element. Its kids are nodes and pieces of markup, which are written as they stand."""
 
@@ -30,6 +34,11 @@ class Node:
     @property
     def children(self):
         return [kid for kid in self.kids if isinstance(kid, Node)]
+
+    @property
+    def is_blank(self):
+        """Whether it can have no content at all."""
+        return self.info is not None and self.info.is_blank
 
     @property
     def value_row(self):
@@ -109,7 +118,7 @@ class Samples:
         return places
 
     def _cut(self):
-        """For each class as many documents as it takes to show everything the samples have of it."""
+        """For each class as many documents as it takes to show all that the samples have of it."""
         found = {}
         for root in self.roots:
             for path in paths_of(root):
@@ -217,7 +226,8 @@ def edits(node, namespace):
         for text in values_for(row):
             text = text.replace("<", "&lt;") if "<!" in text or "<?" in text else text
             others = [(n, v) for n, v in node.attrs if n != row.name]
-            yield Edit(f"attribute {row.name}={text!r}", node, {"attrs": others + [(row.name, text)]})
+            yield Edit(f"attribute {row.name}={text!r}", node,
+                       {"attrs": others + [(row.name, text)]})
 
 
 def attribute_edits(node):
@@ -283,14 +293,14 @@ def child_edits(node, namespace):
         yield Edit(f"{name} in no namespace", kid,
                    {"name": name[4:], "attrs": kid.attrs + [("xmlns", "")]})
         yield Edit(f"{name} in another namespace", kid,
-                   {"name": "a:" + name[4:], "attrs": kid.attrs + [("xmlns:a", "http://a.example/")]})
+                   {"name": "a:" + name[4:],
+                    "attrs": kid.attrs + [("xmlns:a", "http://example.org/a")]})
         yield Edit(f"{name} under another prefix", kid,
                    {"name": "z:" + name[4:], "attrs": kid.attrs + [("xmlns:z", namespace)]})
         yield Edit(f"{name} by the default namespace", kid,
                    {"name": name[4:], "attrs": kid.attrs + [("xmlns", namespace)]})
-        for more, what in (("<Zol:Unknown/>", "an unknown element"), (FOREIGN, "a foreign element"),
-                           ("text", "text"), ("<!-- note -->", "a comment"), ("<?note?>", "an instruction"),
-                           ("<![CDATA[ ]]>", "an empty section"), ("&#32;", "a reference to a blank")):
+        for more, what in (*STRAY, (FOREIGN, "a foreign element"),
+                           ("<![CDATA[ ]]>", "a section"), ("&#32;", "a reference to a blank")):
             yield Edit(f"{what} before {name}", node, {"kids": kids[:i] + [more] + kids[i:]})
     if node.info is not None and node.info.shape == "choice":
         for other in node.info.alternatives:
@@ -303,8 +313,7 @@ def content_edits(node):
     yield Edit("no content with an end tag", node, {"kids": ["<!---->"]})
     yield Edit("a blank", node, {"kids": [" "]})
     yield Edit("a line end", node, {"kids": ["\n"]})
-    for more, what in (("<Zol:Unknown/>", "an unknown element"), ("<Zol:Name>x</Zol:Name>", "a name"),
-                       ("text", "text"), ("<!-- note -->", "a comment"), ("<?note?>", "an instruction")):
+    for more, what in (*STRAY, ("<Zol:Name>x</Zol:Name>", "a name")):
         yield Edit(f"{what} alone", node, {"kids": [more]})
         yield Edit(f"{what} at the end", node, {"kids": node.kids + [more]})
 
@@ -319,26 +328,31 @@ def values_for(row):
     for bound in (row.lower, row.upper):
         if bound is not None and row.type == "double":
             number = float(bound.number)
-            texts += [bound.number, f" {bound.number}.0 ".replace("..", "."),
-                      repr(math.nextafter(number, -math.inf)), repr(math.nextafter(number, math.inf)),
-                      repr(number - 1e-3), repr(number + 1e-3), f"{number:e}"]
+            texts += [bound.number, f" {bound.number} ", f"{number:e}"]
+            texts += [repr(near) for near in (
+                math.nextafter(number, -math.inf), math.nextafter(number, math.inf),
+                number - 1e-3, number + 1e-3)]
         elif bound is not None:
             texts += [str(int(bound.number) + step) for step in (-1, 0, 1)]
     return list(dict.fromkeys(texts))
 
 
 VALUES = {
-    "string": ["", " ", "  two  blanks  ", "a", "ab", "é", "𐀀", "ab<!-- note -->c", "a<?note?>b",
-               "<![CDATA[<x>&]]>", "&lt;&#65;&#x42;&amp;&apos;&quot;&gt;", "a\tb", "a&#9;&#10;&#13;b",
-               "&#x10FFFF;", "&#xE000;", "<x/>", "<Zol:Name/>"],
-    "double": ["", " ", "abc", " 0.5 ", "\n0.5\t", "&#32;0.5", "1e0", "1E+0", ".5", "5.", "+.5", "-.5",
-               ".", "+", "-", "1e", "e5", "1e+", "1e400", "-1e400", "1e-400", "INF", "-INF", "+INF",
-               "NaN", "-NaN", "nan", "inf", "Infinity", "0x1p3", "1,5", "1 2", "--1", "1_0", "0.5f",
-               "٣", "-0", "+1", "00000.50000", "0." + "1" * 40, "1" * 60, "1e0.5", "0.5<!-- note -->",
-               "<![CDATA[0.5]]>", "0<!-- note -->.5", "0.5<x/>", "&#48;.5"],
-    "int": ["", "abc", " 5 ", "+5", "007", "-0", "+0", "1.0", "1e3", "0x5", "5 6", "+-5", "2147483647",
-            "2147483648", "-2147483648", "-2147483649", "9" * 40, "0" * 40 + "5", "-" + "9" * 40, "٣"],
-    "bool": ["", "true", "false", "1", "0", " true ", "TRUE", "True", "yes", "2", "01", "truefalse"],
+    "string": [
+        "", " ", "  two  blanks  ", "a", "ab", "é", "𐀀", "ab<!-- note -->c", "a<?note?>b",
+        "<![CDATA[<x>&]]>", "&lt;&#65;&#x42;&amp;&apos;&quot;&gt;", "a\tb", "a&#9;&#10;&#13;b",
+        "&#x10FFFF;", "&#xE000;", "<x/>", "<Zol:Name/>"],
+    "double": [
+        "", " ", "abc", " 0.5 ", "\n0.5\t", "&#32;0.5", "1e0", "1E+0", ".5", "5.", "+.5", "-.5",
+        ".", "+", "-", "1e", "e5", "1e+", "1e400", "-1e400", "1e-400", "INF", "-INF", "+INF",
+        "NaN", "-NaN", "nan", "inf", "Infinity", "0x1p3", "1,5", "1 2", "--1", "1_0", "0.5f", "٣",
+        "-0", "+1", "00000.50000", "0." + "1" * 40, "1" * 60, "1e0.5", "0.5<!-- note -->",
+        "<![CDATA[0.5]]>", "0<!-- note -->.5", "0.5<x/>", "&#48;.5"],
+    "int": [
+        "", "abc", " 5 ", "+5", "007", "-0", "+0", "1.0", "1e3", "0x5", "5 6", "+-5", "2147483647",
+        "2147483648", "-2147483648", "-2147483649", "9" * 40, "0" * 40 + "5", "-" + "9" * 40, "٣"],
+    "bool": [
+        "", "true", "false", "1", "0", " true ", "TRUE", "True", "yes", "2", "01", "truefalse"],
     "dateTime": [
         "", "2020-01-02T03:04:05Z", " 2020-01-02T03:04:05Z ", "2020-01-02T03:04:05",
         "2020-01-02T03:04:05+01:00", "2020-01-02T03:04:05-01:00", "2020-01-02T03:04:05+14:00",
@@ -359,9 +373,10 @@ VALUES = {
         "2020-01-02T03:04Z", "2020-01-02t03:04:05z", "2020-01-02 03:04:05Z", "2020-01-02Z",
         "T03:04:05Z", "2020-01-02T03:04:05ZZ", "2020-01-02T03:04:05Zx", "xTyZ", "abc",
         "2020-01-02T03:04:05+24:00", "2020-01-02T03:04:05+99:99"],
-    "base64": ["", " ", "QUJD", "QUI=", "QQ==", "Q", "QU", "QUI", "Q===", "QQ=", "QUJDQUJD", "QUJD QUJD",
-               " QUJD ", "Q Q = =", "QQ= =", "QR==", "QUJ=", "QUJ*", "QUJD*", "QU*JD", "====", "QUJDR", "QUJD=", "Q=Q=",
-               "QUJD\nQUJD\n", "QQ==QUJD"],
+    "base64": [
+        "", " ", "QUJD", "QUI=", "QQ==", "Q", "QU", "QUI", "Q===", "QQ=", "QUJDQUJD", "QUJD QUJD",
+        " QUJD ", "Q Q = =", "QQ= =", "QR==", "QUJ=", "QUJ*", "QUJD*", "QU*JD", "====", "QUJDR",
+        "QUJD=", "Q=Q=", "QUJD\nQUJD\n", "QQ==QUJD"],
 }
 VALUES["uint"] = VALUES["byte"] = VALUES["int"]
 
@@ -387,7 +402,13 @@ FRAME = ("<Zol:{root}{attrs} xmlns:Zol='{namespace}'><Zol:Preamble><Zol:Header>"
          "<Zol:Creator>c</Zol:Creator><Zol:CreatorVersion>1</Zol:CreatorVersion>"
          "<Zol:ChangeHistory>{date}</Zol:ChangeHistory><Zol:Purpose>{text}</Zol:Purpose>"
          "{more}</Zol:Header></Zol:Preamble></Zol:{root}>")
-DECLARATION = '<?xml version="1.0" encoding="UTF-8"?>'
+
+
+def declaration(encoding):
+    return f'<?xml version="1.0" encoding="{encoding}"?>'
+
+
+DECLARATION = declaration("UTF-8")
 
 
 def spellings(namespace):
@@ -412,9 +433,9 @@ def spellings(namespace):
         yield f"bytes {piece!r}", frame(text="#").encode().replace(b">#<", b">" + piece + b"<")
     for encoding, text in (("utf-16-le", "\ufeff" + frame()), ("utf-16-be", "\ufeff" + frame()),
                            ("utf-16-le", frame()), ("latin-1", frame(text="é")), ("utf-32", frame()),
-                           ("latin-1", frame('<?xml version="1.0" encoding="ISO-8859-1"?>', text="é")),
-                           ("utf-8", frame('<?xml version="1.0" encoding="US-ASCII"?>', text="é")),
-                           ("utf-16-le", "\ufeff" + frame('<?xml version="1.0" encoding="UTF-16"?>'))):
+                           ("latin-1", frame(declaration("ISO-8859-1"), text="é")),
+                           ("utf-8", frame(declaration("US-ASCII"), text="é")),
+                           ("utf-16-le", "\ufeff" + frame(declaration("UTF-16")))):
         yield f"in {encoding} {text[:45]!r}", text.encode(encoding)
     yield "another namespace", frame().replace(namespace, namespace + "/")
     yield "no namespace", frame().replace("Zol:", "").replace("xmlns:Zol", "about")
@@ -429,8 +450,8 @@ SPELLINGS = {
         '<?xml encoding="UTF-8"?>', '<?xml version="1.0" standalone="yes"?>',
         '<?xml version="1.0" standalone="maybe"?>',
         '<?xml version="1.0" standalone="yes" encoding="UTF-8"?>',
-        *(f'<?xml version="1.0" encoding="{name}"?>' for name in (
-            "UTF-16", "ISO-8859-1", "US-ASCII", "KLINGON", "windows-1252", "KOI8-R", "utf-8")),
+        *map(declaration, ("UTF-16", "ISO-8859-1", "US-ASCII", "KLINGON", "windows-1252", "KOI8-R",
+                           "utf-8")),
         "<?a b?>", '<?xml-stylesheet href="x"?>', "<?XML a?>", "<!-- a -->", "<!-- a -- b -->",
         "<!-- a --->", "<!DOCTYPE x>", '<!DOCTYPE Zol:Zol SYSTEM "none.dtd">', "<!DOCTYPE x [",
         '<!DOCTYPE Zol:Zol PUBLIC "p" "none.dtd">', "<!DOCTYPE x><!DOCTYPE x>", "<!doctype x>"],
@@ -456,11 +477,12 @@ SPELLINGS = {
         *(f"<Zol:Comments {attrs}>x</Zol:Comments>" for attrs in (
             "a", "a=b", 'xmlns:a = "b" ', 'xmlns:a="b"xmlns:c="d"', 'a="b" a="b"', "xmlns:a='b'",
             'a="b', 'q:a="b"', 'xmlns:a=""', 'xmlns:xml="http://x"', 'xmlns:xmlns="http://x"',
-            'xmlns:a="a" xmlns:a="b"', 'xmlns::a="b"', 'xmlns:="b"', 'xmlns:a:b="b"', 'a="&nope;"', 'a="&"', 'a="<"', 'a="\x01"')),
+            'xmlns:a="a" xmlns:a="b"', 'xmlns::a="b"', 'xmlns:="b"', 'xmlns:a:b="b"', 'a="&nope;"',
+            'a="&"', 'a="<"', 'a="\x01"')),
         "<xml:Comments>x</xml:Comments>", "<Zol:Comments>0.5\x85</Zol:Comments>"],
     "attrs": [' a="b"', ' xml:lang="en"', ' xml:base="x"', ' xml:id="x"',
-              f' xmlns:xsi="{XSI}" xsi:schemaLocation="a b"', f' xmlns:xsi="{XSI}" xsi:type="Zol:Zol"',
-              f' xmlns:xsi="{XSI}" xsi:type="Zol:Preamble"', f' xmlns:xsi="{XSI}" xsi:nil="false"'],
+              *(f' xmlns:xsi="{XSI}" xsi:{attr}' for attr in (
+                  'schemaLocation="a b"', 'type="Zol:Zol"', 'type="Zol:Preamble"', 'nil="false"'))],
     "root": ["Color", "Preamble", "zol", "Zol:Zol"],
     "date": ["2020-01-02T03:04:05+00:00", "2020-01-02T03:04:05-00:00", "2020-01-02T03:04:05\x85"],
 }
@@ -472,7 +494,8 @@ SUBSETS = [
     "<!ATTLIST x y CDATA #IMPLIED>", '<!NOTATION n SYSTEM "n">', "<!-- c -->", "<?pi?>", "<?pi x?>",
     "<!FOO>", "x", '<!ENTITY a "b"> <!ELEMENT x (y|z)*> ', "<!ENTITY a 'b'", "<!ENTITY a b>"]
 FOREIGN_PIECES = [
-    "", " ", "<x/>", "<q:x/>", '<x q:a="1"/>', "text", "<x/>text", "text<x/>", "<![CDATA[x]]>", "<!-- -->",
-    "<?a?>", "<Zol:Unknown/>", "<Zol:Color/>", "<x><y></x></y>", "<x>", '<x a="1" a="2"/>', '<x a="<"/>',
-    "<x>&nope;</x>", '<x a="&nope;"/>', "<x a=1/>", "<x>&#x10FFFF;</x>", "&#32;<x/>", "<x>&amp</x>",
-    '<x xsi:type="q"/>', "<x/><x/>", "<x><![CDATA[<]]></x>", "<x><!-- y --><?z?></x>"]
+    "", " ", "<x/>", "<q:x/>", '<x q:a="1"/>', "text", "<x/>text", "text<x/>", "<![CDATA[x]]>",
+    "<!-- -->", "<?a?>", "<Zol:Unknown/>", "<Zol:Color/>", "<x><y></x></y>", "<x>",
+    '<x a="1" a="2"/>', '<x a="<"/>', "<x>&nope;</x>", '<x a="&nope;"/>', "<x a=1/>",
+    "<x>&#x10FFFF;</x>", "&#32;<x/>", "<x>&amp</x>", '<x xsi:type="q"/>', "<x/><x/>",
+    "<x><![CDATA[<]]></x>", "<x><!-- y --><?z?></x>"]

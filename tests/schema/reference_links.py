@@ -16,7 +16,8 @@ def main():
     anchors = {}
     for name, text in pages.items():
         # As Markdown viewers make them.
-        headings = [heading.lower().replace(" ", "-") for heading in re.findall("^#+ (.*)$", text, re.M)]
+        headings = [heading.lower().replace(" ", "-")
+                    for heading in re.findall("^#+ (.*)$", text, re.M)]
         faults += [f"{name}: two headings {h}" for h in set(headings) if headings.count(h) > 1]
         anchors[name] = set(headings)
     links = 0
