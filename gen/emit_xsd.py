@@ -48,8 +48,8 @@ def emit(model):
     for title, parts in sections:
         out.blank()
         out.raw(f"<!-- {title} -->", indent=2)
-        for part in parts:
-            if "\n" in part or part is parts[0]:
+        for before, part in zip([title + "\n", *parts], parts):
+            if "\n" in before + part:
                 out.blank()
             out.raw(part, indent=2)
     out.blank()
