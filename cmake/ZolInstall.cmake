@@ -1,0 +1,83 @@
+# What an installed copy holds, and the packages made of it.
+
+include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
+
+# Headers stand in a directory of their own, which is on the include path of a client.
+set(headers_dir "${CMAKE_INSTALL_INCLUDEDIR}/zol")
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Zol")
+target_include_directories(zol PUBLIC "$<INSTALL_INTERFACE:${headers_dir}>")
+
+install(TARGETS zol EXPORT ZolTargets
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+
+# The public headers of each room, and those of its inner ones that they include.
+foreach(room lmx zip model facade)
+  file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${room}/*.h")
+  install(FILES ${headers} DESTINATION "${headers_dir}/${room}")
+endforeach()
+install(FILES "${ZOL_GENERATED_DIR}/model/Zol.h" DESTINATION "${headers_dir}/model")
+install(FILES port/export.h port/files.h port/wide_text.h DESTINATION "${headers_dir}/port")
+install(FILES lmx/internal/byte_buffer.h lmx/internal/unicode_predicates.h
+              lmx/internal/write_block.h
+        DESTINATION "${headers_dir}/lmx/internal")
+install(FILES model/internal/fields.h DESTINATION "${headers_dir}/model/internal")
+if(ZOL_BUILD_BRIDGE)
+  install(FILES bridge/bridge.h bridge/conventions.h bridge/zol_helpers.h
+                "${ZOL_GENERATED_DIR}/bridge/zol_exports.h"
+          DESTINATION "${headers_dir}/bridge")
+endif()
+install(FILES "${ZOL_GENERATED_DIR}/zol.xsd" DESTINATION "${CMAKE_INSTALL_DATADIR}/xml/zol")
+
+if(ZOL_BUILD_TOOLS)
+  # The command finds the library of its own copy, wherever that is moved to.
+  file(RELATIVE_PATH library_dir "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+  if(UNIX AND NOT APPLE)
+    set_target_properties(zol_command PROPERTIES INSTALL_RPATH "$ORIGIN/${library_dir}")
+  endif()
+  install(TARGETS zol_command DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  install(FILES tools/zol.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+  install(FILES tools/zol.bash RENAME zol
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
+endif()
+
+# find_package(Zol)
+install(EXPORT ZolTargets NAMESPACE Zol:: DESTINATION "${package_dir}")
+configure_package_config_file(cmake/ZolConfig.cmake.in ZolConfig.cmake
+  INSTALL_DESTINATION "${package_dir}" NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(ZolConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/ZolConfig.cmake"
+              "${CMAKE_CURRENT_BINARY_DIR}/ZolConfigVersion.cmake"
+        DESTINATION "${package_dir}")
+
+# pkg-config zol. The paths follow from where the file stands, so that the copy can be moved.
+set(pkgconfig_dir "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig")
+file(RELATIVE_PATH pc_libdir "${pkgconfig_dir}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+file(RELATIVE_PATH pc_includedir "${pkgconfig_dir}" "${CMAKE_INSTALL_FULL_INCLUDEDIR}/zol")
+configure_file(cmake/zol.pc.in zol.pc @ONLY)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zol.pc"
+        DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+
+# cpack: a Debian package, and an archive.
+set(CPACK_PACKAGE_NAME zol)
+set(CPACK_PACKAGE_VENDOR "The Zol project")
+set(CPACK_PACKAGE_CONTACT "The Zol project <zol@example.org>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_GENERATOR DEB TGZ)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+  "library and command for colour-data documents\n Reads, validates, holds and writes documents in the Zol format: a C++\n library with its headers, the command zol, and an XML Schema.")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+find_program(ZOL_SHLIBDEPS dpkg-shlibdeps)
+mark_as_advanced(ZOL_SHLIBDEPS)
+if(ZOL_SHLIBDEPS)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}")
+else()
+  set(CPACK_DEBIAN_PACKAGE_DEPENDS "libstdc++6, libxml2, zlib1g, libbz2-1.0")
+endif()
+include(CPack)
