@@ -113,7 +113,8 @@ def includes(from_schema):
 
 def null_tests(export):
     """One line for each argument that raises; a wrapper that raised gives zero."""
-    zero = "return;" if export.result == "void" else "return 0;"
+    crossing = exports.CROSSING[export.result][1]
+    zero = "return;" if crossing == "void" else f"return {'nullptr' if crossing[-1] == '*' else 0};"
     lines = []
     for parameter in export.parameters:
         if parameter.message is not None:

@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Counts the flat exports of a built library by family, from its names alone.
 
-    exports_check.py LIBRARY LIST [--nm NM]
+    exports_check.py LIBRARY LIST [--nm NM] [--called SOURCE...]
 
 LIST holds the decorated names (`_Name@bytes`) that the build wrote beside the library. The numbers
-below are those of the interface as its clients know it; they do not come from the generator.
+below are those of the interface as its clients know it; they do not come from the generator. With
+--called, each name must occur in one of those sources.
 """
 
 import argparse
@@ -149,6 +150,14 @@ def exported_names(library, nm):
     return {name for name in names if name.startswith(("_CSharp_", "_SWIG"))}
 
 
+def used_names(sources):
+    used = set()
+    for source in sources:
+        with open(source, encoding="utf-8") as file:
+            used.update(re.findall(r"_(?:CSharp_|SWIG)\w+", file.read()))
+    return used
+
+
 def faults(names, listed):
     bytes_of = {}
     for decorated in listed:
@@ -196,10 +205,14 @@ def main():
     parser.add_argument("library")
     parser.add_argument("list")
     parser.add_argument("--nm", default="nm")
+    parser.add_argument("--called", nargs="*", default=[])
     options = parser.parse_args()
     with open(options.list, encoding="ascii") as file:
         listed = file.read().split()
-    found = list(faults(exported_names(options.library, options.nm), listed))
+    names = exported_names(options.library, options.nm)
+    found = list(faults(names, listed))
+    if options.called:
+        found += [f"no test calls {name}" for name in sorted(names - used_names(options.called))]
     for fault in found:
         print(fault, file=sys.stderr)
     sys.exit(1 if found else 0)

@@ -9,7 +9,9 @@ using System;
 using System.Collections.Generic;
 using System.IO;
 using System.Linq;
+using System.Reflection;
 using System.Runtime.CompilerServices;
+using System.Runtime.InteropServices;
 using ZolModule;
 using Process = System.Diagnostics.Process;
 using Version = ZolModule.Version;
@@ -25,6 +27,8 @@ internal static class ManagedTests
     documents = arguments[1];
     scratch = Path.Combine(Path.GetTempPath(), "zol-managed-" + Process.GetCurrentProcess().Id);
     Directory.CreateDirectory(scratch);
+    Run(FindsEveryExport);
+    Run(CallsEveryMethodOfEveryClass);
     Run(SavesWhatTheNativeRoadSaves);
     Run(WritesTheTextThatItSaves);
     Run(ReportsFaults);
@@ -88,6 +92,67 @@ internal static class ManagedTests
   }
 
   private static string Sample(string name) { return Path.Combine(documents, name + ".zol"); }
+
+  private static readonly Assembly assembly = typeof(Zol).Assembly;
+
+  private static void FindsEveryExport()
+  {
+    const int Helpers = 6;  // zol_..., beside the exports
+    int found = 0;
+    Type native = assembly.GetType("ZolModule.Native");
+    foreach (MethodInfo import in native.GetMethods(BindingFlags.Static | BindingFlags.NonPublic))
+    {
+      if (!import.IsDefined(typeof(DllImportAttribute), false)) continue;
+      ++found;
+      try { Marshal.Prelink(import); }
+      catch (EntryPointNotFoundException) { Fail(import.Name + " is not exported"); }
+    }
+    Same(3993 + Helpers, found, "imports");
+  }
+
+  // An argument that every method takes, if only to refuse it.
+  private static object Argument(Type type)
+  {
+    if (type == typeof(string)) return "x";
+    return type.IsValueType ? Activator.CreateInstance(type) : null;
+  }
+
+  private static void Call(object target, MethodBase method)
+  {
+    object[] arguments = method.GetParameters().Select(p => Argument(p.ParameterType)).ToArray();
+    try { method.Invoke(target, arguments); }
+    catch (TargetInvocationException exception)
+    {
+      // Null and an index past the end are refused.
+      if (!(exception.InnerException is ArgumentException)) throw exception.InnerException;
+    }
+  }
+
+  private static void CallsEveryMethodOfEveryClass()
+  {
+    const BindingFlags Own =
+      BindingFlags.Public | BindingFlags.Instance | BindingFlags.Static | BindingFlags.DeclaredOnly;
+    int classes = 0, calls = 0;
+    foreach (Type type in assembly.GetExportedTypes().Where(typeof(Proxy).IsAssignableFrom))
+    {
+      ConstructorInfo plain = type.GetConstructor(Type.EmptyTypes);
+      if (plain == null) continue;
+      ++classes;
+      using (Proxy target = (Proxy)plain.Invoke(null))
+      {
+        foreach (MethodInfo method in type.GetMethods(Own))
+        {
+          // Addresses come from native code, and id_set would outlive the test.
+          if (method.GetParameters().Any(p => p.ParameterType == typeof(IntPtr))) continue;
+          if (new[] { "id_set", "Open", "Save" }.Contains(method.Name)) continue;
+          Call(target, method);
+          ++calls;
+        }
+      }
+    }
+    Same(231, classes, "classes that can be made from nothing");
+    if (calls < 2700) Fail("only " + calls + " calls");
+  }
 
   private static void SavesWhatTheNativeRoadSaves()
   {
