@@ -25,9 +25,12 @@ install(FILES lmx/internal/byte_buffer.h lmx/internal/unicode_predicates.h
         DESTINATION "${headers_dir}/lmx/internal")
 install(FILES model/internal/fields.h DESTINATION "${headers_dir}/model/internal")
 if(ZOL_BUILD_BRIDGE)
-  install(FILES bridge/bridge.h bridge/conventions.h bridge/zol_helpers.h
+  install(FILES bridge/conventions.h bridge/zol_helpers.h
                 "${ZOL_GENERATED_DIR}/bridge/zol_exports.h"
           DESTINATION "${headers_dir}/bridge")
+  if(ZOL_BUILD_MANAGED)
+    install(FILES "${ZOL_MANAGED_DIR}/Zol.dll" DESTINATION "${CMAKE_INSTALL_LIBDIR}/zol" OPTIONAL)
+  endif()
 endif()
 install(FILES "${ZOL_GENERATED_DIR}/zol.xsd" DESTINATION "${CMAKE_INSTALL_DATADIR}/xml/zol")
 
