@@ -286,7 +286,7 @@ def child_edits(node, namespace):
             yield Edit(f"{name} first", node, {"kids": [kid] + kids[:i] + kids[i + 1:]})
             yield Edit(f"{name} one up", node,
                        {"kids": kids[:i - 1] + [kid, kids[i - 1]] + kids[i + 1:]})
-        for other in {n.name for n in node.children} - {name}:
+        for other in sorted({n.name for n in node.children} - {name}):
             yield Edit(f"rename {name} to {other}", kid, {"name": other})
         for other in (name + "x", name.lower(), name[4:], "a:" + name[4:]):
             yield Edit(f"rename {name} to {other}", kid, {"name": other})
