@@ -38,10 +38,11 @@ function(zol_room name)
 endfunction()
 
 # zol_test(NAME SOURCES... ROOMS ...): one GoogleTest program on the objects of the given rooms.
-# A program that lists no room is a client: it links the shared library alone.
+# A program that lists no room is a client: it links the shared library alone. Each program is run a
+# second time under a locale whose decimal point is a comma.
 function(zol_test name)
   cmake_parse_arguments(TEST "" "" "SOURCES;ROOMS;LIBRARIES" ${ARGN})
-  add_executable(${name} ${TEST_SOURCES})
+  add_executable(${name} ${TEST_SOURCES} "${PROJECT_SOURCE_DIR}/tests/support/process_locale.cpp")
   zol_target_defaults(${name})
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_compile_definitions(${name} PRIVATE
@@ -55,4 +56,7 @@ function(zol_test name)
   endif()
   target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 600)
+  add_test(NAME ${name}.decimal_comma COMMAND ${name} --gtest_brief=1)
+  set_tests_properties(${name}.decimal_comma PROPERTIES TIMEOUT 600
+    ENVIRONMENT "LOCPATH=${ZOL_LOCALE_DIR};ZOL_TEST_LOCALE=de_DE.UTF-8")
 endfunction()
