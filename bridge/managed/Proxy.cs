@@ -12,25 +12,33 @@ namespace ZolModule
   /// </summary>
   public abstract class Proxy : IDisposable
   {
+    /// <summary>
+    /// Ends the object of a lost proxy. It stands apart because an object with a finalizer is dear
+    /// to make, and most proxies borrow.
+    /// </summary>
+    private sealed class Keeper
+    {
+      private readonly Proxy proxy;
+      internal Keeper(Proxy proxy) { this.proxy = proxy; }
+      ~Keeper() { proxy.Delete(); }
+    }
+
     private readonly Proxy parent;
-    private readonly bool owned;
+    private readonly Keeper keeper;
     private bool disposed;
 
     internal Proxy(bool owned, Proxy parent)
     {
-      this.owned = owned;
       this.parent = parent;
-      if (!owned) GC.SuppressFinalize(this);
+      if (owned) keeper = new Keeper(this);
     }
-
-    ~Proxy() { Delete(); }
 
     public void Dispose()
     {
       if (disposed) return;
       disposed = true;
-      if (!owned) return;
-      GC.SuppressFinalize(this);
+      if (keeper == null) return;
+      GC.SuppressFinalize(keeper);
       Delete();
     }
 
