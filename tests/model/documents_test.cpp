@@ -1,6 +1,7 @@
 // Documents of every element that one may begin with: from and to files, buffers, streams.
 #include <cstdio>
 #include <filesystem>
+#include <locale>
 
 #include "model/documents.h"
 
@@ -108,6 +109,31 @@ TEST(Document, KeepsThePartialTextOnAStream) {
   const std::string end = "\t</Zol:Preamble>\n";
   ASSERT_GT(text.size(), end.size());
   EXPECT_EQ(text.substr(text.size() - end.size()), end);
+}
+
+// Streams take their form of numbers from the global locale of C++; documents do not.
+TEST(Document, KnowsNothingOfTheGlobalLocale) {
+  struct Commas : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+  };
+  const std::string bytes = sample_bytes("coverage-spaces");
+  const std::string path = ZOL_BINARY_DIR "/documents_test_locale.zol";
+  const std::locale before = std::locale::global(std::locale(std::locale(), new Commas));
+  const auto document = loaded<Zol>(bytes);
+  const std::string text = saved(document);
+  std::ostringstream stream;
+  EXPECT_EQ(document.marshal(stream), lmx::elmx_ok);
+  EXPECT_EQ(document.marshal(path.c_str()), lmx::elmx_ok);
+  lmx::elmx_error error = lmx::elmx_ok;
+  const Zol again(path.c_str(), &error);
+  std::locale::global(before);
+  std::remove(path.c_str());
+  EXPECT_TRUE(text == bytes);
+  EXPECT_TRUE(stream.str() == bytes);
+  EXPECT_EQ(error, lmx::elmx_ok);
+  EXPECT_TRUE(saved(again) == bytes);
 }
 
 template <class T>
