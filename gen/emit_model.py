@@ -136,14 +136,18 @@ def emit_header(model):
         class c_xml_reader;
         class c_xml_writer;
         struct s_ns_map;
+        namespace internal {
+        struct PlainElement;
+        }
         }  // namespace lmx
 
         namespace zol_v2 {
 
         namespace internal {
+        struct PlainAccess;
         template <class T, unsigned traits>
         struct Steps;
-        }
+        }  // namespace internal
 
         $forward$
         """, banner=BANNER.format(table="model/schema", template="emit_model.py"),
@@ -418,6 +422,13 @@ def private_members(info):
         out.emit("""
             template <class T, unsigned traits>
             friend struct internal::Steps;
+
+            """)
+        out.blank()
+    if info.shape == "simple":
+        out.emit("""
+            friend struct internal::PlainAccess;
+            bool unmarshal_plain(lmx::internal::PlainElement& element);
 
             """)
         out.blank()
@@ -819,11 +830,18 @@ def read_bodies(info):
         if info.alternatives:
             out.emit("$text$", text=choice_reader(info))
         elif info.is_simple:
+            steps = [shape_of(row).read_plain() for row in info.attributes + [info.content]]
             out.emit("""
                 bool $Class$::unmarshal_body(c_xml_reader& reader, std::string* name, elmx_error* err, bool has_text) {
                   return internal::ContentReader(reader, *name, *err, has_text, __LINE__).$read$;
                 }
-                """, Class=info.name, read=shape_of(info.content).read(0))
+
+                bool $Class$::unmarshal_plain(lmx::internal::PlainElement& element) {
+                  return internal::PlainReader(element)
+                      $steps$;
+                }
+                """, Class=info.name, read=shape_of(info.content).read(0),
+                steps="\n      ".join(steps))
         else:
             out.emit("$text$", text=body_reader(info))
     return out.text() if out.text().strip() else ""
@@ -923,6 +941,8 @@ def traits(info):
         words.append("internal::k_simple")
     if info.nillable:
         words.append("internal::k_nillable")
+    if info.alternatives:
+        words.append("internal::k_choice")
     return " | ".join(words) or "internal::k_no_trait"
 
 

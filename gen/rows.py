@@ -222,6 +222,15 @@ class SimpleRow(Enumerable):
         return f"{how}({', '.join([str(index), self.row.member] + self.reader_facets())})"
 
 
+    def read_plain(self):
+        """Its step where an element with simple content is read as a whole."""
+        arguments = ", ".join([self.row.member] + self.reader_facets())
+        if self.row.kind == "content":
+            return f".content({arguments})"
+        how = "required" if self.row.required else "optional"
+        return f'.{how}("{self.row.name}", {arguments})'
+
+
 class ValuesRow(RowShape):
     """A list of simple values. Setters of lists check nothing."""
 

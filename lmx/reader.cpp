@@ -45,6 +45,12 @@ c_xml_reader::c_xml_reader(c_read& source)
 
 c_xml_reader::~c_xml_reader() = default;
 
+std::string_view c_string_stack::top() const {
+  if (bytes_.size() == 0) return {};
+  std::string_view names(bytes_.data(), bytes_.size() - 1);
+  return names.substr(names.rfind('\0') + 1);
+}
+
 // --- Events -----------------------------------------------------------------------------------
 
 void c_xml_reader::get_element_event(const s_event_map* map, elmx_error* error, std::string* name) {
@@ -53,6 +59,7 @@ void c_xml_reader::get_element_event(const s_event_map* map, elmx_error* error, 
   switch (current_event_) {
     case elxp_name:
       cracked_name_.split(current_local_, *name, local_at());
+      remember_prefix();
       if (map != nullptr) tokenise(map, elxp_element);
       break;
     case elxp_end_of_input:
@@ -64,6 +71,20 @@ void c_xml_reader::get_element_event(const s_event_map* map, elmx_error* error, 
     default:
       break;
   }
+}
+
+void c_xml_reader::remember_prefix() {
+  const std::string_view prefix = cracked_name_.full_view().substr(0, local_at());
+  if (plain_prefix() == prefix) return;
+  plain_prefix_.clear();
+  plain_prefix_.append(prefix);
+}
+
+// An element that was taken on the plain road is the last name all the same.
+void c_xml_reader::crack_last_plain_name() {
+  if (!has_plain_name_) return;
+  has_plain_name_ = false;
+  cracked_name_.split(current_local_, name, plain_prefix_.size());
 }
 
 void c_xml_reader::get_known_element_event(const s_event_map* map, elmx_error* error,

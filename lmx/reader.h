@@ -48,6 +48,9 @@ class ZOL_API c_string_stack {
   // Bytes in use.
   std::size_t get_stack_size() const { return bytes_.size(); }
 
+  // The innermost name.
+  std::string_view top() const;
+
  private:
   friend class c_string_stack_node;
   internal::ByteBuffer bytes_;
@@ -66,6 +69,8 @@ class ZOL_API c_string_stack_node {
 
   // Good until the next node is made.
   const char* get_str() const { return stack_->bytes_.data() + offset_; }
+
+  std::string_view get_view() const { return {get_str(), length_}; }
 
   bool operator==(const std::string& text) const {
     return text.size() == length_ && internal::is_equal_short(text.data(), get_str(), length_);
@@ -104,6 +109,7 @@ struct ReaderErrors {
 };
 
 class ElementDepthGuard;
+class PlainRoad;
 
 }  // namespace internal
 
@@ -205,8 +211,13 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
 
  private:
   friend class internal::ElementDepthGuard;
+  friend class internal::PlainRoad;
 
   bool is_known_element() const;
+  // The prefix of the last element, with its colon; most elements have the same.
+  std::string_view plain_prefix() const { return {plain_prefix_.data(), plain_prefix_.size()}; }
+  void remember_prefix();
+  void crack_last_plain_name();
 
   c_xml_reader_local* current_local_;
   c_xml_reader_local root_local_;
@@ -218,6 +229,10 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   std::vector<std::pair<std::string, std::string>> namespace_mappings_;
   const s_known_elements* known_elements_ = nullptr;
   int open_elements_ = 0;
+  internal::ByteBuffer plain_prefix_{16};
+  bool is_event_due_ = false;
+  bool is_first_due_ = false;
+  bool has_plain_name_ = false;
 };
 
 // Reads a file, in any accepted encoding. Whether it opened, is_open() tells, and the caller asks.
@@ -288,8 +303,9 @@ class ZOL_API ElementDepthGuard {
 
   bool ok() const { return reader_->open_elements_ <= k_max_depth; }
 
- private:
   static constexpr int k_max_depth = 512;
+
+ private:
   void report();
 
   c_xml_reader* reader_;

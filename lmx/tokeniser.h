@@ -164,6 +164,13 @@ class ZOL_API c_xml {
   // The rest of a start tag without attributes to come, a text that is stored as it stands and the
   // end tag, if they stand whole in the window. Otherwise false, with nothing taken or stored.
   bool take_simple_value(const std::string& name, elmx_whitespace mode, std::string* value);
+  // Takes the window up to the ">" of a start tag that was found to have no attributes.
+  void open_plain_tag(const char* tag_end, int lines) {
+    attributes_.clear();
+    ns_attributes_.clear();
+    content_begun_ = true;
+    getter_.take_window(tag_end, lines);
+  }
 
  private:
   enum class NestedToken { text, start_tag, end_tag, error };

@@ -18,13 +18,14 @@ int EnumTable::number_of(const std::wstring& text) const {
   return found == first + size ? 0 : static_cast<int>(found - first) + 1;
 }
 
-int EnumTable::number_of(const std::string& utf8) const {
+int EnumTable::number_of(std::string_view utf8) const {
   for (int i = 0; i < size; ++i) {
     if (narrow[i] == utf8) return i + 1;
   }
-  const bool is_ascii = std::all_of(utf8.begin(), utf8.end(),
-                                    [](char c) { return static_cast<signed char>(c) >= 0; });
-  if (is_ascii) return 0;
+  return 0;
+}
+
+int EnumTable::number_of_converted(const std::string& utf8) const {
   std::wstring text;
   lmx::convert(&text, utf8);
   return number_of(text);

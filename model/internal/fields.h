@@ -76,8 +76,9 @@ struct EnumTable {
 
   // 0 if the text is none of the values.
   ZOL_API int number_of(const std::wstring& text) const;
-  // The same for UTF-8, which ends for this purpose where its conversion would.
-  int number_of(const std::string& utf8) const;
+  int number_of(std::string_view utf8) const;
+  // The same for UTF-8 that is not ASCII, which ends for this purpose where its conversion would.
+  int number_of_converted(const std::string& utf8) const;
   const std::wstring& operator[](int number) const { return first[number - 1]; }
 };
 

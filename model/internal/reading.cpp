@@ -24,18 +24,27 @@ const lmx::c_pattern k_zoned_pattern(".+T.+(Z|[+\\-].+)");
 // Below this many characters no integer text can overflow 64 bits.
 constexpr std::size_t k_short_integer = 18;
 
-// The text against the bounds, lower bound first, whatever its length.
-elmx_error check_integer(const std::string& text, const IntegerRange& range) {
+// The number that a short text begins with, behind an optional sign.
+std::int64_t short_integer(std::string_view text) {
+  std::int64_t value = 0;
+  const char* const begin = text.data() + (!text.empty() && text.front() == '+' ? 1 : 0);
+  std::from_chars(begin, text.data() + text.size(), value);
+  return value;
+}
+
+// The text of an integer against the bounds, lower bound first, whatever its length.
+elmx_error check_integer(std::string_view text, const IntegerRange& range) {
   if (text.size() < k_short_integer) {
-    const std::int64_t value = std::strtoll(text.c_str(), nullptr, 10);
+    const std::int64_t value = short_integer(text);
     if (value < range.minimum) return lmx::elmx_value_too_small;
     if (value > range.maximum) return lmx::elmx_value_too_big;
     return lmx::elmx_ok;
   }
+  const std::string digits(text);
   const lmx::c_big_int minimum(std::to_string(range.minimum));
   const lmx::c_big_int maximum(std::to_string(range.maximum));
-  if (text < minimum) return lmx::elmx_value_too_small;
-  if (text > maximum) return lmx::elmx_value_too_big;
+  if (digits < minimum) return lmx::elmx_value_too_small;
+  if (digits > maximum) return lmx::elmx_value_too_big;
   return lmx::elmx_ok;
 }
 
@@ -49,17 +58,39 @@ double leading_number(const std::string& text) {
   return value;
 }
 
+// A value in bounds fits 64 bits; what a handler lets pass wraps.
+template <class T>
+T integer_value(std::string_view text) {
+  return text.size() < k_short_integer
+             ? static_cast<T>(short_integer(text))
+             : static_cast<T>(lmx::c_big_int(std::string(text)).get(nullptr));
+}
+
+// A text that is not ASCII ends, for the comparison too, where its conversion would.
+int number_in(const EnumTable& table, const std::string& text) {
+  const int number = table.number_of(text);
+  return number != 0 ? number : table.number_of_converted(text);
+}
+
+template <class T>
+bool convert_integer(std::string_view text, T& target, const IntegerRange& range) {
+  if (!lmx::internal::is_valid_integer(text) || check_integer(text, range) != lmx::elmx_ok) {
+    return false;
+  }
+  target = integer_value<T>(text);
+  return true;
+}
+
 template <class T>
 bool take_integer(const Site& site, T& target, const IntegerRange& range) {
   const std::string& text = site.reader.value;
+  if (convert_integer(text, target, range)) return true;
   if (!lmx::internal::is_valid_integer(text) && !site.pass(lmx::elmx_bad_value_format))
     return false;
   if (const elmx_error error = check_integer(text, range)) {
     if (!site.pass(error)) return false;
   }
-  // A value in bounds fits 64 bits; what a handler lets pass wraps.
-  target = text.size() < k_short_integer ? static_cast<T>(std::strtoll(text.c_str(), nullptr, 10))
-                                         : static_cast<T>(lmx::c_big_int(text).get(nullptr));
+  target = integer_value<T>(text);
   return true;
 }
 
@@ -70,11 +101,67 @@ bool Site::pass(elmx_error code) const {
   return err == lmx::elmx_ok;
 }
 
-bool take(const Site& site, std::wstring& target) {
+bool convert(std::string_view text, std::wstring& target) {
   target.clear();
-  lmx::internal::append_wide(&target, site.reader.value);
+  lmx::internal::append_wide(&target, text);
   return true;
 }
+
+bool convert(std::string_view text, std::wstring& target, Length length) {
+  // The text of the short road is ASCII, a byte a character.
+  return text.size() == length.characters && convert(text, target);
+}
+
+bool convert(std::string_view text, std::wstring& target, Collapsed) {
+  return text.find("  ") == std::string_view::npos && convert(text, target);
+}
+
+bool convert(std::string_view text, double& target, const Range& range) {
+  double value = 0;
+  if (!lmx::internal::read_double(text, &value) || range.check(value) != lmx::elmx_ok) return false;
+  target = value;
+  return true;
+}
+
+bool convert(std::string_view text, int& target, const IntegerRange& range) {
+  return convert_integer(text, target, range);
+}
+bool convert(std::string_view text, unsigned& target, const IntegerRange& range) {
+  return convert_integer(text, target, range);
+}
+bool convert(std::string_view text, unsigned char& target, const IntegerRange& range) {
+  return convert_integer(text, target, range);
+}
+
+bool convert(std::string_view text, bool& target) {
+  if (!lmx::internal::is_valid_bool(text)) return false;
+  target = text == "true" || text == "1";
+  return true;
+}
+
+// A valid text matches the pattern exactly when it has a zone, so the engine need not run for it.
+bool convert(std::string_view text, lmx::c_datetime& target) {
+  lmx::c_datetime value;
+  bool has_zone = false;
+  if (!lmx::internal::parse_datetime(text, &value, &has_zone) || !has_zone) return false;
+  target = value;
+  return true;
+}
+
+bool convert(std::string_view text, lmx::c_binary& target) {
+  if (!lmx::internal::is_valid_base64(text)) return false;
+  target.from_base64(std::string(text));
+  return true;
+}
+
+bool convert(std::string_view text, Enumerated& target, const EnumTable& table) {
+  const int number = table.number_of(text);
+  if (number == 0) return false;
+  target.store(table, number);
+  return true;
+}
+
+bool take(const Site& site, std::wstring& target) { return convert(site.reader.value, target); }
 
 bool take(const Site& site, std::wstring& target, Length length) {
   const std::string& text = site.reader.value;
@@ -88,10 +175,12 @@ bool take(const Site& site, std::wstring& target, Length length) {
 }
 
 bool take(const Site& site, double& target, const Range& range) {
+  const std::string& text = site.reader.value;
+  if (convert(text, target, range)) return true;
   double value = 0;
-  if (!lmx::internal::read_double(site.reader.value, &value)) {
+  if (!lmx::internal::read_double(text, &value)) {
     if (!site.pass(lmx::elmx_bad_value_format)) return false;
-    value = leading_number(site.reader.value);
+    value = leading_number(text);
   }
   if (const elmx_error error = range.check(value)) {
     if (!site.pass(error)) return false;
@@ -112,37 +201,32 @@ bool take(const Site& site, unsigned char& target, const IntegerRange& range) {
 
 bool take(const Site& site, bool& target) {
   const std::string& text = site.reader.value;
-  if (!lmx::internal::is_valid_bool(text) && !site.pass(lmx::elmx_bad_value_format)) return false;
-  target = text == "true" || text == "1";
+  if (convert(text, target)) return true;
+  if (!site.pass(lmx::elmx_bad_value_format)) return false;
+  target = false;
   return true;
 }
 
 bool take(const Site& site, lmx::c_datetime& target) {
   const std::string& text = site.reader.value;
-  lmx::c_datetime value;
-  bool has_zone = false;
-  if (!lmx::internal::parse_datetime(text, &value, &has_zone)) {
-    if (!site.pass(lmx::elmx_bad_value_format)) return false;
-    value = text;
-    has_zone = k_zoned_pattern.is_match(text);
-  }
-  // A valid text matches the pattern exactly when it has a zone, so the engine need not run for it.
-  if (!has_zone && !site.pass(lmx::elmx_no_pattern_match)) return false;
-  target = value;
+  if (convert(text, target)) return true;
+  if (!lmx::c_datetime::is_valid(text) && !site.pass(lmx::elmx_bad_value_format)) return false;
+  if (!k_zoned_pattern.is_match(text) && !site.pass(lmx::elmx_no_pattern_match)) return false;
+  target = lmx::c_datetime(text);
   return true;
 }
 
 bool take(const Site& site, lmx::c_binary& target) {
   const std::string& text = site.reader.value;
-  if (!lmx::internal::is_valid_base64(text) && !site.pass(lmx::elmx_bad_value_format)) return false;
+  if (convert(text, target)) return true;
+  if (!site.pass(lmx::elmx_bad_value_format)) return false;
   target.from_base64(text);
   return true;
 }
 
 bool take(const Site& site, Enumerated& target, const EnumTable& table) {
   const std::string& text = site.reader.value;
-  const int number = table.number_of(text);
-  if (number != 0) {
+  if (const int number = number_in(table, text)) {
     target.store(table, number);
     return true;
   }
@@ -158,10 +242,11 @@ bool BodyReader::fetch(const Site& at, lmx::elmx_whitespace mode, bool in_list) 
   return at.pass(in_list ? lmx::elmx_bad_element_value : err_);
 }
 
-bool BodyReader::next(int row, int next_row) {
+bool BodyReader::read_event(int row) {
   err_ = lmx::elmx_ok;
-  reader_.get_element_event(rows_ + next_row, &err_, &name_);
-  return err_ == lmx::elmx_ok || site(row).pass(err_);
+  std::string item;
+  road_.get_due_event(rows_ + row, &err_, &name_, &item);
+  return err_ == lmx::elmx_ok || Site{reader_, item, err_, line_ + 1 + row}.pass(err_);
 }
 
 bool BodyReader::missing(int row) {
@@ -176,14 +261,17 @@ bool BodyReader::missing_group(int next_row) {
 }
 
 bool BodyReader::mark(int row) {
+  if (!read_due_event(row)) return false;
   if (!is_at(row)) return true;
   if (!reader_.skip_rest_of_empty_element(name_) && !site(row).pass(lmx::elmx_bad_end_of_element)) {
     return false;
   }
-  return next(row, row + 1);
+  set_due();
+  return true;
 }
 
 bool BodyReader::foreign(List<AnyElement>& list) {
+  if (!read_due_event(0)) return false;
   while (reader_.is_current_event_tokenisable()) {
     AnyElement element;
     element.full_name = name_;
@@ -193,7 +281,7 @@ bool BodyReader::foreign(List<AnyElement>& list) {
       return false;
     }
     list.append(std::move(element));
-    if (!next(0, 0)) return false;
+    if (!read_event(0)) return false;
   }
   return true;
 }
@@ -243,7 +331,7 @@ bool ChoiceReader::number(Slot& slot, int& chosen, int selection, const Range& r
 
 bool ChoiceReader::enumerated(Slot& slot, int& chosen, int selection, const EnumTable& table) {
   if (!fetch(lmx::elmx_preserve)) return false;
-  if (const int number = table.number_of(site_.reader.value)) {
+  if (const int number = number_in(table, site_.reader.value)) {
     slot.refer(table[number]);
   } else {
     if (!site_.pass(lmx::elmx_value_not_enumerated)) return false;
@@ -341,12 +429,17 @@ class ElementStep {
   }
 
   bool read_children() {
+    lmx::internal::PlainRoad road(reader_);
+    if (!steps_.is_choice && !is_at_end_tag() && road.is_before_start_tag()) {
+      road.set_due(true);
+      return run_body(true) && read_due_event() && check_end();
+    }
     if (!next_event()) return false;
     if (is_at_end_tag()) {
       if (steps_.wants_content && !pass(lmx::elmx_unexpected_empty_element)) return false;
       return check_end();
     }
-    return run_body(true) && check_end();
+    return run_body(true) && read_due_event() && check_end();
   }
 
   // The value is taken where the tag ends; the work string must hold the element's own name for the
@@ -361,6 +454,15 @@ class ElementStep {
     err_ = lmx::elmx_ok;
     steps_.body(self_, reader_, &reader_.name, &err_, has_text);
     return err_ == lmx::elmx_ok;
+  }
+
+  // What the last row of the body left unread.
+  bool read_due_event() {
+    lmx::internal::PlainRoad road(reader_);
+    if (!road.is_due() || road.take_end_tag(node_.get_view())) return true;
+    std::string item;
+    road.get_due_event(nullptr, &err_, &reader_.name, &item);
+    return err_ == lmx::elmx_ok || Site{reader_, item, err_, __LINE__}.pass(err_);
   }
 
   bool check_end() {

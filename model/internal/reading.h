@@ -9,10 +9,13 @@
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "lmx/binary.h"
 #include "lmx/dates.h"
+#include "lmx/internal/plain_road.h"
 #include "lmx/reader.h"
 #include "model/internal/checks.h"
 #include "model/internal/fields.h"
@@ -31,8 +34,22 @@ struct Site {
   bool pass(lmx::elmx_error code) const;
 };
 
-// What remains to be done with the text of a value, which stands in reader.value: check and
-// convert. Only a failure that stands leaves the target as it was.
+// The text of a value, checked and converted. False if a check fails, or if only the long road can
+// tell; the target is then as it was.
+bool convert(std::string_view text, std::wstring& target);
+bool convert(std::string_view text, std::wstring& target, Length length);
+bool convert(std::string_view text, std::wstring& target, Collapsed);
+bool convert(std::string_view text, double& target, const Range& range = {});
+bool convert(std::string_view text, int& target, const IntegerRange& range);
+bool convert(std::string_view text, unsigned& target, const IntegerRange& range);
+bool convert(std::string_view text, unsigned char& target, const IntegerRange& range);
+bool convert(std::string_view text, bool& target);
+bool convert(std::string_view text, lmx::c_datetime& target);  // a time zone is required
+bool convert(std::string_view text, lmx::c_binary& target);
+bool convert(std::string_view text, Enumerated& target, const EnumTable& table);
+
+// The same on the long road: the text stands in reader.value, and each check that fails goes to the
+// handler. False if a failure stands.
 bool take(const Site& site, std::wstring& target);
 bool take(const Site& site, std::wstring& target, Length length);
 bool take(const Site& site, double& target, const Range& range = {});
@@ -40,11 +57,25 @@ bool take(const Site& site, int& target, const IntegerRange& range);
 bool take(const Site& site, unsigned& target, const IntegerRange& range);
 bool take(const Site& site, unsigned char& target, const IntegerRange& range);
 bool take(const Site& site, bool& target);
-bool take(const Site& site, lmx::c_datetime& target);  // a time zone is required
+bool take(const Site& site, lmx::c_datetime& target);
 bool take(const Site& site, lmx::c_binary& target);
 bool take(const Site& site, Enumerated& target, const EnumTable& table);
 
 inline bool take(const Site& site, std::wstring& target, Collapsed) { return take(site, target); }
+
+// Fields by what they hold.
+template <class... Facet>
+bool convert(std::string_view text, Text& target, const Facet&... facet) {
+  return convert(text, target.value, facet...);
+}
+template <class... Facet>
+bool convert(std::string_view text, OptionalText& target, const Facet&... facet) {
+  return convert(text, target.make(), facet...);
+}
+template <class T, class... Facet>
+bool convert(std::string_view text, Value<T>& target, const Facet&... facet) {
+  return convert(text, target.value, facet...);
+}
 template <class... Facet>
 bool take(const Site& site, Text& target, const Facet&... facet) {
   return take(site, target.value, facet...);
@@ -65,6 +96,9 @@ constexpr lmx::elmx_whitespace whitespace_of(const Field&) {
 }
 constexpr lmx::elmx_whitespace whitespace_of(const std::wstring&) { return lmx::elmx_preserve; }
 constexpr lmx::elmx_whitespace whitespace_of(const Text&) { return lmx::elmx_preserve; }
+constexpr lmx::elmx_whitespace whitespace_of(const Value<std::wstring>&) {
+  return lmx::elmx_preserve;
+}
 constexpr lmx::elmx_whitespace whitespace_of(const OptionalText&) { return lmx::elmx_preserve; }
 constexpr lmx::elmx_whitespace whitespace_of(const Enumerated&) { return lmx::elmx_preserve; }
 template <class Field, class Facet>
@@ -76,69 +110,180 @@ constexpr lmx::elmx_whitespace whitespace_of(const Field&, const Collapsed&) {
   return lmx::elmx_collapse;
 }
 
+// Reads a class with simple content from an element that was seen as a whole. Values are stored as
+// they are found good; their flags follow when all of them are.
+class PlainReader {
+ public:
+  explicit PlainReader(lmx::internal::PlainElement& element) : element_(element) {}
+
+  template <class Field, class... Facet>
+  PlainReader& required(std::string_view name, Field& field, const Facet&... facet) {
+    is_good_ = is_good_ && find(name) && accept(found_->value, field, facet...);
+    return *this;
+  }
+  template <class Field, class... Facet>
+  PlainReader& optional(std::string_view name, Field& field, const Facet&... facet) {
+    if (is_good_ && find(name)) is_good_ = accept(found_->value, field, facet...);
+    return *this;
+  }
+  // The content comes last. False if the long road must be taken.
+  template <class Field, class... Facet>
+  bool content(Field& field, const Facet&... facet) {
+    is_good_ = is_good_ && flag_count_ == element_.attribute_count &&
+               convert(element_.text, field, facet...);
+    if (!is_good_) return false;
+    for (int i = 0; i < flag_count_; ++i) *flags_[i] = true;
+    field.set = true;
+    element_.mode = whitespace_of(field, facet...);
+    return true;
+  }
+
+ private:
+  bool find(std::string_view name) {
+    for (int i = 0; i < element_.attribute_count; ++i) {
+      found_ = &element_.attributes[i];
+      if (found_->name == name) return true;
+    }
+    return false;
+  }
+  // An attribute that is set already is for the long road.
+  template <class Field, class... Facet>
+  bool accept(std::string_view text, Field& field, const Facet&... facet) {
+    if (field.set || !convert(text, field, facet...)) return false;
+    flags_[flag_count_++] = &field.set;
+    return true;
+  }
+
+  lmx::internal::PlainElement& element_;
+  const lmx::internal::PlainElement::Attribute* found_ = nullptr;
+  bool* flags_[lmx::internal::PlainElement::k_max_attributes] = {};
+  int flag_count_ = 0;
+  bool is_good_ = true;
+};
+
+// The classes with simple content, which read themselves from a PlainElement, call it their friend.
+struct PlainAccess {
+  template <class T>
+  static auto test(int)
+      -> decltype(std::declval<T&>().unmarshal_plain(std::declval<lmx::internal::PlainElement&>()),
+                  std::true_type());
+  template <class T>
+  static std::false_type test(...);
+  template <class T>
+  static constexpr bool is_plain = decltype(test<T>(0))::value;
+
+  // False, with no flag set, if the long road must be taken.
+  template <class T>
+  static bool read(T& object, lmx::internal::PlainElement& element) {
+    return object.unmarshal_plain(element);
+  }
+};
+
 // The child elements of a class. `rows` is the table of their names in schema order; a row is named
 // by its index there. `line` is the source line before the first row's.
+//
+// After a row the next tag is left unread as long as it can be: the following row may then find its
+// element whole and take it without an event. Whatever is not that plain is read through events.
 class BodyReader {
  public:
   BodyReader(lmx::c_xml_reader& reader, std::string& name, lmx::elmx_error& err,
              const lmx::s_event_map* rows, int line)
-      : reader_(reader), name_(name), err_(err), rows_(rows), line_(line) {
+      : reader_(reader), road_(reader), name_(name), err_(err), rows_(rows), line_(line) {
     tokenise_from(0);
   }
 
   // Simple rows, single: 21 for a required one that is not at hand.
   template <class Field, class... Facet>
   bool required(int row, Field& field, const Facet&... facet) {
+    if (take_plain(row, field, facet...) == Step::taken) return true;
+    if (!read_due_event(row)) return false;
     return is_at(row) ? value(row, field, facet...) : missing(row);
   }
   template <class Field, class... Facet>
   bool optional(int row, Field& field, const Facet&... facet) {
-    return !is_at(row) || value(row, field, facet...);
+    if (take_plain(row, field, facet...) != Step::unknown) return true;
+    return read_due_event(row) && (!is_at(row) || value(row, field, facet...));
   }
   // Lists of simple values.
   template <class T, class... Facet>
   bool values(int row, List<T>& list, const Facet&... facet) {
-    while (is_at(row)) {
-      T taken{};
-      const Site at = site(row);
-      if (!fetch(at, whitespace_of(taken, facet...), true)) return false;
-      if (!take(at, taken, facet...)) return false;
-      list.append(std::move(taken));
-      if (!next(row, row)) return false;
+    while (true) {
+      Value<T> taken;
+      const Step step = take_plain(row, taken, facet...);
+      if (step == Step::other) return true;
+      if (step == Step::unknown) {
+        if (!read_due_event(row)) return false;
+        if (!is_at(row)) return true;
+        const Site at = site(row);
+        if (!fetch(at, whitespace_of(taken.value, facet...), true)) return false;
+        if (!take(at, taken.value, facet...)) return false;
+        set_due();
+      }
+      list.append(std::move(taken.value));
     }
-    return true;
   }
   template <class T, class... Facet>
   bool values_from_one(int row, List<T>& list, const Facet&... facet) {
-    return is_at(row) ? values(row, list, facet...) : missing(row);
+    const unsigned before = list.size();
+    if (!values(row, list, facet...)) return false;
+    return list.size() != before || (read_due_event(row) && missing(row));
   }
 
   // Children.
   template <class Field>
   bool required_child(int row, Field& field) {
-    return is_at(row) ? child(row, field) : missing(row);
+    switch (take_plain_field(row, field)) {
+      case Step::taken:
+        return true;
+      case Step::opened:
+        return child(field);
+      default:
+        return read_due_event(row) && (is_at(row) ? child(field) : missing(row));
+    }
   }
   template <class Field>
   bool optional_child(int row, Field& field) {
-    return !is_at(row) || child(row, field);
+    switch (take_plain_field(row, field)) {
+      case Step::taken:
+        return true;
+      case Step::other:
+        return true;
+      case Step::opened:
+        return child(field);
+      default:
+        return read_due_event(row) && (!is_at(row) || child(field));
+    }
   }
   template <class T>
   bool children(int row, List<T>& list) {
-    while (is_at(row)) {
+    while (true) {
+      switch (take_plain_element(row, list)) {
+        case Step::taken:
+          continue;
+        case Step::other:
+          return true;
+        case Step::opened:
+          break;
+        default:
+          if (!read_due_event(row)) return false;
+          if (!is_at(row)) return true;
+      }
       if (!accept(list.append().unmarshal(reader_, name_))) return false;
-      if (!next(row, row)) return false;
+      set_due();
     }
-    return true;
   }
   template <class T>
   bool children_from_one(int row, List<T>& list) {
-    return is_at(row) ? children(row, list) : missing(row);
+    const unsigned before = list.size();
+    if (!children(row, list)) return false;
+    return list.size() != before || (read_due_event(row) && missing(row));
   }
 
   // Members of a substitution group. Their names stand in the holder's table and not in this one:
   // `next_row` is the row behind. A missing one is never reported, not even where it is required.
   template <class T>
   bool holder(int next_row, OptionalChild<T>& field) {
+    if (!read_due_event(next_row)) return false;
     if (!T::is_member(reader_, name_)) return true;
     if (!field.make().unmarshal(reader_, &name_, &err_)) return false;
     field.set = true;
@@ -147,6 +292,7 @@ class BodyReader {
   }
   template <class T>
   bool holders(int next_row, List<T>& list) {
+    if (!read_due_event(next_row)) return false;
     while (T::is_member(reader_, name_)) {
       if (!list.append().unmarshal(reader_, &name_, &err_)) return false;
     }
@@ -156,6 +302,7 @@ class BodyReader {
   // An anonymous group is required: 21 without an item if none of its values is at hand.
   template <class T>
   bool group(int next_row, Child<T>& field) {
+    if (!read_due_event(next_row)) return false;
     if (!T::is_member(reader_, name_)) return missing_group(next_row);
     if (!field.make().unmarshal(reader_, &name_, &err_)) return false;
     field.set = true;
@@ -169,17 +316,77 @@ class BodyReader {
   bool foreign(List<AnyElement>& list);
 
  private:
+  using Sight = lmx::internal::PlainRoad::Sight;
+
+  // What became of a row on the plain road. An opened child is read on through events.
+  enum class Step { taken, opened, other, unknown };
+
   Site site(int row) const { return Site{reader_, name_, err_, line_ + 1 + row}; }
   bool is_at(int row) const { return reader_.get_current_event() == rows_[row].event; }
   void tokenise_from(int row) {
-    if (reader_.is_current_event_tokenisable()) {
+    if (!road_.is_due() && reader_.is_current_event_tokenisable()) {
       reader_.tokenise(rows_ + row, lmx::elxp_element);
     }
   }
+  void set_due() { road_.set_due(); }
+  // The next tag or text, if it was left unread, as the given row or one behind it.
+  bool read_due_event(int row) { return !road_.is_due() || read_event(row); }
+  bool read_event(int row);
   // A child's code has been through the handler already.
   bool accept(lmx::elmx_error code) {
     err_ = code;
     return code == lmx::elmx_ok;
+  }
+
+  template <class Field, class... Facet>
+  Step take_plain(int row, Field& field, const Facet&... facet) {
+    if (!road_.is_due()) return Step::unknown;
+    lmx::internal::PlainElement element;
+    const Sight sight = road_.look(rows_[row], false, &element);
+    if (sight == Sight::other_name) return Step::other;
+    if (sight != Sight::plain || !convert(element.text, field, facet...)) return Step::unknown;
+    field.set = true;
+    element.mode = whitespace_of(field, facet...);
+    road_.take(element);
+    return Step::taken;
+  }
+  template <class T>
+  bool take_plain_object(lmx::internal::PlainElement& element, T& object) {
+    if (!road_.has_depth() || !PlainAccess::read(object, element)) return false;
+    road_.take(element);
+    reader_.attribute_name.clear();
+    return true;
+  }
+  // The next element as the child of a row: `make` gives the object to read into.
+  template <class Object, class Make>
+  Step take_plain_child(int row, const Make& make) {
+    if (!road_.is_due()) return Step::unknown;
+    lmx::internal::PlainElement element;
+    const Sight sight = road_.look(rows_[row], PlainAccess::is_plain<Object>, &element);
+    if (sight == Sight::other_name) return Step::other;
+    if (sight == Sight::unknown) return Step::unknown;
+    if constexpr (PlainAccess::is_plain<Object>) {
+      return sight == Sight::plain && take_plain_object(element, make()) ? Step::taken
+                                                                         : Step::unknown;
+    } else {
+      if (sight == Sight::plain) return Step::unknown;
+      road_.open(element, rows_[row].event);
+      return Step::opened;
+    }
+  }
+  template <class Field>
+  Step take_plain_field(int row, Field& field) {
+    using Object = std::remove_reference_t<decltype(field.make())>;
+    const Step step = take_plain_child<Object>(row, [&field]() -> Object& { return field.make(); });
+    if (step == Step::taken) field.set = true;
+    return step;
+  }
+  template <class T>
+  Step take_plain_element(int row, List<T>& list) {
+    const unsigned before = list.size();
+    const Step step = take_plain_child<T>(row, [&list]() -> T& { return list.append(); });
+    if (step != Step::taken && list.size() != before) list.remove(before);
+    return step;
   }
 
   template <class Field, class... Facet>
@@ -188,22 +395,23 @@ class BodyReader {
     if (!fetch(at, whitespace_of(field, facet...), false)) return false;
     if (!take(at, field, facet...)) return false;
     field.set = true;
-    return next(row, row + 1);
+    set_due();
+    return true;
   }
   template <class Field>
-  bool child(int row, Field& field) {
+  bool child(Field& field) {
     if (!accept(field.make().unmarshal(reader_, name_))) return false;
     field.set = true;
-    return next(row, row + 1);
+    set_due();
+    return true;
   }
 
   bool fetch(const Site& at, lmx::elmx_whitespace mode, bool in_list);
-  // Moves on to the next tag or text, which may be the given row or one behind it.
-  bool next(int row, int next_row);
   bool missing(int row);
   bool missing_group(int next_row);
 
   lmx::c_xml_reader& reader_;
+  lmx::internal::PlainRoad road_;
   std::string& name_;
   lmx::elmx_error& err_;
   const lmx::s_event_map* rows_;
@@ -378,6 +586,7 @@ struct ReadSteps {
   bool (*is_nil)(const void* self);  // null for a class that is not nillable
   bool wants_content;                // an empty element is a fault
   bool is_simple;                    // its content is a value
+  bool is_choice;                    // its content is one of several elements
 };
 
 // The element step: attributes, children or content, end tag. `name` is the element's name as the

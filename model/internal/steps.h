@@ -15,7 +15,8 @@ enum Trait : unsigned {
   k_names_namespaces = 2,  // carries the namespaces when it comes first in a document
   k_blank = 4,             // has neither children nor content
   k_simple = 8,            // its content is a value
-  k_nillable = 16
+  k_nillable = 16,
+  k_choice = 32  // its content is one of several elements
 };
 
 template <class T, unsigned traits>
@@ -57,7 +58,8 @@ struct Steps {
                                           read_body,
                                           nil_test(),
                                           (traits & k_wants_content) != 0,
-                                          (traits & k_simple) != 0};
+                                          (traits & k_simple) != 0,
+                                          (traits & k_choice) != 0};
   static constexpr WriteSteps k_writing = {is_occurs_ok,
                                            write_attributes,
                                            write_children,
