@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "tools/sibling_reading.h"
+
 using lmx::elmx_error;
 
 namespace {
@@ -98,22 +100,22 @@ bool FaultReader::is_follow_up(elmx_error code, const std::string& item) {
 
 elmx_error FaultReader::go_on(elmx_error code, const std::string& item) {
   if (is_local_fault(code)) return lmx::elmx_ok;
-  if (code == lmx::elmx_bad_end_of_element || code == lmx::elmx_bad_element_value) {
-    if (!pass_element(item)) return code;
-    lost_value_ = item;
-    return lmx::elmx_ok;
-  }
-  return code;
+  if (code != lmx::elmx_bad_end_of_element && code != lmx::elmx_bad_element_value) return code;
+  // A row's own event stays at hand while its value is read.
+  const bool is_in_value =
+      get_current_event() > lmx::elxp_xsi_no_namespace_schema_location && name == item;
+  const elmx_error result = !is_in_value       ? pass_siblings(code, item)
+                            : pass_value(item) ? lmx::elmx_ok
+                                               : code;
+  if (is_in_value || code == lmx::elmx_bad_element_value) lost_value_ = item;
+  return result;
 }
 
-// Moves behind the end tag of an element that is open. False if that does not come in good order.
-bool FaultReader::pass_element(const std::string& element) {
-  const int event = get_current_event();
-  // A row's own event stays at hand while its value is read. The search for the end tag of a value
-  // takes the start tag of an element inside, which is then known by its end tag alone.
-  bool may_be_inner = event > lmx::elxp_xsi_no_namespace_schema_location && name == element;
-  const bool is_stray = !may_be_inner && is_current_event_tokenisable();
-  if (is_stray && !skip_rest_of_element(name)) return false;
+// Moves behind the end tag of a value. False if that does not come in good order.
+bool FaultReader::pass_value(const std::string& element) {
+  // The search for the end tag takes the start tag of an element inside, which is then known by its
+  // end tag alone.
+  bool may_be_inner = true;
   while (true) {
     elmx_error error = lmx::elmx_ok;
     get_element_event(nullptr, &error, &name);
@@ -127,6 +129,35 @@ bool FaultReader::pass_element(const std::string& element) {
         break;
       default:
         if (!skip_rest_of_element(name)) return false;
+    }
+  }
+}
+
+// Moves behind the end tag of an element that has no use for the element or text at hand, and looks
+// into that and what follows. Gives `code` if the end tag does not come in good order.
+elmx_error FaultReader::pass_siblings(elmx_error code, const std::string& parent) {
+  elmx_error error = lmx::elmx_ok;
+  bool has_event = get_current_event() != lmx::elxp_start_tag_end;
+  while (true) {
+    if (!has_event) get_element_event(nullptr, &error, &name);
+    if (error != lmx::elmx_ok) return code;
+    has_event = false;
+    switch (get_current_event()) {
+      case lmx::elxp_text:
+        break;
+      case lmx::elxp_end_tag:
+        return name == parent ? lmx::elmx_ok : code;
+      default:
+        switch (read_sibling(*this, parent, &error)) {
+          case SiblingState::unknown:
+            if (!skip_rest_of_element(name)) return code;
+            break;
+          case SiblingState::read:
+            break;
+          case SiblingState::passed:
+            has_event = true;
+        }
+        if (error != lmx::elmx_ok) return error;
     }
   }
 }

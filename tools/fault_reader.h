@@ -42,7 +42,8 @@ class FaultReader : public lmx::c_xml_reader_memory {
   bool is_broken() const;
   bool is_follow_up(lmx::elmx_error code, const std::string& item);
   lmx::elmx_error go_on(lmx::elmx_error code, const std::string& item);
-  bool pass_element(const std::string& name);
+  bool pass_value(const std::string& element);
+  lmx::elmx_error pass_siblings(lmx::elmx_error code, const std::string& parent);
 
   std::size_t limit_;
   std::vector<Fault> faults_;

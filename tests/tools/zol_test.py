@@ -206,6 +206,28 @@ class ValidateTest(CommandTest):
                     self.assertEqual(self.faults(text, "--first"), wanted[:1])
                     self.assertEqual(self.faults(text, "--max", "2"), wanted[:2])
 
+    def test_looks_into_what_follows_a_stray_element(self):
+        stray = "<Zol:Extension><Zol:Color/></Zol:Extension>\n"
+        bad = color("bad").replace("67.2", "b")
+        space = COLOR[COLOR.index("  <Zol:ColorSpaceCIELab>"):COLOR.rindex("</Zol:Color>")]
+        spaces = color().replace(space, space + stray + 2 * space.replace("53.2", "l") + space)
+        for name, text, expected in (
+            ("colours", document(color(), stray, bad, color(), bad, palette(bad)),
+             ["Zol:Zol", "Zol:B", "Zol:B", "Zol:B"]),
+            ("a set", document(palette(color(), stray, bad, color(), bad)),
+             ["Zol:ColorSet", "Zol:B", "Zol:B"]),
+            ("a palette", document(palette(bad), color(), bad, palette(bad)),
+             ["Zol:B", "Zol:Zol", "Zol:B", "Zol:B"]),
+            ("spaces", document(spaces, bad), ["Zol:Color", "Zol:L", "Zol:L", "Zol:B"]),
+            ("strays among strays", document(stray, palette(color(), stray, bad), bad),
+             ["Zol:Zol", "Zol:ColorSet", "Zol:B", "Zol:B"]),
+        ):
+            with self.subTest(name):
+                faults = self.faults(text)
+                self.assertEqual([item for _, _, item in faults], expected)
+                self.assertEqual(faults, sorted(faults))
+                self.assertEqual(self.faults(text, "--max", "2"), faults[:2])
+
     def test_ends_at_what_cannot_be_passed_over(self):
         late = color("late").replace("67.2", "#late#")
         good = document(color(), palette(late))
