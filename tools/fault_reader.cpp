@@ -48,6 +48,7 @@ elmx_error FaultReader::user_handle_error(elmx_error code, const std::string& it
                                           int) {
   // The argument may be one of the reader's own work strings.
   const std::string item_name = item;
+  forget_false_gaps(code);
   if (!is_follow_up(code, item_name)) {
     faults_.push_back(make_fault(get_line_no(), code, item_name));
     if (faults_.size() == limit_) {
@@ -96,6 +97,20 @@ bool FaultReader::is_follow_up(elmx_error code, const std::string& item) {
   if (here == stray_) return true;
   stray_ = here;
   return false;
+}
+
+// An element that seems to end has not, after all, if the end tag turns out to be another's. Of
+// what it seemed to lack the first stays, which is what the library alone would have found.
+void FaultReader::forget_false_gaps(elmx_error code) {
+  if (get_current_event() != lmx::elxp_end_tag) return;
+  const Place here = place();
+  if (!(here == end_tag_)) gaps_ = 0;
+  end_tag_ = here;
+  if (code == lmx::elmx_mandatory_element_missing) {
+    ++gaps_;
+  } else if (code == lmx::elmx_bad_end_of_element) {
+    for (; gaps_ > 1; --gaps_) faults_.pop_back();
+  }
 }
 
 elmx_error FaultReader::go_on(elmx_error code, const std::string& item) {

@@ -41,6 +41,7 @@ class FaultReader : public lmx::c_xml_reader_memory {
   Place place();
   bool is_broken() const;
   bool is_follow_up(lmx::elmx_error code, const std::string& item);
+  void forget_false_gaps(lmx::elmx_error code);
   lmx::elmx_error go_on(lmx::elmx_error code, const std::string& item);
   bool pass_value(const std::string& element);
   lmx::elmx_error pass_siblings(lmx::elmx_error code, const std::string& parent);
@@ -48,6 +49,8 @@ class FaultReader : public lmx::c_xml_reader_memory {
   std::size_t limit_;
   std::vector<Fault> faults_;
   bool is_complete_ = true;
-  Place stray_;             // of an element or a text that its parent has no use for
+  Place stray_;  // of an element or a text that its parent has no use for
+  Place end_tag_;
+  std::size_t gaps_ = 0;    // rows that were noted as missing at that end tag
   std::string lost_value_;  // the element whose text could not be read
 };

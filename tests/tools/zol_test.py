@@ -247,6 +247,11 @@ class ValidateTest(CommandTest):
                 faults = self.faults(text)
                 self.assertEqual([fault[1:] for fault in faults], [(code, item)])
 
+    def test_a_wrong_end_tag_leaves_no_gaps(self):
+        text = document(color().replace("<Zol:L>53.2</Zol:L>", "</Zol:Wrong>"))
+        self.assertEqual([fault[1:] for fault in self.faults(text)],
+                         [(21, "Zol:L"), (10, "Zol:ColorSpaceCIELab")])
+
     def test_every_cut_gives_few_faults(self):
         text = document(color(), frame="<Zol:Version><Zol:Version>1</Zol:Version></Zol:Version>")
         end = text.rindex("</Zol:Zol>") + len("</Zol:Zol>")
