@@ -73,7 +73,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-  "library and command for colour-data documents\n Reads, validates, holds and writes documents in the Zol format: a C++\n library with its headers, the command zol, and an XML Schema.")
+  "A C++ library with its headers, the command zol, and an XML Schema of the format.")
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 find_program(ZOL_SHLIBDEPS dpkg-shlibdeps)
 mark_as_advanced(ZOL_SHLIBDEPS)
