@@ -42,7 +42,10 @@ internal static class BridgeCalls
         for (int i = 0; i < Calls; ++i) sum += averaging.get_Averaging() ? 1 : 0;
       });
       Measure("get a child", () => { for (int i = 0; i < Calls; ++i) document.get_Color(50); });
-      Measure("get a text", () => { for (int i = 0; i < Calls; ++i) sum += header.get_Name().Length; });
+      Measure("get a text", () =>
+      {
+        for (int i = 0; i < Calls; ++i) sum += header.get_Name().Length;
+      });
       Measure("set a text", () => { for (int i = 0; i < Calls; ++i) header.set_Name("name"); });
       if (double.IsNaN(sum)) Console.WriteLine(sum);
     }

@@ -26,6 +26,9 @@ bool is_null(const void* argument, const char* message);
 // Wide text that comes in, one unit to a wchar_t. Null is empty.
 std::wstring wide(const char16_t* text);
 
+// A null array has no bytes.
+inline unsigned size_of(const void* bytes, unsigned size) { return bytes != nullptr ? size : 0; }
+
 inline const char* or_empty(const char* text) { return text != nullptr ? text : ""; }
 
 // Texts that go out as blocks of their own. Null only if there is no memory.

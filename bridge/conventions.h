@@ -9,7 +9,8 @@
  *
  * Null. A null handle for a reference, and a null narrow string, call the registered
  * argument-exception callback of kind 1 with a message and no parameter name; the function then
- * gives 0 without calling the library. A null wide string is an empty one.
+ * gives 0 without calling the library. A null wide string is an empty one, and a null array of
+ * bytes has none.
  *
  * Text. Wide text is UTF-16 that ends in a zero unit, narrow text UTF-8 that ends in a zero byte. A
  * text that comes out is a block of its own in the layout of a BSTR: the count of its bytes in the
@@ -17,7 +18,7 @@
  * it is a BSTR, and SysFreeString does the same). Identities (getid, id_get) are borrowed addresses
  * that compare by address and are not freed.
  *
- * Numbers have 32 bits, bool is an unsigned that goes out as 0 or 1, `unsigned` also carries a byte.
+ * Numbers have 32 bits. A bool is an unsigned that goes out as 0 or 1; a byte is an unsigned too.
  *
  * Exceptions of the library pass through, and one that reaches a managed frame ends the process on
  * most platforms. zol_helpers.h has the file operations that never throw.

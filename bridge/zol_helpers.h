@@ -1,4 +1,4 @@
-/* What the flat interface has beside the functions of zol_exports.h. The conventions are the same. */
+/* What the flat interface has beside the functions of zol_exports.h, by the same conventions. */
 #pragma once
 
 #include "bridge/conventions.h"
@@ -19,13 +19,13 @@ typedef struct zol_report {
 /* Frees the texts of a report and makes it all zero. */
 ZOL_HELPER void ZOL_CALL zol_report_clear(zol_report* report);
 
-/* File operations that nothing is thrown through. `zol` is the handle of a Zol; `report` may be null,
- * and what was in it is overwritten, not freed.
+/* File operations that nothing is thrown through. `zol` is the handle of a Zol; `report` may be
+ * null, and what was in it is overwritten, not freed.
  *
- * zol_open_file and zol_save_file are the ones to use: an opened document is what the file holds or,
- * after a failure, what it was before; a saved file takes the place of the older one only when it is
- * complete. zol_load_file and zol_write_file do what _CSharp_Zol_loadFile and writeFile do, and know
- * neither line nor item; where those let an exception out, they give 1000. */
+ * zol_open_file and zol_save_file are the ones to use: an opened document is what the file holds
+ * or, after a failure, what it was before; a saved file takes the place of the older one only when
+ * it is complete. zol_load_file and zol_write_file do what _CSharp_Zol_loadFile and writeFile do,
+ * and know neither line nor item; where those let an exception out, they give 1000. */
 ZOL_HELPER int ZOL_CALL zol_open_file(void* zol, const char16_t* path, zol_report* report);
 ZOL_HELPER int ZOL_CALL zol_save_file(void* zol, const char16_t* path, zol_report* report);
 ZOL_HELPER int ZOL_CALL zol_load_file(void* zol, const char16_t* path, zol_report* report);

@@ -173,7 +173,8 @@ class ProxyClass:
 
               internal override void Delete() { $delete$ }
             """, summary=summary.replace("&", "&amp;").replace("<", "&lt;"),
-            Class=name, new="new " if base else "", Base=base or "Proxy", upcast=upcast + ", " if base else "",
+            Class=name, new="new " if base else "", Base=base or "Proxy",
+            upcast=upcast + ", " if base else "",
             delete=f"Native.delete_{name}(new HandleRef(this, self));" if deletes else "")
         out.raw(head.text(), indent=2)
         for text in self.enumerations():
@@ -293,7 +294,8 @@ private static IntPtr Make({parameters(export)})
   error = (elmx_error)code;
   return handle;
 }}"""
-    head, chain = f"public {name}({parameters(export)})", f": this({call(export)}, true, null) {{ }}"
+    head = f"public {name}({parameters(export)})"
+    chain = f": this({call(export)}, true, null) {{ }}"
     return f"{head} {chain}" if len(head + chain) <= 95 else f"{head}\n  {chain}"
 
 

@@ -63,7 +63,9 @@ def sample(row):
         value = low + 1
     else:
         value = 1.0 if high is None else high - 1
-    return repr(value) if row.type == "double" else f"{int(value)}{'u' if row.type != 'int' else ''}"
+    if row.type == "double":
+        return repr(value)
+    return f"{int(value)}{'' if row.type == 'int' else 'u'}"
 
 
 class Case:
@@ -246,7 +248,7 @@ class Case:
             self.add(f"deleted({self.call(export, 'self')}, _CSharp_delete_XMLDocumentResult, "
                      f'"{brief(export)}");')
             return
-        want = "1001" if "writeFile" in export.name else "34" if "loadString" in export.name else "1"
+        want = {"loadFile": "1", "loadString": "34", "writeFile": "1001"}[operation(export)]
         self.check(export, want, "self", "nullptr")
         self.check(export, want, "self", 'u""')
 
@@ -329,7 +331,7 @@ class Case:
             self.raises(calls[name], index="0u")
         self.check(calls["append"], "0", "self", '"<a/>"')
         self.check(calls["insert"], "0", "self", "0u", '"<b/>"')
-        self.add(f"{self.call(calls['get'], 'self', '0u', *(['kText'] * 3)).replace('kText', chr(34) * 2)};")
+        self.add(self.call(calls["get"], "self", "0u", '""', '""', '""') + ";")
         self.list_end(calls)
 
     def list_end(self, calls):

@@ -160,7 +160,8 @@ class ModelClass:
             self.constructor(2, [Parameter("chars", "file"), error],
                              "or_empty(file), CodeSlot(error)")
             self.constructor(3, [Parameter("bytes", "buffer"), Parameter("uint", "size"), error],
-                             "reinterpret_cast<const char*>(buffer), size, CodeSlot(error)")
+                             "reinterpret_cast<const char*>(buffer), size_of(buffer, size), "
+                             "CodeSlot(error)")
         self.list.append(destructor(self.name, info.where.file, self.self))
         if info.base is not None:
             base = info.base.name
@@ -450,7 +451,9 @@ def argument(parameter):
 
 
 def _arguments(declaration):
-    return ", ".join(argument(p) for p in declaration.parameters)
+    array = next((p.name for p in declaration.parameters if p.kind == "bytes"), None)
+    return ", ".join(f"size_of({array}, size)" if array and p.name == "size" else argument(p)
+                     for p in declaration.parameters)
 
 
 def _returning(declaration, call):

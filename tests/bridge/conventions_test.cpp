@@ -84,6 +84,11 @@ TEST_F(Bridge, ValueClassesTakeWhatTheirNamesSay) {
   EXPECT_EQ(text(_CSharp_c_any_info_get_value(any)), "value");
   _CSharp_delete_c_any_info(any);
 
+  void* const bytes = _CSharp_new_c_binary__SWIG_2(nullptr, 5);
+  EXPECT_EQ(_CSharp_c_binary_size(bytes), 0u);
+  EXPECT_EQ(_CSharp_c_binary_equal(bytes, nullptr, 5), 1u);
+  _CSharp_delete_c_binary(bytes);
+
   void* const time = _CSharp_new_c_time__SWIG_1("08:09:10.5");
   _CSharp_c_time_set_offset(time, -5, 30);
   EXPECT_EQ(_CSharp_c_time_get_secs(time), 10.5f);

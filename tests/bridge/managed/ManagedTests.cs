@@ -336,7 +336,10 @@ internal static class ManagedTests
       binary.set(null);
       Same(0u, binary.size(), "size of nothing");
     }
-    using (c_decimal value = new c_decimal(1234, 2)) Same("12.34", value.get_as_string(), "decimal");
+    using (c_decimal value = new c_decimal(1234, 2))
+    {
+      Same("12.34", value.get_as_string(), "decimal");
+    }
     using (c_big_int value = new c_big_int("007")) Same(7, value.get(), "integer");
     using (c_duration value = new c_duration("P1Y2M")) Same(2u, value.get_months(), "duration");
     using (c_datetime value = new c_datetime("2024-02-29T12:30:15.5+01:00"))
@@ -365,9 +368,10 @@ internal static class ManagedTests
     using (CalibrationStateType state = new CalibrationStateType())
     {
       Same(true, state.setenum_CalibrationStateType(
-        CalibrationStateType.Eenum_CalibrationStateType.CalibrationStateType_CalibrationState_Calibrated),
-        "setenum");
+        (CalibrationStateType.Eenum_CalibrationStateType)2), "setenum");
       Same("CalibrationState_Calibrated", state.get_CalibrationStateType(), "text");
+      Same("CalibrationStateType_CalibrationState_Calibrated",
+           state.getenum_CalibrationStateType().ToString(), "getenum");
       Same(elmx_error.elmx_value_not_enumerated, state.set_CalibrationStateType("x"), "code");
     }
   }
