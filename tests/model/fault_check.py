@@ -51,16 +51,18 @@ class Element:
         self.before_start = self.before_end = ""
         self.is_short = False
 
-    def spell(self, depth=0):
+    def spell(self, blank, depth=0):
+        """The text; `blank` goes wherever a tag may have one that means nothing."""
         tag = f"{self.before_start}<{self.name}"
-        tag += "".join(f" {name}={quoteattr(value)}" for name, value in self.attributes)
+        tag += "".join(f" {name}{blank}={blank}{quoteattr(value)}"
+                       for name, value in self.attributes) + blank
         indent = "\t" * depth
         if self.is_short:
             return f"{indent}{tag}/>\n"
-        end = f"{self.before_end}</{self.end_name}>\n"
+        end = f"{self.before_end}</{self.end_name}{blank}>\n"
         if not self.children:
             return f"{indent}{tag}>{self.text}{end}"
-        inner = "".join(child + "\n" if isinstance(child, str) else child.spell(depth + 1)
+        inner = "".join(child + "\n" if isinstance(child, str) else child.spell(blank, depth + 1)
                         for child in self.children)
         return f"{indent}{tag}>{self.text}\n{inner}{indent}{end}"
 
@@ -219,8 +221,9 @@ class Breaker:
         root, target = excerpt(node)
         bend(target, root)
         where = node.info.name if node.info is not None else f"{node.row.owner.name}.{node.name}"
-        self.cases.append(Case(f"{where}: {what}", '<?xml version="1.0"?>\n' + root.spell(), code,
-                               item))
+        for blank in ("", " "):
+            self.cases.append(Case(f"{where}: {what}", '<?xml version="1.0"?>\n' + root.spell(blank),
+                                   code, item))
 
     def object(self, node):
         info, name = node.info, f"Zol:{node.name}"

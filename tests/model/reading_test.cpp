@@ -114,6 +114,12 @@ const Edge k_edges[] = {
      "<b><Zol:IlluminantAngle>1</Zol:IlluminantAngle><Zol:Aspecular>1</Zol:Aspecular>"
      "<Zol:Azimuth></Zol:Azimuth></b>",
      {}},
+    {"an entity that nobody declared, in an attribute",
+     outcome_of<TagCategory>,
+     "<c Name='&nope;'/>",
+     {28, "Name", 1}},
+    {"in a value", outcome_of<Person>, "<p><Zol:Name>&nope;</Zol:Name></p>", {29, "Zol:Name", 1}},
+    {"in content", outcome_of<Density>, "<d>1&nope;</d>", {29, "d", 1}},
     {"one history with a zone and one without",
      outcome_of<Measurement>,
      "<m><Zol:Device><Zol:Manufacturer/><Zol:Model/><Zol:SerialNumber/></Zol:Device>"
