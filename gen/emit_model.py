@@ -941,8 +941,6 @@ def traits(info):
         words.append("internal::k_simple")
     if info.nillable:
         words.append("internal::k_nillable")
-    if info.alternatives:
-        words.append("internal::k_choice")
     return " | ".join(words) or "internal::k_no_trait"
 
 

@@ -80,13 +80,6 @@ void c_xml_reader::remember_prefix() {
   plain_prefix_.append(prefix);
 }
 
-// An element that was taken on the plain road is the last name all the same.
-void c_xml_reader::crack_last_plain_name() {
-  if (!has_plain_name_) return;
-  has_plain_name_ = false;
-  cracked_name_.split(current_local_, name, plain_prefix_.size());
-}
-
 void c_xml_reader::get_known_element_event(const s_event_map* map, elmx_error* error,
                                            std::string* name) {
   while (true) {

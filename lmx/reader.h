@@ -217,7 +217,6 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   // The prefix of the last element, with its colon; most elements have the same.
   std::string_view plain_prefix() const { return {plain_prefix_.data(), plain_prefix_.size()}; }
   void remember_prefix();
-  void crack_last_plain_name();
 
   c_xml_reader_local* current_local_;
   c_xml_reader_local root_local_;
@@ -232,7 +231,10 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   internal::ByteBuffer plain_prefix_{16};
   bool is_event_due_ = false;
   bool is_first_due_ = false;
-  bool has_plain_name_ = false;
+  // Of the element that was taken as a whole last: views into the window, until something is read
+  // from it through events.
+  std::string_view plain_name_;
+  std::string_view plain_value_;
 };
 
 // Reads a file, in any accepted encoding. Whether it opened, is_open() tells, and the caller asks.

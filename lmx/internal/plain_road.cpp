@@ -1,46 +1,23 @@
 #include "lmx/internal/plain_road.h"
 
 #include <cstdint>
-#include <cstring>
 
 #include "lmx/internal/byte_buffer.h"
 #include "lmx/internal/runs.h"
+#include "lmx/internal/word.h"
 
 namespace lmx::internal {
 
 namespace {
 
-constexpr std::uint64_t k_ones = 0x0101010101010101u;
-constexpr std::uint64_t k_highs = 0x8080808080808080u;
-
-std::uint64_t load_little_endian(const char* p) {
-  std::uint64_t word = 0;
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-  for (int i = 0; i < 8; ++i) word |= std::uint64_t{byte_at(p + i)} << (8 * i);
-#else
-  std::memcpy(&word, p, sizeof word);
-#endif
-  return word;
-}
-
-// The high bit of each byte that is `c`, and perhaps of bytes above the lowest of them.
-std::uint64_t bytes_equal(std::uint64_t word, unsigned char c) {
-  const std::uint64_t difference = word ^ (k_ones * c);
-  return (difference - k_ones) & ~difference & k_highs;
-}
-
 // The end of a run of plain ASCII text: a control character, "<", "&" or a byte above 127. Of white
-// space only the blank passes, so that the replacing mode has nothing to do. Eight bytes a step:
-// the lowest flag of a word is exact, whatever borrows do above it.
+// space only the blank passes, so that the replacing mode has nothing to do.
 const char* pass_plain_text(const char* p, const char* end) {
   for (; end - p >= 8; p += 8) {
-    const std::uint64_t word = load_little_endian(p);
-    const std::uint64_t control = (word - k_ones * 0x20) & ~word;
+    const std::uint64_t word = load_word(p);
     const std::uint64_t stop =
-        (word | control | bytes_equal(word, '<') | bytes_equal(word, '&')) & k_highs;
-    if (stop == 0) continue;
-    for (std::uint64_t flags = stop; (flags & 0x80) == 0; flags >>= 8) ++p;
-    return p;
+        (word & k_highs) | flag_below(word, ' ') | flag_equal(word, '<') | flag_equal(word, '&');
+    if (stop != 0) return p + lowest_byte(stop);
   }
   while (p != end && (*p == ' ' || !has_mask(*p, k_text_stop | k_plain_stop))) ++p;
   return p;
@@ -173,20 +150,29 @@ const char* PlainRoad::see_attributes(const char* p, const char* end, PlainEleme
 void PlainRoad::take(const PlainElement& element) {
   c_get_for_xml& getter = reader_.getter();
   getter.set_ws_mode(element.mode);
-  store(&reader_.name, element.name.data(), element.name.size());
-  store(&reader_.value, element.text.data(), element.text.size());
   getter.take_window(element.end, element.lines);
-  reader_.has_plain_name_ = true;
+  reader_.plain_name_ = element.name;
+  reader_.plain_value_ = element.text;
   set_due();
 }
 
 void PlainRoad::open(const PlainElement& element, int event) {
-  reader_.is_event_due_ = false;
-  reader_.has_plain_name_ = false;
+  settle();
   store(&reader_.name, element.name.data(), element.name.size());
   reader_.open_plain_tag(element.end, element.lines);
   reader_.cracked_name_.split(reader_.current_local_, reader_.name, reader_.plain_prefix().size());
   reader_.current_event_ = event;
+}
+
+// Leaves the road: what was taken on it last is what the reader read last.
+void PlainRoad::settle() {
+  reader_.is_event_due_ = false;
+  reader_.is_first_due_ = false;
+  if (reader_.plain_name_.empty()) return;
+  store(&reader_.name, reader_.plain_name_.data(), reader_.plain_name_.size());
+  store(&reader_.value, reader_.plain_value_.data(), reader_.plain_value_.size());
+  reader_.plain_name_ = {};
+  reader_.cracked_name_.split(reader_.current_local_, reader_.name, reader_.plain_prefix().size());
 }
 
 bool PlainRoad::is_before_start_tag() const {
@@ -200,9 +186,7 @@ bool PlainRoad::is_before_start_tag() const {
 void PlainRoad::get_due_event(const s_event_map* map, elmx_error* error, std::string* name,
                               std::string* item) {
   const bool is_first = reader_.is_first_due_;
-  reader_.is_event_due_ = false;
-  reader_.is_first_due_ = false;
-  reader_.crack_last_plain_name();
+  settle();
   reader_.get_element_event(map, error, name);
   if (*error != elmx_ok) *item = is_first ? std::string(reader_.element_names_.top()) : *name;
 }
@@ -213,9 +197,7 @@ bool PlainRoad::take_end_tag(std::string_view name) {
   int lines = 0;
   const char* const p = pass_space(window.at, window.end, &lines);
   if (!is_end_tag(p, window.end, name)) return false;
-  reader_.is_event_due_ = false;
-  reader_.is_first_due_ = false;
-  reader_.crack_last_plain_name();
+  settle();
   reader_.current_local_->clear();
   store(&reader_.name, p + 2, name.size());
   reader_.getter().take_window(p + name.size() + 3, lines);

@@ -72,6 +72,7 @@ class PlainRoad {
   bool has_depth() const { return reader_.open_elements_ < ElementDepthGuard::k_max_depth; }
 
  private:
+  void settle();
   Sight find_tag();
   const char* see_attributes(const char* at, const char* end, PlainElement* element);
 

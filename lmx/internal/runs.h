@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "lmx/internal/char_table.h"
+#include "lmx/internal/word.h"
 
 namespace lmx::internal {
 
@@ -61,13 +62,25 @@ inline const char* pass_run(const char* p, const char* end, unsigned stop, int* 
   }
 }
 
+// Passes the tabs that indent most lines.
+inline const char* pass_tabs(const char* p, const char* end) {
+  for (; end - p >= 8; p += 8) {
+    const std::uint64_t others = load_word(p) ^ (k_ones * '\t');
+    if (others != 0) return p + lowest_byte(others);
+  }
+  while (p != end && *p == '\t') ++p;
+  return p;
+}
+
 // Passes white space, with a carriage return only before a line feed.
 inline const char* pass_space(const char* p, const char* end, int* lines) {
-  for (; p != end; ++p) {
-    if (*p == '\t' || *p == ' ') continue;
+  while (p != end) {
     if (*p == '\n') {
       ++*lines;
-    } else if (!has_mask(*p, k_space) || (*p == '\r' && (end - p < 2 || p[1] != '\n'))) {
+      p = pass_tabs(p + 1, end);
+    } else if (has_mask(*p, k_space) && (*p != '\r' || (end - p >= 2 && p[1] == '\n'))) {
+      ++p;
+    } else {
       break;
     }
   }

@@ -314,6 +314,45 @@ bool ContentReader::fetch(lmx::elmx_whitespace mode) {
          site_.pass(lmx::elmx_bad_element_value);
 }
 
+ChoiceReader::ChoiceReader(c_xml_reader& reader, std::string& name, elmx_error& err,
+                           const lmx::s_event_map* rows, int line)
+    : site_{reader, name, err, line}, name_(name), rows_(rows), road_(reader) {
+  if (!road_.is_due()) {
+    // The alternative of an anonymous group: whoever asked for it expects an event behind it too.
+    if (reader.is_current_event_tokenisable()) reader.tokenise(rows, lmx::elxp_element);
+    event_ = reader.get_current_event();
+    return;
+  }
+  may_leave_unread_ = true;
+  using Sight = lmx::internal::PlainRoad::Sight;
+  for (const lmx::s_event_map* row = rows; row->name != nullptr; ++row) {
+    const Sight sight = road_.look(*row, true, &element_);
+    if (sight == Sight::other_name) continue;
+    is_plain_ = sight == Sight::plain;
+    event_ = row->event;
+    if (is_plain_) return;
+    if (sight == Sight::open) {
+      road_.open(element_, event_);
+      return;
+    }
+    break;
+  }
+  (void)leave_plain_road();
+}
+
+bool ChoiceReader::leave_plain_road() {
+  is_plain_ = false;
+  if (has_failed_) return false;
+  if (!road_.is_due()) return true;
+  site_.err = lmx::elmx_ok;
+  std::string item;
+  road_.get_due_event(rows_, &site_.err, &name_, &item);
+  has_failed_ =
+      site_.err != lmx::elmx_ok && !Site{site_.reader, item, site_.err, site_.line}.pass(site_.err);
+  event_ = has_failed_ ? 0 : site_.reader.get_current_event();
+  return !has_failed_;
+}
+
 bool ChoiceReader::fetch(lmx::elmx_whitespace mode) {
   bool was_empty = false;
   site_.err = lmx::elmx_ok;
@@ -324,25 +363,27 @@ bool ChoiceReader::fetch(lmx::elmx_whitespace mode) {
 
 bool ChoiceReader::number(Slot& slot, int& chosen, int selection, const Range& range) {
   double taken = 0;
-  if (!fetch(lmx::elmx_collapse) || !take(site_, taken, range)) return false;
+  if (!value(taken, range)) return false;
   slot.store(taken);
   return chose(chosen, selection);
 }
 
 bool ChoiceReader::enumerated(Slot& slot, int& chosen, int selection, const EnumTable& table) {
-  if (!fetch(lmx::elmx_preserve)) return false;
-  if (const int number = number_in(table, site_.reader.value)) {
+  Enumerated taken;
+  if (!value(taken, table)) return false;
+  if (const int number = taken.number(table)) {
     slot.refer(table[number]);
   } else {
-    if (!site_.pass(lmx::elmx_value_not_enumerated)) return false;
-    auto foreign = std::make_unique<std::wstring>();
-    (void)take(site_, *foreign);
-    slot.adopt(std::move(foreign));
+    slot.adopt(std::make_unique<std::wstring>(taken.get()));
   }
   return chose(chosen, selection);
 }
 
 bool ChoiceReader::next() {
+  if (may_leave_unread_) {
+    road_.set_due();
+    return true;
+  }
   site_.err = lmx::elmx_ok;
   site_.reader.get_element_event(rows_, &site_.err, &name_);
   return site_.err == lmx::elmx_ok || site_.pass(site_.err);
@@ -430,7 +471,7 @@ class ElementStep {
 
   bool read_children() {
     lmx::internal::PlainRoad road(reader_);
-    if (!steps_.is_choice && !is_at_end_tag() && road.is_before_start_tag()) {
+    if (!is_at_end_tag() && road.is_before_start_tag()) {
       road.set_due(true);
       return run_body(true) && read_due_event() && check_end();
     }

@@ -473,21 +473,20 @@ class ContentReader {
 };
 
 // One alternative of a choice, stored in its slot with the selection. A selection changes only when
-// the new alternative is complete.
+// the new alternative is complete. As in a BodyReader, an alternative that is plain is taken whole,
+// and what follows it may be left unread.
 class ChoiceReader {
  public:
   ChoiceReader(lmx::c_xml_reader& reader, std::string& name, lmx::elmx_error& err,
-               const lmx::s_event_map* rows, int line)
-      : site_{reader, name, err, line}, name_(name), rows_(rows) {
-    if (reader.is_current_event_tokenisable()) reader.tokenise(rows, lmx::elxp_element);
-  }
+               const lmx::s_event_map* rows, int line);
 
-  int event() const { return site_.reader.get_current_event(); }
+  // 0 after a failure that stands; every step is silent then.
+  int event() const { return event_; }
 
   template <class... Facet>
   bool text(Slot& slot, int& chosen, int selection, const Facet&... facet) {
     auto taken = std::make_unique<std::wstring>();
-    if (!fetch(whitespace_of(*taken, facet...)) || !take(site_, *taken, facet...)) return false;
+    if (!value(*taken, facet...)) return false;
     slot.adopt(std::move(taken));
     return chose(chosen, selection);
   }
@@ -496,7 +495,7 @@ class ChoiceReader {
   template <class T>
   bool integer(Slot& slot, int& chosen, int selection, const IntegerRange& range) {
     T taken{};
-    if (!fetch(lmx::elmx_collapse) || !take(site_, taken, range)) return false;
+    if (!value(taken, range)) return false;
     slot.store(static_cast<std::int64_t>(taken));
     return chose(chosen, selection);
   }
@@ -504,23 +503,51 @@ class ChoiceReader {
   bool object(Slot& slot, int& chosen, int selection) {
     T& child = slot.adopt(std::make_unique<T>());
     chosen = selection;
+    if constexpr (PlainAccess::is_plain<T>) {
+      if (is_plain_ && road_.has_depth() && PlainAccess::read(child, element_)) {
+        road_.take(element_);
+        site_.reader.attribute_name.clear();
+        return true;
+      }
+    }
+    if (!leave_plain_road()) return false;
     site_.err = child.unmarshal(site_.reader, name_);
     return site_.err == lmx::elmx_ok && next();
   }
   // None of the alternatives: 31.
-  bool unknown() { return site_.pass(lmx::elmx_unknown_element_in_complex_content); }
+  bool unknown() {
+    return leave_plain_road() && site_.pass(lmx::elmx_unknown_element_in_complex_content);
+  }
 
  private:
+  template <class Target, class... Facet>
+  bool value(Target& target, const Facet&... facet) {
+    if (is_plain_ && convert(element_.text, target, facet...)) {
+      element_.mode = whitespace_of(target, facet...);
+      road_.take(element_);
+      return true;
+    }
+    return leave_plain_road() && fetch(whitespace_of(target, facet...)) &&
+           take(site_, target, facet...);
+  }
+  // Reads the alternative that was only looked at through its event.
+  bool leave_plain_road();
   bool fetch(lmx::elmx_whitespace mode);
   bool chose(int& chosen, int selection) {
     chosen = selection;
-    return next();
+    return is_plain_ || next();
   }
   bool next();
 
   Site site_;
   std::string& name_;
   const lmx::s_event_map* rows_;
+  lmx::internal::PlainRoad road_;
+  lmx::internal::PlainElement element_;
+  bool is_plain_ = false;
+  bool has_failed_ = false;
+  bool may_leave_unread_ = false;
+  int event_ = 0;
 };
 
 // The member of a substitution group that is at hand.
@@ -586,7 +613,6 @@ struct ReadSteps {
   bool (*is_nil)(const void* self);  // null for a class that is not nillable
   bool wants_content;                // an empty element is a fault
   bool is_simple;                    // its content is a value
-  bool is_choice;                    // its content is one of several elements
 };
 
 // The element step: attributes, children or content, end tag. `name` is the element's name as the

@@ -58,8 +58,7 @@ struct Steps {
                                           read_body,
                                           nil_test(),
                                           (traits & k_wants_content) != 0,
-                                          (traits & k_simple) != 0,
-                                          (traits & k_choice) != 0};
+                                          (traits & k_simple) != 0};
   static constexpr WriteSteps k_writing = {is_occurs_ok,
                                            write_attributes,
                                            write_children,
