@@ -95,8 +95,15 @@ TYPED_TEST_P(Documents, AreWrittenWholeOrNotAtAll) {
 }
 
 REGISTER_TYPED_TEST_SUITE_P(Documents, AreReadUnderTheirOwnName, AreWrittenWholeOrNotAtAll);
-INSTANTIATE_TYPED_TEST_SUITE_P(Spaces, Documents, Roots);
-INSTANTIATE_TYPED_TEST_SUITE_P(Others, Documents, MoreRoots);
+
+struct ElementName {
+  template <class T>
+  static std::string GetName(int) {
+    return T::k_element_name + sizeof("Zol:") - 1;
+  }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Spaces, Documents, Roots, ElementName);
+INSTANTIATE_TYPED_TEST_SUITE_P(Others, Documents, MoreRoots, ElementName);
 
 TEST(Document, KeepsThePartialTextOnAStream) {
   auto object =
