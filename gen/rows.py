@@ -1,8 +1,9 @@
 """What a row of each shape contributes to its class.
 
 One class a shape. A shape knows the C++ of its member and accessors and its line in each of the
-functions that walk the rows of a class; how a class is put together is emit_model.py's business.
-The helpers that the lines call are the hand-written ones of model/internal.
+functions that walk the rows of a class; how a class is put together is the business of
+model_header.py and model_source.py. The helpers that the lines call are the hand-written ones of
+model/internal.
 """
 
 from printer import Printer

@@ -1,4 +1,4 @@
-// Generated from model/schema by gen/emit_model.py: edit those, not this.
+// Generated from model/schema by gen/model_header.py: edit those, not this.
 // The document model: one class for each type and element of the format.
 //
 // Every class is built by one pattern. For a row X there are get_X and set_X or assign_X,

@@ -1,4 +1,4 @@
-// Generated from model/schema/tiny.rows by gen/emit_model.py: edit those, not this.
+// Generated from model/schema/tiny.rows by gen/model_source.py: edit those, not this.
 #include <memory>
 #include <ostream>
 
