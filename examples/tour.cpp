@@ -24,6 +24,7 @@ bool load(zol_v2::Zol& document, lmx::c_xml_reader& reader, const char* name) {
 
 void describe_color(const zol_v2::ColorType& color) {
   std::printf("      %s", utf8(color.get_ColorName()).c_str());
+  unsigned others = 0;
   for (unsigned i = 0; i < color.size_ColorSpace(); ++i) {
     const zol_v2::sg_ColorSpace& space = color.get_ColorSpace(i);
     switch (space.getchosen()) {
@@ -46,9 +47,10 @@ void describe_color(const zol_v2::ColorType& color) {
         break;
       }
       default:
-        std::printf("  space %d", space.getchosen());
+        ++others;
     }
   }
+  if (others != 0) std::printf("  and %u other spaces", others);
   std::printf("\n");
 }
 
