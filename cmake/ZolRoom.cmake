@@ -24,6 +24,10 @@ function(zol_target_defaults target)
                                              -fno-omit-frame-pointer)
     target_link_options(${target} PUBLIC -fsanitize=${ZOL_SANITIZE})
   endif()
+  if(ZOL_FUZZ)
+    # The fuzzer is led by what its inputs reach in the library, not in the target alone.
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 # zol_room(NAME SOURCES... [LIBRARIES ...]): the objects of one room, which the shared library and
