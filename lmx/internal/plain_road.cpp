@@ -47,14 +47,14 @@ bool has_outer_blank(std::string_view text) {
 }
 
 // A name that begins here, is known to begin with the prefix, and is not this one. It may go on
-// beyond the window, and where names have no prefix it may have one.
+// beyond the window, and where names have no prefix it may have one, also one beyond ASCII.
 bool is_other_name(const char* p, const char* end, std::string_view prefix,
                    std::string_view local) {
   if (static_cast<std::size_t>(end - p) <= local.size() || !has_mask(*p, k_name_start))
     return false;
   if (!prefix.empty()) return true;
   p = pass_class(p, end, k_ascii_ncname);
-  return p != end && *p != ':';
+  return p != end && !has_mask(*p, k_name);
 }
 
 }  // namespace
