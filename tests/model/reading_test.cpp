@@ -30,6 +30,11 @@ const Edge k_edges[] = {
      outcome_of<Version>,
      "<Zol:Version><Zol:Version>2.0</Zol:Version></Zol:Version>",
      {}},
+    {"a prefix beyond ASCII among names without one",
+     outcome_of<Version>,
+     "<v xmlns='http://example.org/zol/v2' xmlns:\xC3\xA9='http://example.org/zol/v2'>"
+     "<Version>2</Version><\xC3\xA9:Predecessor>1</\xC3\xA9:Predecessor></v>",
+     {}},
     {"a colour set with an owner alone",
      outcome_of<ColorSetType>,
      "<Zol:ColorSet ColorSetName='s'>\n<Zol:Owner/>\n</Zol:ColorSet>",
