@@ -1,6 +1,7 @@
 #include "lmx/pattern.h"
 
 #include <libxml/xmlregexp.h>
+#include <libxml/xmlstring.h>
 
 #include "lmx/text.h"
 
@@ -12,9 +13,16 @@ const xmlChar* as_xml(const std::string& utf8) {
   return reinterpret_cast<const xmlChar*>(utf8.c_str());
 }
 
+// The engine trusts its pattern to be UTF-8, and one that is not can make it take memory without
+// end.
+_xmlRegexp* compile(const std::string& pattern) {
+  const xmlChar* const text = as_xml(pattern);
+  return xmlCheckUTF8(text) != 0 ? xmlRegexpCompile(text) : nullptr;
+}
+
 }  // namespace
 
-c_regex::c_regex(const std::string& pattern) : compiled_(xmlRegexpCompile(as_xml(pattern))) {}
+c_regex::c_regex(const std::string& pattern) : compiled_(compile(pattern)) {}
 
 c_regex::~c_regex() { xmlRegFreeRegexp(compiled_); }
 

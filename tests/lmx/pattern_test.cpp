@@ -46,6 +46,8 @@ TEST(PatternTest, NothingMatchesWhatDoesNotCompile) {
   const c_regex broken("(");
   EXPECT_FALSE(broken.is_match("("));
   EXPECT_FALSE(broken.is_match(""));
+  // Ill-formed UTF-8 would make the engine take memory without end.
+  EXPECT_FALSE(c_pattern(".+T.+$Z|[+-\\].\xEA)").is_match("2005-06-07T08:09:10Z"));
 }
 
 TEST(PatternTest, TheNullPatternMatchesAll) {
