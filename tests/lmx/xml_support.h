@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -72,7 +73,9 @@ class BlockSource : public ByteSource {
 class TempFile {
  public:
   explicit TempFile(const std::string& data) : path_(::testing::TempDir() + "zol_reading_test") {
-    path_ += std::to_string(reinterpret_cast<std::uintptr_t>(this)) + ".xml";
+    // Test programs run side by side, and may have their objects at the same addresses.
+    std::random_device random;
+    path_ += std::to_string(random()) + '_' + std::to_string(random()) + ".xml";
     std::FILE* const file = std::fopen(path_.c_str(), "wb");
     std::fwrite(data.data(), 1, data.size(), file);
     std::fclose(file);

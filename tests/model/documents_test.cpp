@@ -1,9 +1,9 @@
 // Documents of every element that one may begin with: from and to files, buffers, streams.
-#include <cstdio>
 #include <filesystem>
 #include <locale>
 
 #include "model/documents.h"
+#include "support/files.h"
 
 namespace zol_test {
 namespace {
@@ -13,10 +13,8 @@ using namespace zol_v2;
 template <class T>
 class Documents : public testing::Test {
  protected:
-  // A file of its own in the build tree.
-  const std::string path_ = std::string(ZOL_BINARY_DIR "/documents_test_") +
-                            std::to_string(reinterpret_cast<std::uintptr_t>(this)) + ".zol";
-  ~Documents() override { std::remove(path_.c_str()); }
+  const TempDir directory_;
+  const std::string path_ = directory_.file("document.zol");
 
   static std::string root(const std::string& tag) {
     return "<" + tag + " xmlns:Zol='" + k_uri + "' xmlns:xsi='" + k_xsi_uri + "'";
@@ -126,7 +124,8 @@ TEST(Document, KnowsNothingOfTheGlobalLocale) {
     std::string do_grouping() const override { return "\3"; }
   };
   const std::string bytes = sample_bytes("coverage-spaces");
-  const std::string path = ZOL_BINARY_DIR "/documents_test_locale.zol";
+  const TempDir directory;
+  const std::string path = directory.file("document.zol");
   const std::locale before = std::locale::global(std::locale(std::locale(), new Commas));
   const auto document = loaded<Zol>(bytes);
   const std::string text = saved(document);
@@ -136,7 +135,6 @@ TEST(Document, KnowsNothingOfTheGlobalLocale) {
   lmx::elmx_error error = lmx::elmx_ok;
   const Zol again(path.c_str(), &error);
   std::locale::global(before);
-  std::remove(path.c_str());
   EXPECT_TRUE(text == bytes);
   EXPECT_TRUE(stream.str() == bytes);
   EXPECT_EQ(error, lmx::elmx_ok);
