@@ -139,15 +139,6 @@ lmx::elmx_error write_element(const void* self, const WriteSteps& steps, lmx::c_
                               const char* name, const char* type_name = nullptr,
                               const char* identity = nullptr);
 
-// A holder that writes no tag of its own.
-template <class T>
-lmx::elmx_error write_without_tag(const T& holder, lmx::c_xml_writer& writer,
-                                  lmx::elmx_error (*children)(const void*, lmx::c_xml_writer&)) {
-  if (!holder.is_occurs_ok()) return lmx::elmx_occurs_on_marshal;
-  lmx::internal::MarshalScope scope(writer);
-  return children(&holder, writer);
-}
-
 // 7 through the writer's handler: a choice that cannot be written.
 lmx::elmx_error bad_choice(lmx::c_xml_writer& writer, const char* item, int line);
 
