@@ -22,6 +22,11 @@ def overrides_read_attributes(info):
     return info.nillable or (not info.is_wrapper and (bool(info.attributes) or info.base is None))
 
 
+def overrides_read_plain(info):
+    return not info.is_wrapper and not info.is_simple and (bool(info.attributes)
+                                                           or info.base is None)
+
+
 def overrides_check(info):
     return not info.is_wrapper and (any(row.required for row in info.attributes)
                                     or info.base is None)

@@ -4,7 +4,7 @@ What one row contributes stands in rows.py, the bodies in model_source.py.
 """
 
 from model_classes import banner, has_init, overrides_check, overrides_children, \
-    overrides_read_attributes, overrides_write_attributes, shapes
+    overrides_read_attributes, overrides_read_plain, overrides_write_attributes, shapes
 from printer import Printer, block, wrap_comment
 
 
@@ -41,16 +41,15 @@ def emit_header(model):
         namespace lmx {
         class c_xml_reader;
         class c_xml_writer;
+        struct s_event_map;
         struct s_ns_map;
-        namespace internal {
-        struct PlainElement;
-        }
         }  // namespace lmx
 
         namespace zol_v2 {
 
         namespace internal {
         struct PlainAccess;
+        class PlainReader;
         template <class T, unsigned traits>
         struct Steps;
         }  // namespace internal
@@ -303,6 +302,8 @@ def protected_steps(info):
             bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
                                       lmx::elmx_error* err);
             """)
+    if overrides_read_plain(info):
+        out.emit("void unmarshal_plain_attributes(internal::PlainReader& in);")
     if overrides_check(info):
         out.emit("lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);")
     if overrides_children(info):
@@ -330,7 +331,7 @@ def private_members(info):
     if info.shape == "simple":
         out.emit("""
             friend struct internal::PlainAccess;
-            bool unmarshal_plain(lmx::internal::PlainElement& element);
+            void unmarshal_plain(internal::PlainReader& in);
 
             """)
         out.blank()
@@ -343,6 +344,8 @@ def private_members(info):
             // Takes ownership of a new member and makes it the chosen one; null is refused.
             template <class T>
             T* hold(T* member, int selection);
+            friend struct internal::PlainAccess;
+            static const lmx::s_event_map* member_rows();
             lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
 
             $Root$* member_ = nullptr;

@@ -6,7 +6,7 @@ A body is a few lines over the helpers of model/internal; what one row contribut
 import pathlib
 
 from model_classes import banner, has_init, overrides_check, overrides_children, \
-    overrides_read_attributes, overrides_write_attributes, shapes
+    overrides_read_attributes, overrides_read_plain, overrides_write_attributes, shapes
 from printer import Printer
 from rows import shape_of
 
@@ -265,8 +265,10 @@ def holder_bodies(info):
           return member_->marshal(writer, k_names[chosen_]);
         }
 
+        const s_event_map* $Class$::member_rows() { return k_$Class$_elements; }
+
         bool $Class$::is_member(c_xml_reader& reader, const std::string&) {
-          return internal::is_in_table(reader, k_$Class$_elements);
+          return internal::is_in_table(reader, member_rows());
         }
 
         bool $Class$::unmarshal(c_xml_reader& reader, std::string* name, elmx_error* err) {
@@ -349,6 +351,9 @@ def read_bodies(info):
         return ""
     if overrides_read_attributes(info) and not info.writes_no_tag:
         out.emit("$text$", text=attribute_reader(info))
+    if overrides_read_plain(info) and not info.writes_no_tag:
+        out.blank()
+        out.emit("$text$", text=plain_attribute_reader(info))
     if overrides_check(info) and not info.writes_no_tag:
         out.blank()
         out.emit("$text$", text=attribute_check(info))
@@ -363,12 +368,10 @@ def read_bodies(info):
                   return internal::ContentReader(reader, *name, *err, has_text, __LINE__).$read$;
                 }
 
-                bool $Class$::unmarshal_plain(lmx::internal::PlainElement& element) {
-                  return internal::PlainReader(element)
-                      $steps$;
+                void $Class$::unmarshal_plain(internal::PlainReader& in) {
+                  $steps$
                 }
-                """, Class=info.name, read=shape_of(info.content).read(0),
-                steps="\n      ".join(steps))
+                """, Class=info.name, read=shape_of(info.content).read(0), steps="\n".join(steps))
         else:
             out.emit("$text$", text=body_reader(info))
     return out.text() if out.text().strip() else ""
@@ -396,6 +399,16 @@ def attribute_reader(info):
           }
         }
         """, Class=info.name, cases="\n".join(cases), otherwise=otherwise)
+    return out.text()
+
+
+def plain_attribute_reader(info):
+    out = Printer()
+    lines = [shape_of(row).read_plain() for row in info.attributes]
+    if info.schema.base:
+        lines.insert(0, f"{info.schema.base}::unmarshal_plain_attributes(in);")
+    _function(out, info, "void", "unmarshal_plain_attributes",
+              f"internal::PlainReader&{' in' if lines else ''}", lines)
     return out.text()
 
 

@@ -222,14 +222,13 @@ class SimpleRow(Enumerable):
         how = "required" if self.row.required else "optional"
         return f"{how}({', '.join([str(index), self.row.member] + self.reader_facets())})"
 
-
     def read_plain(self):
-        """Its step where an element with simple content is read as a whole."""
+        """Its step on the short road, for an attribute or the content."""
         arguments = ", ".join([self.row.member] + self.reader_facets())
         if self.row.kind == "content":
-            return f".content({arguments})"
+            return f"in.content({arguments});"
         how = "required" if self.row.required else "optional"
-        return f'.{how}("{self.row.name}", {arguments})'
+        return f'in.{how}("{self.row.name}", {arguments});'
 
 
 class ValuesRow(RowShape):

@@ -167,6 +167,8 @@ class ZOL_API c_xml_local {
   const char* find_first_namespace_prefix(int id) const;
   // Empties the table of this level only.
   void clear() { prefixes_.clear(); }
+  // Tells the mappings in force here from those of a level around this one that has more.
+  const void* mappings() const { return nearest_; }
 
  private:
   // The next level outwards that may hold mappings.
@@ -188,9 +190,9 @@ class ZOL_API c_cracked_name {
     split(scope, name, name.find(':') + 1);
   }
   // For a name whose first colon was found: `local_at` is one past it, 0 if there is none.
-  void split(const c_xml_local* scope, const std::string& name, std::size_t local_at) {
+  void split(const c_xml_local* scope, std::string_view name, std::size_t local_at) {
     text_.clear();
-    text_.append(name.data(), name.size());
+    text_.append(name);
     local_at_ = local_at;
     const std::string_view prefix(text_.data(), local_at == 0 ? 0 : local_at - 1);
     if (scope != nullptr) {

@@ -54,10 +54,12 @@ std::string_view c_string_stack::top() const {
 // --- Events -----------------------------------------------------------------------------------
 
 void c_xml_reader::get_element_event(const s_event_map* map, elmx_error* error, std::string* name) {
+  store_plain_parts();
   current_local_->clear();
   current_event_ = get_element_name(current_local_, name);
   switch (current_event_) {
     case elxp_name:
+      plain_.ns_id = -1;
       cracked_name_.split(current_local_, *name, local_at());
       remember_prefix();
       if (map != nullptr) tokenise(map, elxp_element);
@@ -78,6 +80,18 @@ void c_xml_reader::remember_prefix() {
   if (plain_prefix() == prefix) return;
   plain_prefix_.clear();
   plain_prefix_.append(prefix);
+}
+
+void c_xml_reader::store_plain_parts() {
+  const auto store = [](std::string* out, std::string_view part) {
+    if (part.data() != nullptr) internal::store(out, part.data(), part.size());
+  };
+  store(&name, std::exchange(plain_.name, {}));
+  store(&value, std::exchange(plain_.value, {}));
+  const std::string_view cracked = std::exchange(plain_.cracked, {});
+  if (cracked.data() != nullptr) {
+    cracked_name_.split(current_local_, cracked, plain_.cracked_local_at);
+  }
 }
 
 void c_xml_reader::get_known_element_event(const s_event_map* map, elmx_error* error,
@@ -238,6 +252,7 @@ elmx_error c_xml_reader::handle_error(elmx_error code, const std::string& item, 
                                       int line) {
   handled_error_ = code;
   error_item_name_ = item;
+  store_plain_parts();
   handled_error_ = user_handle_error(code, item, file, line);
   return handled_error_;
 }

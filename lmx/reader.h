@@ -17,6 +17,7 @@
 #include "lmx/facets.h"
 #include "lmx/input.h"
 #include "lmx/internal/byte_buffer.h"
+#include "lmx/internal/plain_element.h"
 #include "lmx/names.h"
 #include "lmx/tokeniser.h"
 
@@ -59,7 +60,7 @@ class ZOL_API c_string_stack {
 // Keeps a string on the stack for as long as the node lives. Nodes die in the reverse order.
 class ZOL_API c_string_stack_node {
  public:
-  c_string_stack_node(c_string_stack& stack, const std::string& text)
+  c_string_stack_node(c_string_stack& stack, std::string_view text)
       : stack_(&stack), offset_(stack.bytes_.size()), length_(text.size()) {
     stack.bytes_.append_string(text);
   }
@@ -217,6 +218,8 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   // The prefix of the last element, with its colon; most elements have the same.
   std::string_view plain_prefix() const { return {plain_prefix_.data(), plain_prefix_.size()}; }
   void remember_prefix();
+  // Stores what was read on the short road where reading through events would have.
+  void store_plain_parts();
 
   c_xml_reader_local* current_local_;
   c_xml_reader_local root_local_;
@@ -229,12 +232,7 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   const s_known_elements* known_elements_ = nullptr;
   int open_elements_ = 0;
   internal::ByteBuffer plain_prefix_{16};
-  bool is_event_due_ = false;
-  bool is_first_due_ = false;
-  // Of the element that was taken as a whole last: views into the window, until something is read
-  // from it through events.
-  std::string_view plain_name_;
-  std::string_view plain_value_;
+  internal::PlainState plain_;
 };
 
 // Reads a file, in any accepted encoding. Whether it opened, is_open() tells, and the caller asks.

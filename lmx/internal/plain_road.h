@@ -4,84 +4,124 @@
 // Reading an element through its events costs several times what its bytes do. The shortcut looks
 // at the next element without taking anything. If it is the one that the caller expects, and stands
 // in the window as a whole with nothing but text in it, its parts are handed out, and it is taken
-// only once they were good; a start tag without attributes can be taken by itself. In every other
-// case (references, comments, line ends in values, declarations, characters beyond ASCII) the
-// caller reads on through events, so that faults, handlers and oddities have one road alone.
+// only once they were good; in the same way a start tag with its attributes is taken by itself. In
+// every other case (references, comments, line ends in values, declarations) the caller reads on
+// through events, so that faults, handlers and oddities have one road alone.
 #pragma once
 
 #include <cstddef>
 #include <string_view>
 
+#include "lmx/internal/char_table.h"
 #include "lmx/reader.h"
 
 namespace lmx::internal {
 
-// Views into the window: good until anything is read.
-struct PlainElement {
-  static constexpr int k_max_attributes = 4;
-
-  struct Attribute {
-    std::string_view name;
-    std::string_view value;
-  };
-
-  std::string_view name;  // as the document spells it
-  std::string_view text;
-  Attribute attributes[k_max_attributes];
-  int attribute_count = 0;
-
-  elmx_whitespace mode = elmx_preserve;  // of the text; whoever converts it says so
-
-  const char* end = nullptr;
-  int lines = 0;
-};
-
 class PlainRoad {
  public:
   enum class Sight {
-    plain,       // the element of the row, whole and plain
-    open,        // the element of the row, whose start tag has no attributes
+    plain,       // what was looked for, and plain; it is in element()
     other_name,  // another element, or an end tag
     unknown      // only reading it will tell
   };
 
-  explicit PlainRoad(c_xml_reader& reader) : reader_(reader) {}
+  explicit PlainRoad(c_xml_reader& reader) : reader_(reader), state_(reader.plain_) {}
 
-  // Whether the next tag is still to be read, because it may be taken on this road. `is_first` says
-  // that it is the first in its parent, whose name a fault in it then bears.
-  bool is_due() const { return reader_.is_event_due_; }
+  bool is_due() const { return state_.is_due; }
   void set_due(bool is_first = false) {
-    reader_.is_event_due_ = true;
-    reader_.is_first_due_ = is_first;
+    state_.next = NextTag::unseen;
+    state_.is_due = true;
+    state_.is_first = is_first;
   }
-  // Whether a start tag is next, so that it may be left unread.
-  bool is_before_start_tag() const;
+  // Leaves the first tag of an element unread if it is a start tag that may be plain.
+  bool set_due_before_start_tag();
   // Ends that state: gets the event, and the item that a fault in it bears.
   void get_due_event(const s_event_map* map, elmx_error* error, std::string* name,
                      std::string* item);
+  // Lets the reader's strings tell of what was read last.
+  void settle() { reader_.store_plain_parts(); }
 
-  // What stands next, seen as the element of the row. Attributes are only wanted if `attributes`.
-  Sight look(const s_event_map& row, bool attributes, PlainElement* element);
-  // Takes what look() saw, the end tag included.
-  void take(const PlainElement& element);
-  // Takes the start tag that look() saw, up to its ">", as the event of the row.
-  void open(const PlainElement& element, int event);
-  // Takes the end tag of this name, if it is next, as the current event.
+  // --- Looking at what stands next ------------------------------------------------------------
+
+  // An element of the row without attributes, with its text.
+  Sight see_value(const s_event_map& row) {
+    return may_be(row) ? see_value_closely(row) : otherwise();
+  }
+  // The same with attributes.
+  Sight see_element(const s_event_map& row) {
+    return may_be(row) ? see_element_closely(row) : otherwise();
+  }
+  // The start tag of an element of the row, with its attributes.
+  Sight see_tag(const s_event_map& row) { return may_be(row) ? see_tag_closely(row) : otherwise(); }
+  // The start tag of an element of any row in the table: *row tells which.
+  Sight see_tag_of(const s_event_map* rows, const s_event_map** row);
+  // After the start tag: the text and the end tag, if that is all.
+  bool see_text();
+
+  const PlainElement& element() const { return state_.element; }
+
+  // --- Taking what was seen -------------------------------------------------------------------
+
+  // An element with its end tag. `mode` is that of its text.
+  void take_value(elmx_whitespace mode) {
+    take_text(mode);
+    note_cracked(state_.name, reader_.plain_prefix().size());
+  }
+  void take_element(elmx_whitespace mode) {
+    take_text(mode);
+    take_attributes();
+  }
+  // The start tag, up to its ">".
+  void take_tag();
+  // The end tag of this name, if it is next, as the current event.
   bool take_end_tag(std::string_view name);
-  // Whether an element may be opened here without nesting too deeply.
+
+  // Whether another element may be opened here without nesting too deeply.
   bool has_depth() const { return reader_.open_elements_ < ElementDepthGuard::k_max_depth; }
 
+  // --- Between whoever sees a start tag and whoever takes it ------------------------------------
+
+  // The element's class reads it from the tag on that was seen.
+  void hand_over_tag() { state_.is_handed_over = true; }
+  bool is_handed_over() const { return state_.is_handed_over; }
+  bool accept_tag() {
+    const bool is_handed_over = state_.is_handed_over;
+    state_.is_handed_over = false;
+    return is_handed_over;
+  }
+
  private:
-  void settle();
-  Sight find_tag();
-  const char* see_attributes(const char* at, const char* end, PlainElement* element);
+  bool may_be(const s_event_map& row) {
+    if (state_.next == NextTag::unseen) find_tag();
+    return state_.next == NextTag::start_tag && *state_.local == *row.name;
+  }
+  Sight otherwise() const {
+    return state_.next == NextTag::unknown ? Sight::unknown : Sight::other_name;
+  }
+  Sight see_value_closely(const s_event_map& row);
+  Sight see_element_closely(const s_event_map& row);
+  Sight see_tag_closely(const s_event_map& row);
+
+  void find_tag();
+  bool is_in_namespace(int ns_id);
+  Sight match(const s_event_map& row);
+  bool see_attributes();
+
+  void take_text(elmx_whitespace mode) {
+    reader_.getter().set_ws_mode(mode);
+    reader_.getter().take_window(state_.element.end, state_.lines);
+    state_.name = state_.element.name;
+    state_.value = state_.element.text;
+    set_due();
+  }
+  void take_attributes();
+  void note_cracked(std::string_view name, std::size_t local_at) {
+    state_.cracked = name;
+    state_.cracked_local_at = local_at;
+  }
 
   c_xml_reader& reader_;
-  // The tag that was looked at last, for the next row to look at: where the window began, where the
-  // tag's local name begins, and the line ends before it.
-  Window window_ = {nullptr, nullptr};
-  const char* local_ = nullptr;
-  int lines_ = 0;
+  PlainState& state_;
 };
 
 }  // namespace lmx::internal

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "lmx/internal/char_table.h"
+#include "lmx/internal/lanes.h"
 #include "lmx/internal/word.h"
 
 namespace lmx::internal {
@@ -74,6 +75,19 @@ inline const char* pass_tabs(const char* p, const char* end) {
 
 // Passes white space, with a carriage return only before a line feed.
 inline const char* pass_space(const char* p, const char* end, int* lines) {
+#if ZOL_LANES
+  // Most of it is one line end and an indentation.
+  for (; end - p >= Lanes::k_size; p += Lanes::k_size) {
+    const Lanes lanes(p);
+    const unsigned others = lanes.is_space_or_tab_or_line_feed() ^ 0xFFFF;
+    unsigned line_feeds = lanes.equal('\n') & (others - 1) & ~others;
+    for (; line_feeds != 0; line_feeds &= line_feeds - 1) ++*lines;
+    if (others == 0) continue;
+    p += lowest_bit(others);
+    if (!has_mask(*p, k_space)) return p;
+    break;
+  }
+#endif
   while (p != end) {
     if (*p == '\n') {
       ++*lines;

@@ -33,15 +33,18 @@ inline std::uint64_t flag_below(std::uint64_t word, unsigned char bound) {
   return (word - k_ones * bound) & ~word & k_highs;
 }
 
-// The place of the lowest byte that is not zero.
-inline int lowest_byte(std::uint64_t word) {
+// The place of the lowest bit that is set.
+inline int lowest_bit(std::uint64_t word) {
 #if defined(__GNUC__)
-  return __builtin_ctzll(word) / 8;
+  return __builtin_ctzll(word);
 #else
   int place = 0;
-  for (; (word & 0xFF) == 0; word >>= 8) ++place;
+  for (; (word & 1) == 0; word >>= 1) ++place;
   return place;
 #endif
 }
+
+// The place of the lowest byte that is not zero.
+inline int lowest_byte(std::uint64_t word) { return lowest_bit(word) / 8; }
 
 }  // namespace lmx::internal

@@ -108,8 +108,8 @@ bool convert(std::string_view text, std::wstring& target) {
 }
 
 bool convert(std::string_view text, std::wstring& target, Length length) {
-  // The text of the short road is ASCII, a byte a character.
-  return text.size() == length.characters && convert(text, target);
+  // Texts beyond ASCII are counted on the long road.
+  return text.size() == length.characters && convert(text, target) && target.size() == text.size();
 }
 
 bool convert(std::string_view text, std::wstring& target, Collapsed) {
@@ -324,24 +324,17 @@ ChoiceReader::ChoiceReader(c_xml_reader& reader, std::string& name, elmx_error& 
     return;
   }
   may_leave_unread_ = true;
-  using Sight = lmx::internal::PlainRoad::Sight;
-  for (const lmx::s_event_map* row = rows; row->name != nullptr; ++row) {
-    const Sight sight = road_.look(*row, true, &element_);
-    if (sight == Sight::other_name) continue;
-    is_plain_ = sight == Sight::plain;
+  const lmx::s_event_map* row = nullptr;
+  is_tag_seen_ = road_.see_tag_of(rows, &row) == lmx::internal::PlainRoad::Sight::plain;
+  if (is_tag_seen_) {
     event_ = row->event;
-    if (is_plain_) return;
-    if (sight == Sight::open) {
-      road_.open(element_, event_);
-      return;
-    }
-    break;
+  } else {
+    (void)leave_plain_road();
   }
-  (void)leave_plain_road();
 }
 
 bool ChoiceReader::leave_plain_road() {
-  is_plain_ = false;
+  is_tag_seen_ = false;
   if (has_failed_) return false;
   if (!road_.is_due()) return true;
   site_.err = lmx::elmx_ok;
@@ -389,7 +382,34 @@ bool ChoiceReader::next() {
   return site_.err == lmx::elmx_ok || site_.pass(site_.err);
 }
 
+MemberReader::MemberReader(c_xml_reader& reader, std::string& name, elmx_error& err,
+                           const lmx::s_event_map* rows, int line)
+    : site_{reader, name, err, line}, name_(name), rows_(rows), road_(reader) {
+  if (road_.is_handed_over()) {
+    may_leave_unread_ = true;
+    const lmx::s_event_map* row = nullptr;
+    (void)road_.see_tag_of(rows, &row);
+    event_ = row->event;
+  } else {
+    reader.tokenise(rows, lmx::elxp_element);
+    event_ = reader.get_current_event();
+  }
+}
+
+// Attributes of the instance namespace are read on the long road alone.
+bool MemberReader::get_type(int* ns_id) {
+  if (road_.accept_tag()) {
+    std::string item;
+    road_.get_due_event(rows_, &site_.err, &name_, &item);
+  }
+  return site_.reader.get_xsi_type(ns_id, &site_.reader.value);
+}
+
 bool MemberReader::next() {
+  if (may_leave_unread_) {
+    road_.set_due();
+    return true;
+  }
   site_.err = lmx::elmx_ok;
   site_.reader.get_element_event(rows_, &site_.err, &name_);
   return site_.err == lmx::elmx_ok || site_.pass(site_.err);
@@ -417,16 +437,23 @@ namespace {
 // the work strings of the reader are overwritten by whatever is read inside.
 class ElementStep {
  public:
-  ElementStep(void* self, const ReadSteps& steps, c_xml_reader& reader, const std::string& name)
+  ElementStep(void* self, const ReadSteps& steps, c_xml_reader& reader, std::string_view name)
       : self_(self),
         steps_(steps),
         reader_(reader),
         depth_(reader),
         node_(reader.get_element_name_stack(), name) {}
 
+  // From the attributes on.
   elmx_error run() {
     if (!depth_.ok() && !pass(lmx::elmx_not_well_formed)) return err_;
     if (!read_attributes()) return err_;
+    const elmx_error error = run_opened();
+    lmx::internal::PlainRoad(reader_).settle();
+    return error;
+  }
+  // From the end of the start tag on.
+  elmx_error run_opened() {
     if ((err_ = steps_.check_attributes(self_, reader_)) != lmx::elmx_ok) return err_;
     lmx::c_xml_reader_local children(reader_);
     if (steps_.is_nil != nullptr && steps_.is_nil(self_)) {
@@ -471,16 +498,15 @@ class ElementStep {
 
   bool read_children() {
     lmx::internal::PlainRoad road(reader_);
-    if (!is_at_end_tag() && road.is_before_start_tag()) {
-      road.set_due(true);
-      return run_body(true) && read_due_event() && check_end();
+    if (!is_at_end_tag() && road.set_due_before_start_tag()) {
+      return run_body(true) && read_rest(road);
     }
     if (!next_event()) return false;
     if (is_at_end_tag()) {
       if (steps_.wants_content && !pass(lmx::elmx_unexpected_empty_element)) return false;
       return check_end();
     }
-    return run_body(true) && read_due_event() && check_end();
+    return run_body(true) && read_rest(road);
   }
 
   // The value is taken where the tag ends; the work string must hold the element's own name for the
@@ -497,13 +523,15 @@ class ElementStep {
     return err_ == lmx::elmx_ok;
   }
 
-  // What the last row of the body left unread.
-  bool read_due_event() {
-    lmx::internal::PlainRoad road(reader_);
-    if (!road.is_due() || road.take_end_tag(node_.get_view())) return true;
-    std::string item;
-    road.get_due_event(nullptr, &err_, &reader_.name, &item);
-    return err_ == lmx::elmx_ok || Site{reader_, item, err_, __LINE__}.pass(err_);
+  // The end tag, which the last row of the body may have left unread.
+  bool read_rest(lmx::internal::PlainRoad& road) {
+    if (road.is_due()) {
+      if (road.take_end_tag(node_.get_view())) return true;
+      std::string item;
+      road.get_due_event(nullptr, &err_, &reader_.name, &item);
+      if (err_ != lmx::elmx_ok && !Site{reader_, item, err_, __LINE__}.pass(err_)) return false;
+    }
+    return check_end();
   }
 
   bool check_end() {
@@ -523,7 +551,18 @@ class ElementStep {
 
 elmx_error read_element(void* self, const ReadSteps& steps, c_xml_reader& reader,
                         const std::string& name) {
-  return ElementStep(self, steps, reader, name).run();
+  lmx::internal::PlainRoad road(reader);
+  if (!road.accept_tag()) return ElementStep(self, steps, reader, name).run();
+  PlainReader attributes(road.element());
+  if (steps.plain_attributes(self, attributes)) {
+    road.take_tag();
+    return ElementStep(self, steps, reader, road.element().name).run_opened();
+  }
+  // The tag was seen to be whole, so that reading it is no fault.
+  elmx_error error = lmx::elmx_ok;
+  std::string item;
+  road.get_due_event(nullptr, &error, &reader.name, &item);
+  return ElementStep(self, steps, reader, reader.name).run();
 }
 
 elmx_error read_root_tag(c_xml_reader& reader, const char* local_name, int line) {

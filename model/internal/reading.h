@@ -110,11 +110,11 @@ constexpr lmx::elmx_whitespace whitespace_of(const Field&, const Collapsed&) {
   return lmx::elmx_collapse;
 }
 
-// Reads a class with simple content from an element that was seen as a whole. Values are stored as
-// they are found good; their flags follow when all of them are.
+// Reads the attributes of an element that was seen to be plain, and its content if that is a value.
+// Values are stored as they are found good; their flags follow when all of them are.
 class PlainReader {
  public:
-  explicit PlainReader(lmx::internal::PlainElement& element) : element_(element) {}
+  explicit PlainReader(const lmx::internal::PlainElement& element) : element_(element) {}
 
   template <class Field, class... Facet>
   PlainReader& required(std::string_view name, Field& field, const Facet&... facet) {
@@ -126,17 +126,22 @@ class PlainReader {
     if (is_good_ && find(name)) is_good_ = accept(found_->value, field, facet...);
     return *this;
   }
-  // The content comes last. False if the long road must be taken.
   template <class Field, class... Facet>
-  bool content(Field& field, const Facet&... facet) {
-    is_good_ = is_good_ && flag_count_ == element_.attribute_count &&
-               convert(element_.text, field, facet...);
-    if (!is_good_) return false;
+  PlainReader& content(Field& field, const Facet&... facet) {
+    is_good_ = is_good_ && convert(element_.text, field, facet...);
+    content_flag_ = &field.set;
+    mode_ = whitespace_of(field, facet...);
+    return *this;
+  }
+  // False if the long road must be taken, from the start tag on.
+  bool finish() {
+    if (!is_good_ || flag_count_ != element_.attribute_count) return false;
     for (int i = 0; i < flag_count_; ++i) *flags_[i] = true;
-    field.set = true;
-    element_.mode = whitespace_of(field, facet...);
+    if (content_flag_ != nullptr) *content_flag_ = true;
     return true;
   }
+  // Of the content.
+  lmx::elmx_whitespace mode() const { return mode_; }
 
  private:
   bool find(std::string_view name) {
@@ -154,28 +159,42 @@ class PlainReader {
     return true;
   }
 
-  lmx::internal::PlainElement& element_;
+  const lmx::internal::PlainElement& element_;
   const lmx::internal::PlainElement::Attribute* found_ = nullptr;
-  bool* flags_[lmx::internal::PlainElement::k_max_attributes] = {};
+  bool* flags_[lmx::internal::PlainElement::k_max_attributes];
+  bool* content_flag_ = nullptr;
   int flag_count_ = 0;
+  lmx::elmx_whitespace mode_ = lmx::elmx_preserve;
   bool is_good_ = true;
 };
 
-// The classes with simple content, which read themselves from a PlainElement, call it their friend.
+// What the classes of the model show to the readers here alone: they call it their friend.
 struct PlainAccess {
   template <class T>
   static auto test(int)
-      -> decltype(std::declval<T&>().unmarshal_plain(std::declval<lmx::internal::PlainElement&>()),
+      -> decltype(std::declval<T&>().unmarshal_plain(std::declval<PlainReader&>()),
                   std::true_type());
   template <class T>
   static std::false_type test(...);
+  // Has the class simple content, so that it reads whole elements?
   template <class T>
   static constexpr bool is_plain = decltype(test<T>(0))::value;
 
-  // False, with no flag set, if the long road must be taken.
+  // Takes the element that was seen as a whole. False, with no flag set, if the long road must be
+  // taken.
   template <class T>
-  static bool read(T& object, lmx::internal::PlainElement& element) {
-    return object.unmarshal_plain(element);
+  static bool read(T& object, lmx::internal::PlainRoad& road) {
+    if (!road.has_depth()) return false;
+    PlainReader in(road.element());
+    object.unmarshal_plain(in);
+    if (!in.finish()) return false;
+    road.take_element(in.mode());
+    return true;
+  }
+  // The names of the members of a group.
+  template <class T>
+  static const lmx::s_event_map* member_rows() {
+    return T::member_rows();
   }
 };
 
@@ -235,7 +254,7 @@ class BodyReader {
     switch (take_plain_field(row, field)) {
       case Step::taken:
         return true;
-      case Step::opened:
+      case Step::handed_over:
         return child(field);
       default:
         return read_due_event(row) && (is_at(row) ? child(field) : missing(row));
@@ -248,7 +267,7 @@ class BodyReader {
         return true;
       case Step::other:
         return true;
-      case Step::opened:
+      case Step::handed_over:
         return child(field);
       default:
         return read_due_event(row) && (!is_at(row) || child(field));
@@ -262,7 +281,7 @@ class BodyReader {
           continue;
         case Step::other:
           return true;
-        case Step::opened:
+        case Step::handed_over:
           break;
         default:
           if (!read_due_event(row)) return false;
@@ -283,15 +302,22 @@ class BodyReader {
   // `next_row` is the row behind. A missing one is never reported, not even where it is required.
   template <class T>
   bool holder(int next_row, OptionalChild<T>& field) {
+    const Step step = hand_over_member<T>();
+    if (step == Step::other) return true;
+    if (step == Step::handed_over) return member(field);
     if (!read_due_event(next_row)) return false;
     if (!T::is_member(reader_, name_)) return true;
-    if (!field.make().unmarshal(reader_, &name_, &err_)) return false;
-    field.set = true;
+    if (!member(field)) return false;
     tokenise_from(next_row);
     return true;
   }
   template <class T>
   bool holders(int next_row, List<T>& list) {
+    Step step = hand_over_member<T>();
+    for (; step == Step::handed_over; step = hand_over_member<T>()) {
+      if (!list.append().unmarshal(reader_, &name_, &err_)) return false;
+    }
+    if (step == Step::other) return true;
     if (!read_due_event(next_row)) return false;
     while (T::is_member(reader_, name_)) {
       if (!list.append().unmarshal(reader_, &name_, &err_)) return false;
@@ -304,8 +330,7 @@ class BodyReader {
   bool group(int next_row, Child<T>& field) {
     if (!read_due_event(next_row)) return false;
     if (!T::is_member(reader_, name_)) return missing_group(next_row);
-    if (!field.make().unmarshal(reader_, &name_, &err_)) return false;
-    field.set = true;
+    if (!member(field)) return false;
     tokenise_from(next_row);
     return true;
   }
@@ -318,8 +343,9 @@ class BodyReader {
  private:
   using Sight = lmx::internal::PlainRoad::Sight;
 
-  // What became of a row on the plain road. An opened child is read on through events.
-  enum class Step { taken, opened, other, unknown };
+  // What became of a row on the short road. Whoever reads a child takes the tag that is handed
+  // over.
+  enum class Step { taken, handed_over, other, unknown };
 
   Site site(int row) const { return Site{reader_, name_, err_, line_ + 1 + row}; }
   bool is_at(int row) const { return reader_.get_current_event() == rows_[row].event; }
@@ -338,41 +364,42 @@ class BodyReader {
     return code == lmx::elmx_ok;
   }
 
+  static Step step_of(Sight sight) {
+    return sight == Sight::other_name ? Step::other : Step::unknown;
+  }
   template <class Field, class... Facet>
   Step take_plain(int row, Field& field, const Facet&... facet) {
     if (!road_.is_due()) return Step::unknown;
-    lmx::internal::PlainElement element;
-    const Sight sight = road_.look(rows_[row], false, &element);
-    if (sight == Sight::other_name) return Step::other;
-    if (sight != Sight::plain || !convert(element.text, field, facet...)) return Step::unknown;
+    const Sight sight = road_.see_value(rows_[row]);
+    if (sight != Sight::plain) return step_of(sight);
+    if (!convert(road_.element().text, field, facet...)) return Step::unknown;
     field.set = true;
-    element.mode = whitespace_of(field, facet...);
-    road_.take(element);
+    road_.take_value(whitespace_of(field, facet...));
     return Step::taken;
-  }
-  template <class T>
-  bool take_plain_object(lmx::internal::PlainElement& element, T& object) {
-    if (!road_.has_depth() || !PlainAccess::read(object, element)) return false;
-    road_.take(element);
-    reader_.attribute_name.clear();
-    return true;
   }
   // The next element as the child of a row: `make` gives the object to read into.
   template <class Object, class Make>
   Step take_plain_child(int row, const Make& make) {
     if (!road_.is_due()) return Step::unknown;
-    lmx::internal::PlainElement element;
-    const Sight sight = road_.look(rows_[row], PlainAccess::is_plain<Object>, &element);
-    if (sight == Sight::other_name) return Step::other;
-    if (sight == Sight::unknown) return Step::unknown;
     if constexpr (PlainAccess::is_plain<Object>) {
-      return sight == Sight::plain && take_plain_object(element, make()) ? Step::taken
-                                                                         : Step::unknown;
+      const Sight sight = road_.see_element(rows_[row]);
+      if (sight != Sight::plain) return step_of(sight);
+      return PlainAccess::read(make(), road_) ? Step::taken : Step::unknown;
     } else {
-      if (sight == Sight::plain) return Step::unknown;
-      road_.open(element, rows_[row].event);
-      return Step::opened;
+      return hand_over(road_.see_tag(rows_[row]));
     }
+  }
+  Step hand_over(Sight sight) {
+    if (sight != Sight::plain) return step_of(sight);
+    if (!road_.has_depth()) return Step::unknown;
+    road_.hand_over_tag();
+    return Step::handed_over;
+  }
+  template <class T>
+  Step hand_over_member() {
+    if (!road_.is_due()) return Step::unknown;
+    const lmx::s_event_map* row = nullptr;
+    return hand_over(road_.see_tag_of(PlainAccess::member_rows<T>(), &row));
   }
   template <class Field>
   Step take_plain_field(int row, Field& field) {
@@ -403,6 +430,13 @@ class BodyReader {
     if (!accept(field.make().unmarshal(reader_, name_))) return false;
     field.set = true;
     set_due();
+    return true;
+  }
+
+  template <class Field>
+  bool member(Field& field) {
+    if (!field.make().unmarshal(reader_, &name_, &err_)) return false;
+    field.set = true;
     return true;
   }
 
@@ -504,13 +538,13 @@ class ChoiceReader {
     T& child = slot.adopt(std::make_unique<T>());
     chosen = selection;
     if constexpr (PlainAccess::is_plain<T>) {
-      if (is_plain_ && road_.has_depth() && PlainAccess::read(child, element_)) {
-        road_.take(element_);
-        site_.reader.attribute_name.clear();
-        return true;
-      }
+      if (is_tag_seen_ && road_.see_text() && PlainAccess::read(child, road_)) return true;
+      if (!leave_plain_road()) return false;
+    } else if (is_tag_seen_ && road_.has_depth()) {
+      road_.hand_over_tag();
+    } else if (!leave_plain_road()) {
+      return false;
     }
-    if (!leave_plain_road()) return false;
     site_.err = child.unmarshal(site_.reader, name_);
     return site_.err == lmx::elmx_ok && next();
   }
@@ -522,9 +556,9 @@ class ChoiceReader {
  private:
   template <class Target, class... Facet>
   bool value(Target& target, const Facet&... facet) {
-    if (is_plain_ && convert(element_.text, target, facet...)) {
-      element_.mode = whitespace_of(target, facet...);
-      road_.take(element_);
+    if (is_tag_seen_ && road_.element().attribute_count == 0 && road_.see_text() &&
+        convert(road_.element().text, target, facet...)) {
+      road_.take_value(whitespace_of(target, facet...));
       return true;
     }
     return leave_plain_road() && fetch(whitespace_of(target, facet...)) &&
@@ -535,7 +569,7 @@ class ChoiceReader {
   bool fetch(lmx::elmx_whitespace mode);
   bool chose(int& chosen, int selection) {
     chosen = selection;
-    return is_plain_ || next();
+    return next();
   }
   bool next();
 
@@ -543,8 +577,7 @@ class ChoiceReader {
   std::string& name_;
   const lmx::s_event_map* rows_;
   lmx::internal::PlainRoad road_;
-  lmx::internal::PlainElement element_;
-  bool is_plain_ = false;
+  bool is_tag_seen_ = false;
   bool has_failed_ = false;
   bool may_leave_unread_ = false;
   int event_ = 0;
@@ -554,12 +587,9 @@ class ChoiceReader {
 class MemberReader {
  public:
   MemberReader(lmx::c_xml_reader& reader, std::string& name, lmx::elmx_error& err,
-               const lmx::s_event_map* rows, int line)
-      : site_{reader, name, err, line}, name_(name), rows_(rows) {
-    reader.tokenise(rows, lmx::elxp_element);
-  }
+               const lmx::s_event_map* rows, int line);
 
-  int event() const { return site_.reader.get_current_event(); }
+  int event() const { return event_; }
 
   // Reads into a member that its holder has stored. Null, where the document named no type that the
   // factory knows, is 44; no handler is asked.
@@ -577,27 +607,30 @@ class MemberReader {
   std::unique_ptr<T> make_named() {
     std::unique_ptr<T> member;
     int ns_id = 0;
-    if (site_.reader.get_xsi_type(&ns_id, &site_.reader.value)) {
-      member.reset(T::factory(ns_id, site_.reader.value));
-    }
+    if (get_type(&ns_id)) member.reset(T::factory(ns_id, site_.reader.value));
     return member;
   }
   // The same, but a plain T if the element has no xsi:type.
   template <class T>
   std::unique_ptr<T> make_named_or_plain() {
     int ns_id = 0;
-    if (!site_.reader.get_xsi_type(&ns_id, &site_.reader.value)) return std::make_unique<T>();
+    if (!get_type(&ns_id)) return std::make_unique<T>();
     return std::unique_ptr<T>(T::factory(ns_id, site_.reader.value));
   }
   // Not a member: passed over.
   bool skip();
 
  private:
+  // The name of the type that the element asks for goes to the work string.
+  bool get_type(int* ns_id);
   bool next();
 
   Site site_;
   std::string& name_;
   const lmx::s_event_map* rows_;
+  lmx::internal::PlainRoad road_;
+  bool may_leave_unread_ = false;
+  int event_;
 };
 
 // Whether the element at hand is in the table; if it is not, the reader is left as it was.
@@ -607,6 +640,7 @@ bool is_in_table(lmx::c_xml_reader& reader, const lmx::s_event_map* rows);
 struct ReadSteps {
   bool (*attributes)(void* self, lmx::c_xml_reader& reader, const std::string& name,
                      lmx::elmx_error* err);
+  bool (*plain_attributes)(void* self, PlainReader& in);
   lmx::elmx_error (*check_attributes)(void* self, lmx::c_xml_reader& reader);
   bool (*body)(void* self, lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err,
                bool has_text);

@@ -25,6 +25,14 @@ struct Steps {
                               lmx::elmx_error* err) {
     return static_cast<T*>(self)->T::unmarshal_attributes(reader, name, err);
   }
+  static bool read_plain_attributes([[maybe_unused]] void* self, [[maybe_unused]] PlainReader& in) {
+    if constexpr ((traits & k_simple) != 0) {
+      return false;
+    } else {
+      static_cast<T*>(self)->T::unmarshal_plain_attributes(in);
+      return in.finish();
+    }
+  }
   static lmx::elmx_error check_attributes(void* self, lmx::c_xml_reader& reader) {
     return static_cast<T*>(self)->T::unmarshal_attributes_check(reader);
   }
@@ -53,12 +61,9 @@ struct Steps {
     }
   }
 
-  static constexpr ReadSteps k_reading = {read_attributes,
-                                          check_attributes,
-                                          read_body,
-                                          nil_test(),
-                                          (traits & k_wants_content) != 0,
-                                          (traits & k_simple) != 0};
+  static constexpr ReadSteps k_reading = {
+      read_attributes, read_plain_attributes,           check_attributes,        read_body,
+      nil_test(),      (traits & k_wants_content) != 0, (traits & k_simple) != 0};
   static constexpr WriteSteps k_writing = {is_occurs_ok,
                                            write_attributes,
                                            write_children,

@@ -28,16 +28,15 @@
 namespace lmx {
 class c_xml_reader;
 class c_xml_writer;
+struct s_event_map;
 struct s_ns_map;
-namespace internal {
-struct PlainElement;
-}
 }  // namespace lmx
 
 namespace zol_v2 {
 
 namespace internal {
 struct PlainAccess;
+class PlainReader;
 template <class T, unsigned traits>
 struct Steps;
 }  // namespace internal
@@ -117,6 +116,7 @@ class ZOL_API Box {
   lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
   bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
                             lmx::elmx_error* err);
+  void unmarshal_plain_attributes(internal::PlainReader& in);
   lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
   bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
 
@@ -313,6 +313,7 @@ class ZOL_API Zol {
   lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
   bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
                             lmx::elmx_error* err);
+  void unmarshal_plain_attributes(internal::PlainReader& in);
   lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
   bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
 
@@ -354,6 +355,7 @@ class ZOL_API Seal {
   lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
   bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
                             lmx::elmx_error* err);
+  void unmarshal_plain_attributes(internal::PlainReader& in);
   lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
   bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
 
@@ -403,7 +405,7 @@ class ZOL_API Part {
   friend struct internal::Steps;
 
   friend struct internal::PlainAccess;
-  bool unmarshal_plain(lmx::internal::PlainElement& element);
+  void unmarshal_plain(internal::PlainReader& in);
 
   internal::OptionalText unit_;
   internal::Value<lmx::c_binary> part_;
@@ -469,6 +471,7 @@ class ZOL_API PartChoice {
   lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
   bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
                             lmx::elmx_error* err);
+  void unmarshal_plain_attributes(internal::PlainReader& in);
   lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
   bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
 
@@ -522,6 +525,7 @@ class ZOL_API ShapeType {
   lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
   bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
                             lmx::elmx_error* err);
+  void unmarshal_plain_attributes(internal::PlainReader& in);
   lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
   bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
 
@@ -658,6 +662,8 @@ class ZOL_API sg_Shape {
   // Takes ownership of a new member and makes it the chosen one; null is refused.
   template <class T>
   T* hold(T* member, int selection);
+  friend struct internal::PlainAccess;
+  static const lmx::s_event_map* member_rows();
   lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
 
   ShapeType* member_ = nullptr;

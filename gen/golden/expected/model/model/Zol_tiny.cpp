@@ -109,6 +109,8 @@ elmx_error Zol::marshal_child_elements(c_xml_writer& writer) const {
 
 bool Zol::unmarshal_attributes(c_xml_reader&, const std::string&, elmx_error*) { return false; }
 
+void Zol::unmarshal_plain_attributes(internal::PlainReader&) {}
+
 elmx_error Zol::unmarshal_attributes_check(c_xml_reader&) {
   return lmx::elmx_ok;
 }
@@ -373,6 +375,12 @@ bool Box::unmarshal_attributes(c_xml_reader& reader, const std::string& name, el
   }
 }
 
+void Box::unmarshal_plain_attributes(internal::PlainReader& in) {
+  in.required("Grade", grade_, internal::k_Grade);
+  in.optional("Spare", spare_, internal::k_Grade);
+  in.required("Count", count_, k_Box_Count_range);
+}
+
 elmx_error Box::unmarshal_attributes_check(c_xml_reader& reader) {
   return internal::check_attributes(reader, "Box", __LINE__, {grade_.set, count_.set});
 }
@@ -460,6 +468,8 @@ elmx_error Seal::marshal_child_elements(c_xml_writer&) const {
 
 bool Seal::unmarshal_attributes(c_xml_reader&, const std::string&, elmx_error*) { return false; }
 
+void Seal::unmarshal_plain_attributes(internal::PlainReader&) {}
+
 elmx_error Seal::unmarshal_attributes_check(c_xml_reader&) {
   return lmx::elmx_ok;
 }
@@ -534,10 +544,9 @@ bool Part::unmarshal_body(c_xml_reader& reader, std::string* name, elmx_error* e
   return internal::ContentReader(reader, *name, *err, has_text, __LINE__).read(part_);
 }
 
-bool Part::unmarshal_plain(lmx::internal::PlainElement& element) {
-  return internal::PlainReader(element)
-      .optional("Unit", unit_)
-      .content(part_);
+void Part::unmarshal_plain(internal::PlainReader& in) {
+  in.optional("Unit", unit_);
+  in.content(part_);
 }
 
 using Part_steps = Steps<Part, internal::k_simple>;
@@ -630,6 +639,8 @@ elmx_error PartChoice::marshal_child_elements(c_xml_writer& writer) const {
 bool PartChoice::unmarshal_attributes(c_xml_reader&, const std::string&, elmx_error*) {
   return false;
 }
+
+void PartChoice::unmarshal_plain_attributes(internal::PlainReader&) {}
 
 elmx_error PartChoice::unmarshal_attributes_check(c_xml_reader&) {
   return lmx::elmx_ok;
@@ -877,6 +888,10 @@ bool ShapeType::unmarshal_attributes(c_xml_reader& reader, const std::string& na
   }
 }
 
+void ShapeType::unmarshal_plain_attributes(internal::PlainReader& in) {
+  in.optional("Name", name_);
+}
+
 elmx_error ShapeType::unmarshal_attributes_check(c_xml_reader&) {
   return lmx::elmx_ok;
 }
@@ -1110,8 +1125,10 @@ elmx_error sg_Shape::marshal_child_elements(c_xml_writer& writer) const {
   return member_->marshal(writer, k_names[chosen_]);
 }
 
+const s_event_map* sg_Shape::member_rows() { return k_sg_Shape_elements; }
+
 bool sg_Shape::is_member(c_xml_reader& reader, const std::string&) {
-  return internal::is_in_table(reader, k_sg_Shape_elements);
+  return internal::is_in_table(reader, member_rows());
 }
 
 bool sg_Shape::unmarshal(c_xml_reader& reader, std::string* name, elmx_error* err) {
