@@ -21,7 +21,7 @@ endforeach()
 install(FILES "${ZOL_GENERATED_DIR}/model/Zol.h" DESTINATION "${headers_dir}/model")
 install(FILES port/export.h port/files.h port/wide_text.h DESTINATION "${headers_dir}/port")
 install(FILES lmx/internal/byte_buffer.h lmx/internal/plain_element.h
-              lmx/internal/unicode_predicates.h lmx/internal/write_block.h
+              lmx/internal/pool.h lmx/internal/unicode_predicates.h lmx/internal/write_block.h
         DESTINATION "${headers_dir}/lmx/internal")
 install(FILES model/internal/fields.h DESTINATION "${headers_dir}/model/internal")
 if(ZOL_BUILD_BRIDGE)

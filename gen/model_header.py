@@ -34,6 +34,7 @@ def emit_header(model):
         #include "lmx/binary.h"
         #include "lmx/dates.h"
         #include "lmx/errors.h"
+        #include "lmx/internal/pool.h"
         #include "model/document_result.h"
         #include "model/internal/fields.h"
         #include "port/export.h"
@@ -100,6 +101,8 @@ def row_comment(row):
 
 def emit_class(out, info):
     base = f" : public {info.schema.base}" if info.schema.base else ""
+    if info.is_poly and not base:
+        base = " : public lmx::internal::Pooled"
     sections = [special_members(info), lifetime(info), identity(info), element_steps(info),
                 document_members(info), facade_members(info), nil_members(info),
                 choice_members(info)]

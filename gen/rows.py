@@ -508,13 +508,13 @@ class ObjectAlternative(Alternative):
 
             $Type$& $Class$::get_$Name$() {
               if (chosen_ == $chosen$) return slot_.object<$Type$>();
-              return internal::choose(slot_, chosen_, $chosen$, std::make_unique<$Type$>());
+              return internal::choose(slot_, chosen_, $chosen$, internal::make_owned<$Type$>());
             }
 
             $Type$& $Class$::assign_$Name$(const $Type$& value) {
               if (chosen_ == $chosen$) return slot_.object<$Type$>() = value;
               // The value may live inside the alternative that goes.
-              return internal::choose(slot_, chosen_, $chosen$, std::make_unique<$Type$>(value));
+              return internal::choose(slot_, chosen_, $chosen$, internal::make_owned<$Type$>(value));
             }
             """)
 
@@ -576,7 +576,7 @@ class ValueAlternative(Alternative):
                 }
 
                 lmx::elmx_error $Class$::set_$Name$(const std::wstring& value) {
-                  internal::choose(slot_, chosen_, $chosen$, std::make_unique<std::wstring>(value));
+                  internal::choose(slot_, chosen_, $chosen$, internal::make_owned<std::wstring>(value));
                   return lmx::elmx_ok;
                 }
                 """)
@@ -680,7 +680,7 @@ class MemberAlternative(Alternative):
         elif row.xsi_type == "optional":
             made = f"member.make_named_or_plain<{row.type}>().release()"
         else:
-            made = f"new {row.type}"
+            made = f"new (reader.pool()) {row.type}"
         return f"return member.read(hold({made}, {self.selection}));"
 
 

@@ -18,6 +18,7 @@
 #include "lmx/input.h"
 #include "lmx/internal/byte_buffer.h"
 #include "lmx/internal/plain_element.h"
+#include "lmx/internal/pool.h"
 #include "lmx/names.h"
 #include "lmx/tokeniser.h"
 
@@ -204,6 +205,8 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   const s_known_elements* get_known_elements() const { return known_elements_; }
   c_xml_reader_local* get_reader_local() const { return current_local_; }
   void set_reader_local(c_xml_reader_local* local) { current_local_ = local; }
+  // Memory for what is made of the document; it may outlive the reader.
+  internal::Pool& pool() { return pool_; }
 
   // Work strings of the reading code; one set serves the whole document.
   std::string name;
@@ -233,6 +236,7 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   int open_elements_ = 0;
   internal::ByteBuffer plain_prefix_{16};
   internal::PlainState plain_;
+  internal::Pool pool_;
 };
 
 // Reads a file, in any accepted encoding. Whether it opened, is_open() tells, and the caller asks.

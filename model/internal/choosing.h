@@ -12,7 +12,7 @@ namespace zol_v2::internal {
 
 // Puts a new object into the slot of a choice; the old alternative is freed last of all.
 template <class T>
-T& choose(Slot& slot, int& chosen, int selection, std::unique_ptr<T> object) {
+T& choose(Slot& slot, int& chosen, int selection, Owned<T> object) {
   T& result = slot.adopt(std::move(object));
   chosen = selection;
   return result;
@@ -31,7 +31,7 @@ inline bool choose_number(Slot& slot, int& chosen, int selection, int number,
 inline void copy_enumerated(Slot& slot, int& chosen, const std::wstring& text, int selection,
                             const EnumTable& table) {
   if (choose_number(slot, chosen, selection, table.number_of(text), table)) return;
-  choose(slot, chosen, selection, std::make_unique<std::wstring>(text));
+  choose(slot, chosen, selection, make_owned<std::wstring>(text));
 }
 
 // The setter of a list of values: past the end it appends.

@@ -53,7 +53,7 @@ inline void copy_optional(Enumerated& to, const Enumerated& from, const EnumTabl
 template <class T>
 void copy_optional(OptionalChild<T>& to, const OptionalChild<T>& from) {
   if (!from.set) return;
-  to.value = std::make_unique<T>(from.get());
+  to.value = make_owned<T>(from.get());
   to.set = true;
 }
 

@@ -12,9 +12,15 @@
 #include <string_view>
 #include <utility>
 
+#include "lmx/internal/pool.h"
 #include "port/export.h"
 
 namespace zol_v2::internal {
+
+using lmx::internal::make_owned;
+using lmx::internal::make_owned_in;
+using lmx::internal::Owned;
+using lmx::internal::Pool;
 
 ZOL_API const std::wstring& empty_text();
 
@@ -52,12 +58,12 @@ struct Text {
 
 // The text of an optional row, which most objects do not have: a pointer until it is wanted.
 struct OptionalText {
-  std::unique_ptr<std::wstring> value;
+  Owned<std::wstring> value;
   bool set = false;
 
   const std::wstring& get() const { return value ? *value : empty_text(); }
-  std::wstring& make() {
-    if (!value) value = std::make_unique<std::wstring>();
+  std::wstring& make(Pool* pool = nullptr) {
+    if (!value) value = make_owned_in<std::wstring>(pool);
     return *value;
   }
   void swap(OptionalText& other) {
@@ -131,7 +137,7 @@ struct Child {
     set = true;
     return value;
   }
-  T& make() { return value; }
+  T& make(Pool* = nullptr) { return value; }
   void swap(Child& other) {
     value.swap(other.value);
     std::swap(set, other.set);
@@ -142,7 +148,7 @@ struct Child {
 // Clearing `set` leaves the child's contents in place.
 template <class T>
 struct OptionalChild {
-  std::unique_ptr<T> value;
+  Owned<T> value;
   bool set = false;
 
   const T& get() const { return value ? *value : empty_object<T>(); }
@@ -151,8 +157,8 @@ struct OptionalChild {
     set = true;
     return object;
   }
-  T& make() {
-    if (!value) value.reset(new T);
+  T& make(Pool* pool = nullptr) {
+    if (!value) value = make_owned_in<T>(pool);
     return *value;
   }
   void swap(OptionalChild& other) {
@@ -226,8 +232,12 @@ class List {
 
   template <class... Args>
   T& append(Args&&... args) {
+    return append_in(nullptr, std::forward<Args>(args)...);
+  }
+  template <class... Args>
+  T& append_in(Pool* pool, Args&&... args) {
     pointers_.reserve_one();
-    T* object = new T(std::forward<Args>(args)...);
+    T* object = make_owned_in<T>(pool, std::forward<Args>(args)...).release();
     pointers_.push_back(object);
     return *object;
   }
@@ -236,21 +246,20 @@ class List {
   T& insert(unsigned index, Args&&... args) {
     if (index >= size()) return append(std::forward<Args>(args)...);
     pointers_.reserve_one();
-    T* object = new T(std::forward<Args>(args)...);
+    T* object = make_owned<T>(std::forward<Args>(args)...).release();
     pointers_.insert(index, object);
     return *object;
   }
   // Past the end nothing is removed.
   void remove(unsigned index) {
     if (index >= size()) return;
-    delete static_cast<T*>(pointers_[index]);
+    const Owned<T> object(static_cast<T*>(pointers_[index]));
     pointers_.erase(index);
   }
   void clear() {
     while (!empty()) {
-      T* last = &back();
+      const Owned<T> last(&back());
       pointers_.pop_back();
-      delete last;
     }
   }
   void swap(List& other) { pointers_.swap(other.pointers_); }
@@ -293,10 +302,10 @@ class Slot {
   }
   // Takes ownership.
   template <class T>
-  T& adopt(std::unique_ptr<T> object) {
+  T& adopt(Owned<T> object) {
     clear();
     kind_ = Kind::object;
-    destroy_ = [](const void* old) { delete static_cast<const T*>(old); };
+    destroy_ = [](const void* old) { Owned<const T>(static_cast<const T*>(old)).reset(); };
     T& result = *object;
     object_ = object.release();
     return result;

@@ -280,7 +280,7 @@ bool BodyReader::foreign(List<AnyElement>& list) {
         !site(0).pass(lmx::elmx_bad_element_value)) {
       return false;
     }
-    list.append(std::move(element));
+    list.append_in(&reader_.pool(), std::move(element));
     if (!read_event(0)) return false;
   }
   return true;
@@ -367,7 +367,7 @@ bool ChoiceReader::enumerated(Slot& slot, int& chosen, int selection, const Enum
   if (const int number = taken.number(table)) {
     slot.refer(table[number]);
   } else {
-    slot.adopt(std::make_unique<std::wstring>(taken.get()));
+    slot.adopt(make_owned_in<std::wstring>(&site_.reader.pool(), taken.get()));
   }
   return chose(chosen, selection);
 }
@@ -553,7 +553,7 @@ elmx_error read_element(void* self, const ReadSteps& steps, c_xml_reader& reader
                         const std::string& name) {
   lmx::internal::PlainRoad road(reader);
   if (!road.accept_tag()) return ElementStep(self, steps, reader, name).run();
-  PlainReader attributes(road.element());
+  PlainReader attributes(road.element(), reader.pool());
   if (steps.plain_attributes(self, attributes)) {
     road.take_tag();
     return ElementStep(self, steps, reader, road.element().name).run_opened();

@@ -68,6 +68,11 @@ template <class... Facet>
 bool convert(std::string_view text, Text& target, const Facet&... facet) {
   return convert(text, target.value, facet...);
 }
+// Lets a field have what it needs for its value from the pool.
+template <class Field>
+void prepare(Field&, Pool&) {}
+inline void prepare(OptionalText& field, Pool& pool) { field.make(&pool); }
+
 template <class... Facet>
 bool convert(std::string_view text, OptionalText& target, const Facet&... facet) {
   return convert(text, target.make(), facet...);
@@ -114,7 +119,8 @@ constexpr lmx::elmx_whitespace whitespace_of(const Field&, const Collapsed&) {
 // Values are stored as they are found good; their flags follow when all of them are.
 class PlainReader {
  public:
-  explicit PlainReader(const lmx::internal::PlainElement& element) : element_(element) {}
+  PlainReader(const lmx::internal::PlainElement& element, Pool& pool)
+      : element_(element), pool_(pool) {}
 
   template <class Field, class... Facet>
   PlainReader& required(std::string_view name, Field& field, const Facet&... facet) {
@@ -154,12 +160,15 @@ class PlainReader {
   // An attribute that is set already is for the long road.
   template <class Field, class... Facet>
   bool accept(std::string_view text, Field& field, const Facet&... facet) {
-    if (field.set || !convert(text, field, facet...)) return false;
+    if (field.set) return false;
+    prepare(field, pool_);
+    if (!convert(text, field, facet...)) return false;
     flags_[flag_count_++] = &field.set;
     return true;
   }
 
   const lmx::internal::PlainElement& element_;
+  Pool& pool_;
   const lmx::internal::PlainElement::Attribute* found_ = nullptr;
   bool* flags_[lmx::internal::PlainElement::k_max_attributes];
   bool* content_flag_ = nullptr;
@@ -183,9 +192,9 @@ struct PlainAccess {
   // Takes the element that was seen as a whole. False, with no flag set, if the long road must be
   // taken.
   template <class T>
-  static bool read(T& object, lmx::internal::PlainRoad& road) {
+  static bool read(T& object, lmx::internal::PlainRoad& road, Pool& pool) {
     if (!road.has_depth()) return false;
-    PlainReader in(road.element());
+    PlainReader in(road.element(), pool);
     object.unmarshal_plain(in);
     if (!in.finish()) return false;
     road.take_element(in.mode());
@@ -238,7 +247,7 @@ class BodyReader {
         if (!take(at, taken.value, facet...)) return false;
         set_due();
       }
-      list.append(std::move(taken.value));
+      list.append_in(&reader_.pool(), std::move(taken.value));
     }
   }
   template <class T, class... Facet>
@@ -287,7 +296,7 @@ class BodyReader {
           if (!read_due_event(row)) return false;
           if (!is_at(row)) return true;
       }
-      if (!accept(list.append().unmarshal(reader_, name_))) return false;
+      if (!accept(list.append_in(&reader_.pool()).unmarshal(reader_, name_))) return false;
       set_due();
     }
   }
@@ -315,12 +324,12 @@ class BodyReader {
   bool holders(int next_row, List<T>& list) {
     Step step = hand_over_member<T>();
     for (; step == Step::handed_over; step = hand_over_member<T>()) {
-      if (!list.append().unmarshal(reader_, &name_, &err_)) return false;
+      if (!list.append_in(&reader_.pool()).unmarshal(reader_, &name_, &err_)) return false;
     }
     if (step == Step::other) return true;
     if (!read_due_event(next_row)) return false;
     while (T::is_member(reader_, name_)) {
-      if (!list.append().unmarshal(reader_, &name_, &err_)) return false;
+      if (!list.append_in(&reader_.pool()).unmarshal(reader_, &name_, &err_)) return false;
     }
     tokenise_from(next_row);
     return true;
@@ -372,6 +381,7 @@ class BodyReader {
     if (!road_.is_due()) return Step::unknown;
     const Sight sight = road_.see_value(rows_[row]);
     if (sight != Sight::plain) return step_of(sight);
+    prepare(field, reader_.pool());
     if (!convert(road_.element().text, field, facet...)) return Step::unknown;
     field.set = true;
     road_.take_value(whitespace_of(field, facet...));
@@ -384,7 +394,7 @@ class BodyReader {
     if constexpr (PlainAccess::is_plain<Object>) {
       const Sight sight = road_.see_element(rows_[row]);
       if (sight != Sight::plain) return step_of(sight);
-      return PlainAccess::read(make(), road_) ? Step::taken : Step::unknown;
+      return PlainAccess::read(make(), road_, reader_.pool()) ? Step::taken : Step::unknown;
     } else {
       return hand_over(road_.see_tag(rows_[row]));
     }
@@ -404,14 +414,16 @@ class BodyReader {
   template <class Field>
   Step take_plain_field(int row, Field& field) {
     using Object = std::remove_reference_t<decltype(field.make())>;
-    const Step step = take_plain_child<Object>(row, [&field]() -> Object& { return field.make(); });
+    const Step step =
+        take_plain_child<Object>(row, [&]() -> Object& { return field.make(&reader_.pool()); });
     if (step == Step::taken) field.set = true;
     return step;
   }
   template <class T>
   Step take_plain_element(int row, List<T>& list) {
     const unsigned before = list.size();
-    const Step step = take_plain_child<T>(row, [&list]() -> T& { return list.append(); });
+    const Step step =
+        take_plain_child<T>(row, [&]() -> T& { return list.append_in(&reader_.pool()); });
     if (step != Step::taken && list.size() != before) list.remove(before);
     return step;
   }
@@ -427,7 +439,7 @@ class BodyReader {
   }
   template <class Field>
   bool child(Field& field) {
-    if (!accept(field.make().unmarshal(reader_, name_))) return false;
+    if (!accept(field.make(&reader_.pool()).unmarshal(reader_, name_))) return false;
     field.set = true;
     set_due();
     return true;
@@ -435,7 +447,7 @@ class BodyReader {
 
   template <class Field>
   bool member(Field& field) {
-    if (!field.make().unmarshal(reader_, &name_, &err_)) return false;
+    if (!field.make(&reader_.pool()).unmarshal(reader_, &name_, &err_)) return false;
     field.set = true;
     return true;
   }
@@ -519,7 +531,7 @@ class ChoiceReader {
 
   template <class... Facet>
   bool text(Slot& slot, int& chosen, int selection, const Facet&... facet) {
-    auto taken = std::make_unique<std::wstring>();
+    auto taken = make_owned_in<std::wstring>(&site_.reader.pool());
     if (!value(*taken, facet...)) return false;
     slot.adopt(std::move(taken));
     return chose(chosen, selection);
@@ -535,10 +547,11 @@ class ChoiceReader {
   }
   template <class T>
   bool object(Slot& slot, int& chosen, int selection) {
-    T& child = slot.adopt(std::make_unique<T>());
+    T& child = slot.adopt(make_owned_in<T>(&site_.reader.pool()));
     chosen = selection;
     if constexpr (PlainAccess::is_plain<T>) {
-      if (is_tag_seen_ && road_.see_text() && PlainAccess::read(child, road_)) return true;
+      if (is_tag_seen_ && road_.see_text() && PlainAccess::read(child, road_, site_.reader.pool()))
+        return true;
       if (!leave_plain_road()) return false;
     } else if (is_tag_seen_ && road_.has_depth()) {
       road_.hand_over_tag();

@@ -21,6 +21,7 @@
 #include "lmx/binary.h"
 #include "lmx/dates.h"
 #include "lmx/errors.h"
+#include "lmx/internal/pool.h"
 #include "model/document_result.h"
 #include "model/internal/fields.h"
 #include "port/export.h"
@@ -484,7 +485,7 @@ class ZOL_API PartChoice {
 };
 
 // A family.
-class ZOL_API ShapeType {
+class ZOL_API ShapeType : public lmx::internal::Pooled {
  public:
   ShapeType();
   ShapeType(const ShapeType& other);

@@ -694,7 +694,7 @@ const std::wstring& PartChoice::get_Text() const {
 }
 
 lmx::elmx_error PartChoice::set_Text(const std::wstring& value) {
-  internal::choose(slot_, chosen_, chosen_Text, std::make_unique<std::wstring>(value));
+  internal::choose(slot_, chosen_, chosen_Text, internal::make_owned<std::wstring>(value));
   return lmx::elmx_ok;
 }
 
@@ -723,13 +723,13 @@ const Box& PartChoice::get_Box() const {
 
 Box& PartChoice::get_Box() {
   if (chosen_ == chosen_Box) return slot_.object<Box>();
-  return internal::choose(slot_, chosen_, chosen_Box, std::make_unique<Box>());
+  return internal::choose(slot_, chosen_, chosen_Box, internal::make_owned<Box>());
 }
 
 Box& PartChoice::assign_Box(const Box& value) {
   if (chosen_ == chosen_Box) return slot_.object<Box>() = value;
   // The value may live inside the alternative that goes.
-  return internal::choose(slot_, chosen_, chosen_Box, std::make_unique<Box>(value));
+  return internal::choose(slot_, chosen_, chosen_Box, internal::make_owned<Box>(value));
 }
 
 // anon_Tag
@@ -805,7 +805,7 @@ const std::wstring& anon_Tag::get_TagText() const {
 }
 
 lmx::elmx_error anon_Tag::set_TagText(const std::wstring& value) {
-  internal::choose(slot_, chosen_, chosen_TagText, std::make_unique<std::wstring>(value));
+  internal::choose(slot_, chosen_, chosen_TagText, internal::make_owned<std::wstring>(value));
   return lmx::elmx_ok;
 }
 
@@ -1138,7 +1138,7 @@ bool sg_Shape::unmarshal(c_xml_reader& reader, std::string* name, elmx_error* er
         chosen_Shape));
     case event::Round: return member.read(hold(member.make_named_or_plain<RoundType>().release(),
         chosen_Round));
-    case event::Ring: return member.read(hold(new RingType, chosen_Ring));
+    case event::Ring: return member.read(hold(new (reader.pool()) RingType, chosen_Ring));
     default: return member.skip();
   }
 }
