@@ -61,7 +61,7 @@ void c_xml_reader::get_element_event(const s_event_map* map, elmx_error* error, 
     case elxp_name:
       plain_.ns_id = -1;
       cracked_name_.split(current_local_, *name, local_at());
-      remember_prefix();
+      plain_prefix_.set(cracked_name_.full_view().substr(0, local_at()));
       if (map != nullptr) tokenise(map, elxp_element);
       break;
     case elxp_end_of_input:
@@ -73,13 +73,6 @@ void c_xml_reader::get_element_event(const s_event_map* map, elmx_error* error, 
     default:
       break;
   }
-}
-
-void c_xml_reader::remember_prefix() {
-  const std::string_view prefix = cracked_name_.full_view().substr(0, local_at());
-  if (plain_prefix() == prefix) return;
-  plain_prefix_.clear();
-  plain_prefix_.append(prefix);
 }
 
 void c_xml_reader::store_plain_parts() {

@@ -218,9 +218,6 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   friend class internal::PlainRoad;
 
   bool is_known_element() const;
-  // The prefix of the last element, with its colon; most elements have the same.
-  std::string_view plain_prefix() const { return {plain_prefix_.data(), plain_prefix_.size()}; }
-  void remember_prefix();
   // Stores what was read on the short road where reading through events would have.
   void store_plain_parts();
 
@@ -234,7 +231,7 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   std::vector<std::pair<std::string, std::string>> namespace_mappings_;
   const s_known_elements* known_elements_ = nullptr;
   int open_elements_ = 0;
-  internal::ByteBuffer plain_prefix_{16};
+  internal::PlainPrefix plain_prefix_;
   internal::PlainState plain_;
   internal::Pool pool_;
 };

@@ -136,6 +136,10 @@ namespace internal {
 
 std::size_t append_wide(std::wstring* out, std::string_view utf8) {
   const std::size_t run = ascii_run(utf8);
+  if (run == utf8.size() && out->empty()) {
+    *out = std::wstring(utf8.begin(), utf8.end());  // with neither slack nor a first filling
+    return run;
+  }
   const std::string_view rest = utf8.substr(run);
   const std::size_t start = out->size();
   out->resize(start + run + unit_bound(rest));

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
+
+#include "lmx/internal/byte_buffer.h"
 
 namespace lmx::internal {
 
@@ -21,6 +24,18 @@ struct PlainElement {
   int attribute_count = 0;
 
   const char* end = nullptr;  // behind what was seen of it
+};
+
+// The prefix of the last element, with its colon; most elements have the same.
+struct PlainPrefix {
+  ByteBuffer text{16};
+  std::size_t size = 0;
+  // How a start tag with it begins: "<" and the prefix, or as much of that as a word holds.
+  std::uint64_t word = '<';
+  std::uint64_t mask = 0xFF;
+
+  std::string_view view() const { return {text.data(), size}; }
+  void set(std::string_view prefix);
 };
 
 // What stands behind the white space that is next.

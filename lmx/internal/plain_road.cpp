@@ -54,6 +54,19 @@ std::string_view view(const char* begin, const char* end) {
 
 }  // namespace
 
+void PlainPrefix::set(std::string_view prefix) {
+  if (prefix == view()) return;
+  text.clear();
+  text.append(prefix);
+  size = prefix.size();
+  word = '<';
+  mask = 0xFF;
+  for (std::size_t i = 0; i < size && i + 1 < sizeof word; ++i) {
+    word |= std::uint64_t{byte_at(text.data() + i)} << (8 * (i + 1));
+    mask = mask << 8 | 0xFF;
+  }
+}
+
 // --- Looking ----------------------------------------------------------------------------------
 
 void PlainRoad::find_tag() {
@@ -64,18 +77,22 @@ void PlainRoad::find_tag() {
   if (!reader_.getter().open_window(&window) || reader_.getter().is_after_cr()) return;
   state_.lines = 0;
   const char* p = pass_space(window.at, window.end, &state_.lines);
-  if (window.end - p < 3 || *p != '<') return;
+  if (window.end - p < 8) return;
   state_.window_end = window.end;
-  if (*++p == '/') {
-    state_.local = p + 1;
+  const std::uint64_t word = load_word(p);
+  if ((word & 0xFFFF) == ('<' | '/' << 8)) {
+    state_.local = p + 2;
     state_.next = NextTag::end_tag;
     return;
   }
   // The prefix is that of the last element that was read, or the tag is not for this road.
-  const std::string_view prefix = reader_.plain_prefix();
-  if (!stands_at(p, window.end, prefix) || !has_mask(p[prefix.size()], k_name_start)) return;
-  state_.local = p + prefix.size();
-  if (prefix.empty()) {
+  const PlainPrefix& prefix = reader_.plain_prefix_;
+  if ((word & prefix.mask) != prefix.word) return;
+  ++p;
+  if (prefix.size + 1 >= sizeof word && !stands_at(p, window.end, prefix.view())) return;
+  if (!has_mask(p[prefix.size], k_name_start)) return;
+  state_.local = p + prefix.size;
+  if (prefix.size == 0) {
     // A name that has none after all, or goes on beyond ASCII or the window.
     p = pass_class(p, window.end, k_ascii_ncname);
     if (p == window.end || has_mask(*p, k_name)) return;
@@ -83,20 +100,15 @@ void PlainRoad::find_tag() {
   state_.next = NextTag::start_tag;
 }
 
-// The namespace of the present prefix is found again only where mappings may have changed.
-bool PlainRoad::is_in_namespace(int ns_id) {
+void PlainRoad::find_namespace() {
   const c_xml_local& scope = *reader_.current_local_;
-  if (state_.ns_id < 0 || state_.mappings != scope.mappings()) {
-    const std::string_view prefix = reader_.plain_prefix();
-    state_.ns_id =
-        scope.find_namespace_id(prefix.substr(0, prefix.empty() ? 0 : prefix.size() - 1));
-    state_.mappings = scope.mappings();
-  }
-  return state_.ns_id == ns_id;
+  const std::string_view prefix = reader_.plain_prefix_.view();
+  state_.ns_id = scope.find_namespace_id(prefix.substr(0, prefix.empty() ? 0 : prefix.size() - 1));
+  state_.mappings = scope.mappings();
 }
 
 // Is the next start tag one of this row? What is behind its name comes at element().end.
-PlainRoad::Sight PlainRoad::match(const s_event_map& row) {
+inline PlainRoad::Sight PlainRoad::match(const s_event_map& row) {
   const char* const end = state_.local + row.name_length;
   if (state_.window_end - state_.local <= static_cast<std::ptrdiff_t>(row.name_length)) {
     return Sight::unknown;
@@ -104,8 +116,10 @@ PlainRoad::Sight PlainRoad::match(const s_event_map& row) {
   if (!is_equal_short(state_.local, row.name, row.name_length) || has_mask(*end, k_name)) {
     return Sight::other_name;
   }
-  if (!is_in_namespace(row.ns_id)) return Sight::unknown;
-  state_.element.name = view(state_.local - reader_.plain_prefix().size(), end);
+  // The namespace of the prefix is found again only where mappings may have changed.
+  if (state_.ns_id < 0 || state_.mappings != reader_.current_local_->mappings()) find_namespace();
+  if (state_.ns_id != row.ns_id) return Sight::unknown;
+  state_.element.name = view(state_.local - reader_.plain_prefix_.size, end);
   state_.element.end = end;
   return Sight::plain;
 }
@@ -203,7 +217,7 @@ void PlainRoad::take_attributes() {
   reader_.attribute_name.clear();
   const PlainElement& element = state_.element;
   if (element.attribute_count == 0) {
-    note_cracked(element.name, reader_.plain_prefix().size());
+    note_cracked(element.name, reader_.plain_prefix_.size);
   } else {
     note_cracked(element.attributes[element.attribute_count - 1].name, 0);
   }

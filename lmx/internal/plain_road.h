@@ -65,7 +65,7 @@ class PlainRoad {
   // An element with its end tag. `mode` is that of its text.
   void take_value(elmx_whitespace mode) {
     take_text(mode);
-    note_cracked(state_.name, reader_.plain_prefix().size());
+    note_cracked(state_.name, reader_.plain_prefix_.size);
   }
   void take_element(elmx_whitespace mode) {
     take_text(mode);
@@ -103,7 +103,7 @@ class PlainRoad {
   Sight see_tag_closely(const s_event_map& row);
 
   void find_tag();
-  bool is_in_namespace(int ns_id);
+  void find_namespace();
   Sight match(const s_event_map& row);
   bool see_attributes();
 
