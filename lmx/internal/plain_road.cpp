@@ -204,9 +204,14 @@ bool PlainRoad::see_attributes() {
 
 // --- Taking -----------------------------------------------------------------------------------
 
-void PlainRoad::take_tag() {
-  state_.name = state_.element.name;
-  reader_.open_plain_tag(state_.element.end, state_.lines);
+void PlainRoad::take_tag(elmx_whitespace mode) {
+  const PlainElement& element = state_.element;
+  state_.name = element.name;
+  if (element.attribute_count != 0) {
+    reader_.getter().set_ws_mode(mode);
+    state_.value = element.attributes[element.attribute_count - 1].value;
+  }
+  reader_.open_plain_tag(element.end, state_.lines);
   reader_.current_event_ = elxp_start_tag_end;
   take_attributes();
   state_.is_due = false;

@@ -71,8 +71,8 @@ class PlainRoad {
     take_text(mode);
     take_attributes();
   }
-  // The start tag, up to its ">".
-  void take_tag();
+  // The start tag, up to its ">". `mode` is that of its last attribute.
+  void take_tag(elmx_whitespace mode);
   // The end tag of this name, if it is next, as the current event.
   bool take_end_tag(std::string_view name);
 

@@ -555,7 +555,7 @@ elmx_error read_element(void* self, const ReadSteps& steps, c_xml_reader& reader
   if (!road.accept_tag()) return ElementStep(self, steps, reader, name).run();
   PlainReader attributes(road.element(), reader.pool());
   if (steps.plain_attributes(self, attributes)) {
-    road.take_tag();
+    road.take_tag(attributes.mode());
     return ElementStep(self, steps, reader, road.element().name).run_opened();
   }
   // The tag was seen to be whole, so that reading it is no fault.

@@ -146,7 +146,7 @@ class PlainReader {
     if (content_flag_ != nullptr) *content_flag_ = true;
     return true;
   }
-  // Of the content.
+  // Of what comes last: the content, or the last attribute.
   lmx::elmx_whitespace mode() const { return mode_; }
 
  private:
@@ -163,6 +163,9 @@ class PlainReader {
     if (field.set) return false;
     prepare(field, pool_);
     if (!convert(text, field, facet...)) return false;
+    if (found_ + 1 == element_.attributes + element_.attribute_count) {
+      mode_ = whitespace_of(field, facet...);
+    }
     flags_[flag_count_++] = &field.set;
     return true;
   }

@@ -490,8 +490,8 @@ double seconds_to_scan(int count) {
   return best;
 }
 
-// Chosen names must not make a document quadratic. Four times the names take somewhat more than four
-// times as long, since the indexes are ordered; their square would be sixteen.
+// Chosen names must not make a document quadratic. Sixteen times the names take somewhat more than
+// as many times as long, since the indexes are ordered; their square would be 256.
 TEST(Reader, StaysLinear) {
   const double once = seconds_to_scan(12'500);
   EXPECT_LT(seconds_to_scan(200'000), 64 * std::max(once, 0.002));
