@@ -65,9 +65,9 @@ class Reader : public lmx::c_xml_reader {
       : lmx::c_xml_reader(source), is_patient_(is_patient), report_(report) {}
   lmx::elmx_error user_handle_error(lmx::elmx_error code, const std::string& item, const char*,
                                     int) override {
-    report_ << "handled " << code << " '" << item << "' line " << get_line_no() << " at '"
-            << get_full_name() << "' " << get_ns_id() << ", '" << name << "' '" << value << "' '"
-            << attribute_name << "'\n";
+    report_ << "handled " << code << " '" << item << "' line " << get_line_no() << ", event "
+            << get_current_event() << " at '" << get_full_name() << "' " << get_ns_id() << ", '"
+            << name << "' '" << value << "' '" << attribute_name << "'\n";
     return is_patient_ ? lmx::elmx_ok : code;
   }
 

@@ -433,6 +433,9 @@ bool is_in_table(c_xml_reader& reader, const lmx::s_event_map* rows) {
 
 namespace {
 
+// Of the row that a stray element is of.
+constexpr lmx::s_event_map k_no_rows[] = {{0, nullptr, 0, lmx::elxp_unknown}};
+
 // One element from its start tag on. The name stands on the reader's stack while it is open, since
 // the work strings of the reader are overwritten by whatever is read inside.
 class ElementStep {
@@ -528,7 +531,7 @@ class ElementStep {
     if (road.is_due()) {
       if (road.take_end_tag(node_.get_view())) return true;
       std::string item;
-      road.get_due_event(nullptr, &err_, &reader_.name, &item);
+      road.get_due_event(k_no_rows, &err_, &reader_.name, &item);
       if (err_ != lmx::elmx_ok && !Site{reader_, item, err_, __LINE__}.pass(err_)) return false;
     }
     return check_end();
