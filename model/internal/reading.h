@@ -316,12 +316,11 @@ class BodyReader {
   bool holder(int next_row, OptionalChild<T>& field) {
     const Step step = hand_over_member<T>();
     if (step == Step::other) return true;
-    if (step == Step::handed_over) return member(field);
-    if (!read_due_event(next_row)) return false;
-    if (!T::is_member(reader_, name_)) return true;
-    if (!member(field)) return false;
-    tokenise_from(next_row);
-    return true;
+    if (step != Step::handed_over) {
+      if (!read_due_event(next_row)) return false;
+      if (!T::is_member(reader_, name_)) return true;
+    }
+    return member(next_row, field);
   }
   template <class T>
   bool holders(int next_row, List<T>& list) {
@@ -342,9 +341,7 @@ class BodyReader {
   bool group(int next_row, Child<T>& field) {
     if (!read_due_event(next_row)) return false;
     if (!T::is_member(reader_, name_)) return missing_group(next_row);
-    if (!member(field)) return false;
-    tokenise_from(next_row);
-    return true;
+    return member(next_row, field);
   }
 
   // An empty element that nobody asks for.
@@ -448,10 +445,13 @@ class BodyReader {
     return true;
   }
 
+  // A member counts once the event behind it was read as well.
   template <class Field>
-  bool member(Field& field) {
+  bool member(int next_row, Field& field) {
     if (!field.make(&reader_.pool()).unmarshal(reader_, &name_, &err_)) return false;
+    if (!read_due_event(next_row)) return false;
     field.set = true;
+    tokenise_from(next_row);
     return true;
   }
 
