@@ -7,7 +7,11 @@
 
 #include "lmx/internal/byte_buffer.h"
 
-namespace lmx::internal {
+namespace lmx {
+
+struct s_event_map;
+
+namespace internal {
 
 // An element as it stands in the window. The views are good until anything is read.
 struct PlainElement {
@@ -52,6 +56,8 @@ struct PlainState {
   bool is_due = false;
   // It is the first in its parent, whose name a fault in it then bears.
   bool is_first = false;
+  // The rows that it may be of, if nobody asks for others.
+  const s_event_map* rows = nullptr;
   // Its start tag was seen to be plain, and is taken by whoever reads the element.
   bool is_handed_over = false;
 
@@ -72,4 +78,5 @@ struct PlainState {
   std::size_t cracked_local_at = 0;
 };
 
-}  // namespace lmx::internal
+}  // namespace internal
+}  // namespace lmx

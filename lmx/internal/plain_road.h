@@ -32,12 +32,21 @@ class PlainRoad {
     state_.next = NextTag::unseen;
     state_.is_due = true;
     state_.is_first = is_first;
+    state_.rows = k_no_rows;
+  }
+  // The same where the event would be one of these rows, though none is expected.
+  void set_due_in(const s_event_map* rows) {
+    set_due();
+    state_.rows = rows;
   }
   // Leaves the first tag of an element unread if it is a start tag that may be plain.
   bool set_due_before_start_tag();
   // Ends that state: gets the event, and the item that a fault in it bears.
   void get_due_event(const s_event_map* map, elmx_error* error, std::string* name,
                      std::string* item);
+  void get_due_event(elmx_error* error, std::string* name, std::string* item) {
+    get_due_event(state_.rows, error, name, item);
+  }
   // Lets the reader's strings tell of what was read last.
   void settle() { reader_.store_plain_parts(); }
 
@@ -91,6 +100,8 @@ class PlainRoad {
   }
 
  private:
+  static constexpr s_event_map k_no_rows[] = {{0, nullptr, 0, elxp_unknown}};
+
   bool may_be(const s_event_map& row) {
     if (state_.next == NextTag::unseen) find_tag();
     return state_.next == NextTag::start_tag && *state_.local == *row.name;

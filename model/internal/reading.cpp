@@ -374,7 +374,7 @@ bool ChoiceReader::enumerated(Slot& slot, int& chosen, int selection, const Enum
 
 bool ChoiceReader::next() {
   if (may_leave_unread_) {
-    road_.set_due();
+    road_.set_due_in(rows_);
     return true;
   }
   site_.err = lmx::elmx_ok;
@@ -432,9 +432,6 @@ bool is_in_table(c_xml_reader& reader, const lmx::s_event_map* rows) {
 }
 
 namespace {
-
-// Of the row that a stray element is of.
-constexpr lmx::s_event_map k_no_rows[] = {{0, nullptr, 0, lmx::elxp_unknown}};
 
 // One element from its start tag on. The name stands on the reader's stack while it is open, since
 // the work strings of the reader are overwritten by whatever is read inside.
@@ -531,7 +528,7 @@ class ElementStep {
     if (road.is_due()) {
       if (road.take_end_tag(node_.get_view())) return true;
       std::string item;
-      road.get_due_event(k_no_rows, &err_, &reader_.name, &item);
+      road.get_due_event(&err_, &reader_.name, &item);
       if (err_ != lmx::elmx_ok && !Site{reader_, item, err_, __LINE__}.pass(err_)) return false;
     }
     return check_end();
@@ -564,7 +561,7 @@ elmx_error read_element(void* self, const ReadSteps& steps, c_xml_reader& reader
   // The tag was seen to be whole, so that reading it is no fault.
   elmx_error error = lmx::elmx_ok;
   std::string item;
-  road.get_due_event(nullptr, &error, &reader.name, &item);
+  road.get_due_event(&error, &reader.name, &item);
   return ElementStep(self, steps, reader, reader.name).run();
 }
 

@@ -553,8 +553,10 @@ class ChoiceReader {
     T& child = slot.adopt(make_owned_in<T>(&site_.reader.pool()));
     chosen = selection;
     if constexpr (PlainAccess::is_plain<T>) {
-      if (is_tag_seen_ && road_.see_text() && PlainAccess::read(child, road_, site_.reader.pool()))
-        return true;
+      if (is_tag_seen_ && road_.see_text() &&
+          PlainAccess::read(child, road_, site_.reader.pool())) {
+        return next();
+      }
       if (!leave_plain_road()) return false;
     } else if (is_tag_seen_ && road_.has_depth()) {
       road_.hand_over_tag();
