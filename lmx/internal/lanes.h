@@ -1,11 +1,15 @@
 // Sixteen bytes at a time where the processor has it: a bit for each byte of a block.
 #pragma once
 
+#ifndef ZOL_LANES
 #if defined(__SSE2__) || defined(_M_X64)
 #define ZOL_LANES 1
-#include <emmintrin.h>
 #else
 #define ZOL_LANES 0
+#endif
+#endif
+#if ZOL_LANES
+#include <emmintrin.h>
 #endif
 
 namespace lmx::internal {

@@ -18,6 +18,13 @@ const char* pass_ascii(const char* p, const char* end, Quote... quote) {
     const unsigned stop = Lanes(p).is_unusual_or('<', '&', quote...);
     if (stop != 0) return p + lowest_bit(stop);
   }
+#else
+  for (; end - p >= 8; p += 8) {
+    const std::uint64_t word = load_word(p);
+    const std::uint64_t stop = (word & k_highs) | flag_below(word, ' ') | flag_equal(word, '<') |
+                               flag_equal(word, '&') | (flag_equal(word, quote) | ... | 0);
+    if (stop != 0) return p + lowest_byte(stop);
+  }
 #endif
   while (p != end && byte_at(p) >= ' ' && byte_at(p) < 0x80 && *p != '<' && *p != '&' &&
          ((*p != quote) && ...)) {
