@@ -9,6 +9,7 @@
 #include <ostream>
 #include <sstream>
 #include <string_view>
+#include <type_traits>
 
 #include "lmx/internal/lexical.h"
 #include "lmx/internal/scan.h"
@@ -267,6 +268,31 @@ struct DateFields {
     }
   }
 
+  // Passes the fields of a valid text, up to the zone.
+  static bool skip(Cursor& cursor, const c_time*) {
+    cursor.skip_sign();  // valid, though assignment does not take it
+    return skip_clock(cursor);
+  }
+  static bool skip(Cursor& cursor, const c_date*) {
+    return skip_year(cursor) && cursor.skip('-') && skip_two_digits(cursor) && cursor.skip('-') &&
+           skip_two_digits(cursor);
+  }
+  static bool skip(Cursor& cursor, const c_gyearmonth*) {
+    return skip_year(cursor) && cursor.skip('-') && skip_two_digits(cursor);
+  }
+  static bool skip(Cursor& cursor, const c_gyear*) { return skip_year(cursor); }
+  static bool skip(Cursor& cursor, const c_gmonthday*) {
+    return cursor.skip('-') && cursor.skip('-') && skip_two_digits(cursor) && cursor.skip('-') &&
+           skip_two_digits(cursor);
+  }
+  static bool skip(Cursor& cursor, const c_gday*) {
+    return cursor.skip('-') && cursor.skip('-') && cursor.skip('-') && skip_two_digits(cursor);
+  }
+  static bool skip(Cursor& cursor, const c_gmonth*) {
+    return cursor.skip('-') && cursor.skip('-') && skip_two_digits(cursor) && cursor.skip('-') &&
+           cursor.skip('-');
+  }
+
   static void write_year(std::ostream& os, const c_datetime_base& value) {
     os << std::setw(4) << value.year_;
   }
@@ -420,28 +446,6 @@ void c_datetime_base::set_offset(int hours, unsigned mins) {
   is_utc_ = total_offset_mins_ == 0;
 }
 
-c_datetime& c_datetime::operator=(const char* text) {
-  DateFields::parse(view(text), *this);
-  return *this;
-}
-
-c_datetime& c_datetime::operator=(const std::string& text) {
-  DateFields::parse(text, *this);
-  return *this;
-}
-
-bool c_datetime::is_valid(const std::string& text) {
-  c_datetime value;
-  bool has_zone;
-  return internal::parse_datetime(text, &value, &has_zone);
-}
-
-std::string c_datetime::get_as_string() const {
-  char text[internal::k_max_datetime_text];
-  const char* const end = internal::format_datetime(*this, text);
-  return std::string(text, static_cast<std::size_t>(end - text));
-}
-
 std::ostream& operator<<(std::ostream& os, const c_datetime& value) {
   os.fill('0');
   DateFields::write_year(os, value);
@@ -455,48 +459,12 @@ std::ostream& operator<<(std::ostream& os, const c_datetime& value) {
   return os;
 }
 
-c_time& c_time::operator=(const char* text) {
-  DateFields::parse(view(text), *this);
-  return *this;
-}
-
-c_time& c_time::operator=(const std::string& text) {
-  DateFields::parse(text, *this);
-  return *this;
-}
-
-bool c_time::is_valid(const std::string& text) {
-  Cursor cursor(text);
-  cursor.skip_sign();  // valid, though assignment does not take it
-  return skip_clock(cursor) && skip_zone(cursor);
-}
-
-std::string c_time::get_as_string() const { return written(*this); }
-
 std::ostream& operator<<(std::ostream& os, const c_time& value) {
   os.fill('0');
   DateFields::write_clock(os, value);
   DateFields::write_zone(os, value);
   return os;
 }
-
-c_date& c_date::operator=(const char* text) {
-  DateFields::parse(view(text), *this);
-  return *this;
-}
-
-c_date& c_date::operator=(const std::string& text) {
-  DateFields::parse(text, *this);
-  return *this;
-}
-
-bool c_date::is_valid(const std::string& text) {
-  Cursor cursor(text);
-  return skip_year(cursor) && cursor.skip('-') && skip_two_digits(cursor) && cursor.skip('-') &&
-         skip_two_digits(cursor) && skip_zone(cursor);
-}
-
-std::string c_date::get_as_string() const { return written(*this); }
 
 std::ostream& operator<<(std::ostream& os, const c_date& value) {
   os.fill('0');
@@ -509,23 +477,6 @@ std::ostream& operator<<(std::ostream& os, const c_date& value) {
   return os;
 }
 
-c_gyearmonth& c_gyearmonth::operator=(const char* text) {
-  DateFields::parse(view(text), *this);
-  return *this;
-}
-
-c_gyearmonth& c_gyearmonth::operator=(const std::string& text) {
-  DateFields::parse(text, *this);
-  return *this;
-}
-
-bool c_gyearmonth::is_valid(const std::string& text) {
-  Cursor cursor(text);
-  return skip_year(cursor) && cursor.skip('-') && skip_two_digits(cursor) && skip_zone(cursor);
-}
-
-std::string c_gyearmonth::get_as_string() const { return written(*this); }
-
 std::ostream& operator<<(std::ostream& os, const c_gyearmonth& value) {
   os.fill('0');
   DateFields::write_year(os, value);
@@ -535,47 +486,12 @@ std::ostream& operator<<(std::ostream& os, const c_gyearmonth& value) {
   return os;
 }
 
-c_gyear& c_gyear::operator=(const char* text) {
-  DateFields::parse(view(text), *this);
-  return *this;
-}
-
-c_gyear& c_gyear::operator=(const std::string& text) {
-  DateFields::parse(text, *this);
-  return *this;
-}
-
-bool c_gyear::is_valid(const std::string& text) {
-  Cursor cursor(text);
-  return skip_year(cursor) && skip_zone(cursor);
-}
-
-std::string c_gyear::get_as_string() const { return written(*this); }
-
 std::ostream& operator<<(std::ostream& os, const c_gyear& value) {
   os.fill('0');
   DateFields::write_year(os, value);
   DateFields::write_zone(os, value);
   return os;
 }
-
-c_gmonthday& c_gmonthday::operator=(const char* text) {
-  DateFields::parse(view(text), *this);
-  return *this;
-}
-
-c_gmonthday& c_gmonthday::operator=(const std::string& text) {
-  DateFields::parse(text, *this);
-  return *this;
-}
-
-bool c_gmonthday::is_valid(const std::string& text) {
-  Cursor cursor(text);
-  return cursor.skip('-') && cursor.skip('-') && skip_two_digits(cursor) && cursor.skip('-') &&
-         skip_two_digits(cursor) && skip_zone(cursor);
-}
-
-std::string c_gmonthday::get_as_string() const { return written(*this); }
 
 std::ostream& operator<<(std::ostream& os, const c_gmonthday& value) {
   os.fill('0');
@@ -587,24 +503,6 @@ std::ostream& operator<<(std::ostream& os, const c_gmonthday& value) {
   return os;
 }
 
-c_gday& c_gday::operator=(const char* text) {
-  DateFields::parse(view(text), *this);
-  return *this;
-}
-
-c_gday& c_gday::operator=(const std::string& text) {
-  DateFields::parse(text, *this);
-  return *this;
-}
-
-bool c_gday::is_valid(const std::string& text) {
-  Cursor cursor(text);
-  return cursor.skip('-') && cursor.skip('-') && cursor.skip('-') && skip_two_digits(cursor) &&
-         skip_zone(cursor);
-}
-
-std::string c_gday::get_as_string() const { return written(*this); }
-
 std::ostream& operator<<(std::ostream& os, const c_gday& value) {
   os.fill('0');
   os << "---";
@@ -612,24 +510,6 @@ std::ostream& operator<<(std::ostream& os, const c_gday& value) {
   DateFields::write_zone(os, value);
   return os;
 }
-
-c_gmonth& c_gmonth::operator=(const char* text) {
-  DateFields::parse(view(text), *this);
-  return *this;
-}
-
-c_gmonth& c_gmonth::operator=(const std::string& text) {
-  DateFields::parse(text, *this);
-  return *this;
-}
-
-bool c_gmonth::is_valid(const std::string& text) {
-  Cursor cursor(text);
-  return cursor.skip('-') && cursor.skip('-') && skip_two_digits(cursor) && cursor.skip('-') &&
-         cursor.skip('-') && skip_zone(cursor);
-}
-
-std::string c_gmonth::get_as_string() const { return written(*this); }
 
 std::ostream& operator<<(std::ostream& os, const c_gmonth& value) {
   os.fill('0');
@@ -639,6 +519,57 @@ std::ostream& operator<<(std::ostream& os, const c_gmonth& value) {
   DateFields::write_zone(os, value);
   return os;
 }
+
+namespace internal {
+
+template <class T>
+T& DateType<T>::operator=(const char* text) {
+  T& self = static_cast<T&>(*this);
+  DateFields::parse(view(text), self);
+  return self;
+}
+
+template <class T>
+T& DateType<T>::operator=(const std::string& text) {
+  T& self = static_cast<T&>(*this);
+  DateFields::parse(text, self);
+  return self;
+}
+
+template <class T>
+bool DateType<T>::is_valid(const std::string& text) {
+  if constexpr (std::is_same_v<T, c_datetime>) {
+    T value;
+    bool has_zone;
+    return parse_datetime(text, &value, &has_zone);
+  } else {
+    Cursor cursor(text);
+    return DateFields::skip(cursor, static_cast<const T*>(nullptr)) && skip_zone(cursor);
+  }
+}
+
+template <class T>
+std::string DateType<T>::get_as_string() const {
+  const T& self = static_cast<const T&>(*this);
+  if constexpr (std::is_same_v<T, c_datetime>) {
+    char text[k_max_datetime_text];
+    const char* const end = format_datetime(self, text);
+    return std::string(text, static_cast<std::size_t>(end - text));
+  } else {
+    return written(self);
+  }
+}
+
+template class DateType<c_datetime>;
+template class DateType<c_time>;
+template class DateType<c_date>;
+template class DateType<c_gyearmonth>;
+template class DateType<c_gyear>;
+template class DateType<c_gmonthday>;
+template class DateType<c_gday>;
+template class DateType<c_gmonth>;
+
+}  // namespace internal
 
 namespace {
 

@@ -68,10 +68,17 @@ class ZOL_API c_datetime_base {
 
 namespace internal {
 
-// Gives a date type T its six operators. They compare the numbers as written, from the year down
-// to the seconds; the zone takes no part.
+// What a date type T has besides its fields.
 template <class T>
-class DateOrder : public c_datetime_base {
+class ZOL_API DateType : public c_datetime_base {
+ public:
+  T& operator=(const char* text);  // null counts as the empty text
+  T& operator=(const std::string& text);
+
+  static bool is_valid(const std::string& text);
+  std::string get_as_string() const;
+
+  // They compare the numbers as written, from the year down to the seconds; the zone takes no part.
   friend bool operator==(const T& a, const T& b) { return is_same_date(a, b); }
   friend bool operator!=(const T& a, const T& b) { return !(a == b); }
   friend bool operator>(const T& a, const T& b) { return is_later_date(a, b); }
@@ -83,16 +90,12 @@ class DateOrder : public c_datetime_base {
 }  // namespace internal
 
 // "2005-06-07T08:09:10.5Z", with a year of four or more digits.
-class ZOL_API c_datetime : public internal::DateOrder<c_datetime> {
+class ZOL_API c_datetime : public internal::DateType<c_datetime> {
  public:
   c_datetime() = default;
   c_datetime(const char* text) { *this = text; }
   c_datetime(const std::string& text) { *this = text; }
-  c_datetime& operator=(const char* text);
-  c_datetime& operator=(const std::string& text);
-
-  static bool is_valid(const std::string& text);
-  std::string get_as_string() const;
+  using DateType::operator=;
 
   using c_datetime_base::get_day;
   using c_datetime_base::get_hours;
@@ -109,16 +112,12 @@ class ZOL_API c_datetime : public internal::DateOrder<c_datetime> {
 };
 
 // "08:09:10.5Z". A leading sign is valid but not parsed.
-class ZOL_API c_time : public internal::DateOrder<c_time> {
+class ZOL_API c_time : public internal::DateType<c_time> {
  public:
   c_time() = default;
   c_time(const char* text) { *this = text; }
   c_time(const std::string& text) { *this = text; }
-  c_time& operator=(const char* text);
-  c_time& operator=(const std::string& text);
-
-  static bool is_valid(const std::string& text);
-  std::string get_as_string() const;
+  using DateType::operator=;
 
   using c_datetime_base::get_hours;
   using c_datetime_base::get_mins;
@@ -129,16 +128,12 @@ class ZOL_API c_time : public internal::DateOrder<c_time> {
 };
 
 // "2005-06-07Z"
-class ZOL_API c_date : public internal::DateOrder<c_date> {
+class ZOL_API c_date : public internal::DateType<c_date> {
  public:
   c_date() = default;
   c_date(const char* text) { *this = text; }
   c_date(const std::string& text) { *this = text; }
-  c_date& operator=(const char* text);
-  c_date& operator=(const std::string& text);
-
-  static bool is_valid(const std::string& text);
-  std::string get_as_string() const;
+  using DateType::operator=;
 
   using c_datetime_base::get_day;
   using c_datetime_base::get_month;
@@ -149,16 +144,12 @@ class ZOL_API c_date : public internal::DateOrder<c_date> {
 };
 
 // "2005-06Z"
-class ZOL_API c_gyearmonth : public internal::DateOrder<c_gyearmonth> {
+class ZOL_API c_gyearmonth : public internal::DateType<c_gyearmonth> {
  public:
   c_gyearmonth() = default;
   c_gyearmonth(const char* text) { *this = text; }
   c_gyearmonth(const std::string& text) { *this = text; }
-  c_gyearmonth& operator=(const char* text);
-  c_gyearmonth& operator=(const std::string& text);
-
-  static bool is_valid(const std::string& text);
-  std::string get_as_string() const;
+  using DateType::operator=;
 
   using c_datetime_base::get_month;
   using c_datetime_base::get_year;
@@ -167,32 +158,24 @@ class ZOL_API c_gyearmonth : public internal::DateOrder<c_gyearmonth> {
 };
 
 // "2005Z"
-class ZOL_API c_gyear : public internal::DateOrder<c_gyear> {
+class ZOL_API c_gyear : public internal::DateType<c_gyear> {
  public:
   c_gyear() = default;
   c_gyear(const char* text) { *this = text; }
   c_gyear(const std::string& text) { *this = text; }
-  c_gyear& operator=(const char* text);
-  c_gyear& operator=(const std::string& text);
-
-  static bool is_valid(const std::string& text);
-  std::string get_as_string() const;
+  using DateType::operator=;
 
   using c_datetime_base::get_year;
   using c_datetime_base::set_year;
 };
 
 // "--06-07Z". Assignment makes do with one digit for the day.
-class ZOL_API c_gmonthday : public internal::DateOrder<c_gmonthday> {
+class ZOL_API c_gmonthday : public internal::DateType<c_gmonthday> {
  public:
   c_gmonthday() = default;
   c_gmonthday(const char* text) { *this = text; }
   c_gmonthday(const std::string& text) { *this = text; }
-  c_gmonthday& operator=(const char* text);
-  c_gmonthday& operator=(const std::string& text);
-
-  static bool is_valid(const std::string& text);
-  std::string get_as_string() const;
+  using DateType::operator=;
 
   using c_datetime_base::get_day;
   using c_datetime_base::get_month;
@@ -201,36 +184,41 @@ class ZOL_API c_gmonthday : public internal::DateOrder<c_gmonthday> {
 };
 
 // "---07Z". Assignment makes do with one digit.
-class ZOL_API c_gday : public internal::DateOrder<c_gday> {
+class ZOL_API c_gday : public internal::DateType<c_gday> {
  public:
   c_gday() = default;
   c_gday(const char* text) { *this = text; }
   c_gday(const std::string& text) { *this = text; }
-  c_gday& operator=(const char* text);
-  c_gday& operator=(const std::string& text);
-
-  static bool is_valid(const std::string& text);
-  std::string get_as_string() const;
+  using DateType::operator=;
 
   using c_datetime_base::get_day;
   using c_datetime_base::set_day;
 };
 
 // "--06--Z"
-class ZOL_API c_gmonth : public internal::DateOrder<c_gmonth> {
+class ZOL_API c_gmonth : public internal::DateType<c_gmonth> {
  public:
   c_gmonth() = default;
   c_gmonth(const char* text) { *this = text; }
   c_gmonth(const std::string& text) { *this = text; }
-  c_gmonth& operator=(const char* text);
-  c_gmonth& operator=(const std::string& text);
-
-  static bool is_valid(const std::string& text);
-  std::string get_as_string() const;
+  using DateType::operator=;
 
   using c_datetime_base::get_month;
   using c_datetime_base::set_month;
 };
+
+namespace internal {
+
+extern template class DateType<c_datetime>;
+extern template class DateType<c_time>;
+extern template class DateType<c_date>;
+extern template class DateType<c_gyearmonth>;
+extern template class DateType<c_gyear>;
+extern template class DateType<c_gmonthday>;
+extern template class DateType<c_gday>;
+extern template class DateType<c_gmonth>;
+
+}  // namespace internal
 
 // Seconds are written in the stream's precision; one below 10 gets one leading "0".
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_datetime& value);
