@@ -65,6 +65,7 @@ struct PlainState {
   const char* window_end = nullptr;
   int lines = 0;         // line ends in the white space before it
   PlainElement element;  // what was seen of it
+  int event = 0;         // of its row, if it was looked for in a table
 
   // The namespace of the prefix, found in these mappings; negative if it is not known.
   int ns_id = -1;

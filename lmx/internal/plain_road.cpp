@@ -151,7 +151,7 @@ PlainRoad::Sight PlainRoad::see_tag_closely(const s_event_map& row) {
   return see_attributes() ? Sight::plain : Sight::unknown;
 }
 
-PlainRoad::Sight PlainRoad::see_tag_of(const s_event_map* rows, const s_event_map** row) {
+PlainRoad::Sight PlainRoad::see_tag_of(const s_event_map* rows) {
   if (state_.next == NextTag::unseen) find_tag();
   if (state_.next != NextTag::start_tag) return otherwise();
   const char* const end = pass_class(state_.local, state_.window_end, k_ascii_ncname);
@@ -159,7 +159,7 @@ PlainRoad::Sight PlainRoad::see_tag_of(const s_event_map* rows, const s_event_ma
   const std::size_t length = static_cast<std::size_t>(end - state_.local);
   for (; rows->name != nullptr; ++rows) {
     if (rows->name_length != length || !is_equal_short(rows->name, state_.local, length)) continue;
-    *row = rows;
+    state_.event = rows->event;
     return see_tag_closely(*rows);
   }
   return Sight::other_name;

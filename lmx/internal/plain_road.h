@@ -62,12 +62,13 @@ class PlainRoad {
   }
   // The start tag of an element of the row, with its attributes.
   Sight see_tag(const s_event_map& row) { return may_be(row) ? see_tag_closely(row) : otherwise(); }
-  // The start tag of an element of any row in the table: *row tells which.
-  Sight see_tag_of(const s_event_map* rows, const s_event_map** row);
+  // The start tag of an element of any row in the table: event() tells which.
+  Sight see_tag_of(const s_event_map* rows);
   // After the start tag: the text and the end tag, if that is all.
   bool see_text();
 
   const PlainElement& element() const { return state_.element; }
+  int event() const { return state_.event; }
 
   // --- Taking what was seen -------------------------------------------------------------------
 

@@ -324,10 +324,9 @@ ChoiceReader::ChoiceReader(c_xml_reader& reader, std::string& name, elmx_error& 
     return;
   }
   may_leave_unread_ = true;
-  const lmx::s_event_map* row = nullptr;
-  is_tag_seen_ = road_.see_tag_of(rows, &row) == lmx::internal::PlainRoad::Sight::plain;
+  is_tag_seen_ = road_.see_tag_of(rows) == lmx::internal::PlainRoad::Sight::plain;
   if (is_tag_seen_) {
-    event_ = row->event;
+    event_ = road_.event();
   } else {
     (void)leave_plain_road();
   }
@@ -387,16 +386,15 @@ MemberReader::MemberReader(c_xml_reader& reader, std::string& name, elmx_error& 
     : site_{reader, name, err, line}, name_(name), rows_(rows), road_(reader) {
   if (road_.is_handed_over()) {
     may_leave_unread_ = true;
-    const lmx::s_event_map* row = nullptr;
-    (void)road_.see_tag_of(rows, &row);
-    event_ = row->event;
+    event_ = road_.event();
   } else {
     reader.tokenise(rows, lmx::elxp_element);
     event_ = reader.get_current_event();
   }
 }
 
-// Attributes of the instance namespace are read on the long road alone.
+// Attributes of the instance namespace are read on the long road alone. The tag was seen to be
+// whole, so that reading it is no fault.
 bool MemberReader::get_type(int* ns_id) {
   if (road_.accept_tag()) {
     std::string item;

@@ -408,8 +408,7 @@ class BodyReader {
   template <class T>
   Step hand_over_member() {
     if (!road_.is_due()) return Step::unknown;
-    const lmx::s_event_map* row = nullptr;
-    return hand_over(road_.see_tag_of(PlainAccess::member_rows<T>(), &row));
+    return hand_over(road_.see_tag_of(PlainAccess::member_rows<T>()));
   }
   template <class Field>
   Step take_plain_field(int row, Field& field) {
@@ -632,7 +631,7 @@ class MemberReader {
   template <class T>
   std::unique_ptr<T> make_named_or_plain() {
     int ns_id = 0;
-    if (!get_type(&ns_id)) return std::make_unique<T>();
+    if (!get_type(&ns_id)) return std::unique_ptr<T>(new (site_.reader.pool()) T);
     return std::unique_ptr<T>(T::factory(ns_id, site_.reader.value));
   }
   // Not a member: passed over.
