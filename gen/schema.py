@@ -60,6 +60,8 @@ class Row:
     zoned: bool = False
     isset: bool = False
     adopt: bool = False
+    unit: Optional[str] = None
+    note: str = ""  # the comment above it
 
     @property
     def required(self):
@@ -119,8 +121,7 @@ def read_text(schema, file, text):
         if not stripped:
             comment = []
         elif stripped.startswith("#"):
-            if line.startswith("#"):
-                comment.append(stripped.lstrip("# "))
+            comment.append(stripped.lstrip("# "))
         elif not line[0].isspace():
             open_class, open_enum = None, None
             words = stripped.split()
@@ -133,7 +134,8 @@ def read_text(schema, file, text):
         elif open_enum is not None:
             _add_values(open_enum, stripped.split(), where)
         elif open_class is not None:
-            _add_row(open_class, stripped.split(), where)
+            _add_row(open_class, stripped.split(), where, " ".join(comment))
+            comment = []
         else:
             raise SchemaError(where, "a row before the first class")
 
@@ -189,7 +191,7 @@ def _open_class(schema, words, where):
     return result
 
 
-def _add_row(owner, words, where):
+def _add_row(owner, words, where, note):
     words = list(words)
     kind = words.pop(0)
     if kind == "factory":
@@ -203,7 +205,7 @@ def _add_row(owner, words, where):
         raise SchemaError(where, f"row {name} has no type")
     row_type = words.pop(0)
     low, high = (1, 1) if kind == "alt" else _take_occurrence(words, name, where)
-    row = Row(kind, name, row_type, low, high, where)
+    row = Row(kind, name, row_type, low, high, where, note=note)
     while words:
         _take_facet(row, words)
     if any(other.name == name and (other.kind == "attr") == (kind == "attr")
@@ -237,7 +239,7 @@ def _take_facet(row, words):
             row.lower = bound
         else:
             row.upper = bound
-    elif word in ("enum", "default", "length", "xsi-type"):
+    elif word in ("enum", "default", "length", "unit", "xsi-type"):
         if not words:
             raise SchemaError(row.where, f"'{word}' needs a value")
         value = words.pop(0)

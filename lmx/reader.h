@@ -170,6 +170,8 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   const std::string& get_full_name() const { return cracked_name_.get_full_name(); }
   const std::string& get_local_name() const { return cracked_name_.get_local_name(); }
   using c_xml::get_local_name;
+  // The same in place, good until the next name is read.
+  std::string_view get_local_view() const { return cracked_name_.local_view(); }
   int get_ns_id() const { return cracked_name_.get_ns_id(); }
   int get_element_ns_id() const { return cracked_name_.get_element_ns_id(); }
   bool get_has_ns_prefix() const { return cracked_name_.get_has_ns_prefix(); }
