@@ -93,7 +93,7 @@ def description(info):
                   len(info.alternatives) + (info.content is not None)]
         words.append(f"with(k_rows, {', '.join(map(str, counts))})")
     words.append(f"wants({info.required_mask:#x}, {info.required_to_read_mask:#x}, "
-                 f"{info.flag_mask:#x})")
+                 f"{info.required_attributes_mask:#x}, {info.flag_mask:#x})")
     if info.nillable:
         words.append(f"nilled_by({info.nil_bit})")
     if info.alternatives:

@@ -182,6 +182,10 @@ class ClassInfo:
         return self._mask(lambda row: row.required and not row.is_holder)
 
     @property
+    def required_attributes_mask(self):
+        return self._mask(lambda row: row.required and row.kind == "attr")
+
+    @property
     def has_required_list(self):
         return any(row.required and row.is_list for c in self.lineage for row in c.elements)
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
+#include <new>
 #include <typeinfo>
 
 #include "port/files.h"
@@ -65,6 +67,8 @@ std::size_t c_read::read_block(const char** begin) {
 
 void c_read::give_back(std::size_t) {}
 
+bool c_read::read_whole(const char**, std::size_t*) { return false; }
+
 int c_read_memory::read() { return at_ == end_ ? -1 : static_cast<unsigned char>(*at_++); }
 
 void c_read_memory::rewind() { at_ = start_; }
@@ -81,6 +85,15 @@ std::size_t c_read_memory::read_block(const char** begin) {
 
 void c_read_memory::give_back(std::size_t count) {
   at_ -= std::min(count, static_cast<std::size_t>(at_ - start_));
+}
+
+bool c_read_memory::read_whole(const char** begin, std::size_t* size) {
+  if (at_ != start_ ||
+      (typeid(*this) != typeid(c_read_memory) && typeid(*this) != typeid(c_read_string))) {
+    return false;
+  }
+  *size = read_block(begin);
+  return true;
 }
 
 c_read_file::c_read_file(const char* path)
@@ -134,6 +147,25 @@ std::size_t c_read_file::read_block(const char** begin) {
   return size;
 }
 
+bool c_read_file::read_whole(const char** begin, std::size_t* size) {
+  std::uint64_t length = 0;
+  if (file_ == nullptr || buffer_ != nullptr || capacity_ != k_own_block ||
+      typeid(*this) != typeid(c_read_file) || !zol::port::regular_file_size(file_, &length) ||
+      length >= std::numeric_limits<std::size_t>::max()) {
+    return false;
+  }
+  // One byte more, so that a file that grows while it is read is noticed.
+  const auto whole = static_cast<std::size_t>(length);
+  buffer_.reset(new (std::nothrow) char[whole + 1]);
+  if (buffer_ == nullptr) return false;
+  capacity_ = whole + 1;
+  const bool is_all = refill() && count_ == whole;
+  index_ = is_all ? count_ : 0;
+  *begin = buffer_.get();
+  *size = count_;
+  return is_all;
+}
+
 void c_read_file::give_back(std::size_t count) { index_ -= std::min(count, index_); }
 
 void c_read_file::rewind() {
@@ -165,6 +197,27 @@ bool c_get_as_utf8::fetch() {
   end_ = at_ + size;
   bytes_fetched_ += size;
   return true;
+}
+
+bool c_get_as_utf8::peek_whole(std::string_view* bytes) {
+  if (encoding_ != k_unknown || line_ != 1 || at_ != end_ || bytes_fetched_ != 0 ||
+      !unget_.empty() || pending_at_ != nullptr || error_->is_fatal_errored()) {
+    return false;
+  }
+  std::size_t size = 0;
+  const char* begin = nullptr;
+  if (!source_->read_whole(&begin, &size)) return false;
+  at_ = begin;
+  end_ = begin + size;
+  bytes_fetched_ = size;
+  *bytes = {begin, size};
+  return true;
+}
+
+void c_get_as_utf8::take_whole(std::size_t size, int lines) {
+  encoding_ = k_utf8;
+  is_plain_ = true;
+  take_window(at_ + size, lines);
 }
 
 int c_get_as_utf8::get() {

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "lmx/errors.h"
 #include "lmx/text.h"
@@ -35,6 +36,9 @@ class ZOL_API c_read {
   virtual std::size_t read_block(const char** begin);
   // Makes the last `count` bytes of the last block unread. The default keeps them read.
   virtual void give_back(std::size_t count);
+  // The same as read_block, but only if the block can be all that there is, from the beginning.
+  // The default cannot.
+  virtual bool read_whole(const char** begin, std::size_t* size);
 
  protected:
   c_read(const c_read&) = default;
@@ -57,6 +61,7 @@ class ZOL_API c_read_memory : public c_read {
   void rewind() override;
   std::size_t read_block(const char** begin) override;
   void give_back(std::size_t count) override;
+  bool read_whole(const char** begin, std::size_t* size) override;
 
  protected:
   c_read_memory() = default;
@@ -95,6 +100,8 @@ class ZOL_API c_read_file : public c_read {
   void rewind() override;
   std::size_t read_block(const char** begin) override;
   void give_back(std::size_t count) override;
+  // A regular file that was opened by its name is read, never mapped: others may cut it.
+  bool read_whole(const char** begin, std::size_t* size) override;
 
   void close();
   void leave_file_open_on_delete(bool leave_open) { close_on_delete_ = !leave_open; }
@@ -189,6 +196,11 @@ class ZOL_API c_get_as_utf8 {
     line_ += lines;
     last_ = 0;
   }
+  // The whole source as one window, before the first character was asked for. False, with nothing
+  // changed, if there is no such window.
+  bool peek_whole(std::string_view* bytes);
+  // Takes so many bytes of it, UTF-8 with or without a mark and with so many line ends in it.
+  void take_whole(std::size_t size, int lines);
   // Bytes of the source that were read and not pushed back.
   std::uint64_t bytes_read() const {
     return bytes_fetched_ - static_cast<std::uint64_t>(end_ - at_ + unget_.size());

@@ -7,7 +7,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "lmx/entities.h"
 #include "lmx/input.h"
@@ -139,6 +141,8 @@ class ZOL_API c_xml {
   void rewind();
 
   int get_line_num() const { return getter_.get_line_num(); }
+  // Bytes of the source that were read and not pushed back.
+  std::uint64_t bytes_read() const { return getter_.bytes_read(); }
   const char* get_source_id() const { return getter_.get_source_id(); }
   static bool is_error_event(int event) { return event == elxp_error_2 || event == elxp_error; }
 
@@ -164,12 +168,14 @@ class ZOL_API c_xml {
   // The rest of a start tag without attributes to come, a text that is stored as it stands and the
   // end tag, if they stand whole in the window. Otherwise false, with nothing taken or stored.
   bool take_simple_value(const std::string& name, elmx_whitespace mode, std::string* value);
-  // Takes the window up to the ">" of a start tag that was found to have no attributes.
-  void open_plain_tag(const char* tag_end, int lines) {
-    attributes_.clear();
-    ns_attributes_.clear();
+  // The whole document, while nothing of it was read; see c_xml_reader::peek_document.
+  bool peek_whole(std::string_view* bytes) {
+    return !content_begun_ && !dtd_read_ && getter_.peek_whole(bytes);
+  }
+  void take_whole(std::size_t size, int lines, elmx_whitespace mode) {
     content_begun_ = true;
-    getter_.take_window(tag_end, lines);
+    getter_.set_ws_mode(mode);
+    getter_.take_whole(size, lines);
   }
 
  private:

@@ -64,6 +64,13 @@ std::FILE* open_file(const std::wstring& path, const char* mode) {
   return _wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
 }
 
+bool regular_file_size(std::FILE* file, std::uint64_t* size) {
+  struct _stat64 state;
+  if (_fstat64(_fileno(file), &state) != 0 || (state.st_mode & _S_IFREG) == 0) return false;
+  *size = static_cast<std::uint64_t>(state.st_size);
+  return true;
+}
+
 bool remove_file(const std::wstring& path) {
   return is_usable(path) && _wremove(path.c_str()) == 0;
 }
@@ -234,6 +241,13 @@ std::FILE* open_file(const std::wstring& path, const char* mode) {
   std::FILE* file = ::fdopen(descriptor, mode);
   if (file == nullptr) abandon(descriptor);
   return file;
+}
+
+bool regular_file_size(std::FILE* file, std::uint64_t* size) {
+  struct stat state;
+  if (::fstat(::fileno(file), &state) != 0 || !S_ISREG(state.st_mode)) return false;
+  *size = static_cast<std::uint64_t>(state.st_size);
+  return true;
 }
 
 bool remove_file(const std::wstring& path) {

@@ -21,6 +21,9 @@ ZOL_API std::string utf8_path(const std::wstring& path);
 // descriptor is not inherited by programs that the process starts.
 ZOL_API std::FILE* open_file(const std::wstring& path, const char* mode);
 
+// The size in bytes of a regular file; false for a pipe, a device and whatever else has none.
+ZOL_API bool regular_file_size(std::FILE* file, std::uint64_t* size);
+
 // Never a directory.
 ZOL_API bool remove_file(const std::wstring& path);
 

@@ -3,11 +3,13 @@
 #include <cstdio>
 #include <fstream>
 
+#include "lmx/internal/runs.h"
 #include "lmx/internal/string_sink.h"
 #include "lmx/reader.h"
 #include "lmx/writer.h"
 #include "model/internal/document_namespace.h"
 #include "model/internal/object.h"
+#include "model/internal/strict_reader.h"
 
 namespace zol_v2::internal {
 
@@ -30,10 +32,32 @@ elmx_error read_root_tag(const Class& type, lmx::c_xml_reader& reader) {
   return lmx::elmx_ok;
 }
 
+// Tries the short road, which leaves no trace if it is not to be taken. It is for objects as new,
+// since nothing there tells what to append to or to refuse.
+bool read_strictly(Object& self, const Class& type, lmx::c_xml_reader& reader) {
+  std::string_view text;
+  if (&Head::class_of(self) != &type || !is_same(self, type.empty(), type) ||
+      !reader.peek_document(&text)) {
+    return false;
+  }
+  StrictReader strict(text, reader.pool());
+  if (!strict.read(self, type)) {
+    reset(self, type);
+    return false;
+  }
+  const std::size_t size = strict.size_read();
+  const int lines =
+      lmx::internal::count_line_ends(text.data(), text.data() + size) + strict.extra_lines();
+  reader.take_document({size, lines, strict.end_name(), strict.last_value(), strict.last_mode(),
+                        strict.last_name(), strict.last_name_ns_id(), &strict.declared()});
+  return true;
+}
+
 }  // namespace
 
 elmx_error unmarshal_document(Object& self, const Class& type, lmx::c_xml_reader& reader) {
   reader.set_ns_map(document_ns_map());
+  if (read_strictly(self, type, reader)) return lmx::elmx_ok;
   lmx::c_xml_reader_local scope(reader);
   if (const elmx_error error = read_root_tag(type, reader)) return error;
   return type.family != nullptr ? type.family->unmarshal(self, reader, reader.name)

@@ -244,9 +244,10 @@ struct Class {
   std::uint8_t nil_bit = 0;  // the flag of a nilled object; 0, which is no row's, if there is none
   std::uint8_t none = 0;     // the selection of a choice that holds nothing
   // Bits of rows, those of the bases too: what is_occurs_ok wants, what a document must have (where
-  // a list counts, and the member of a group does not), and every flag there is.
+  // a list counts, and the member of a group does not), of that the attributes, and every flag.
   std::uint32_t required = 0;
   std::uint32_t required_to_read = 0;
+  std::uint32_t required_attributes = 0;
   std::uint32_t flags = 0;
   unsigned marks = 0;
   const char* type_name = nullptr;          // of a polymorphic class, as xsi:type has it
@@ -271,10 +272,12 @@ struct Class {
       type.rest_count = static_cast<std::uint8_t>(rest);
     });
   }
-  constexpr Class wants(std::uint32_t set, std::uint32_t read, std::uint32_t all) const {
+  constexpr Class wants(std::uint32_t set, std::uint32_t read, std::uint32_t attributes,
+                        std::uint32_t all) const {
     return having([=](Class& type) {
       type.required = set;
       type.required_to_read = read;
+      type.required_attributes = attributes;
       type.flags = all;
     });
   }
