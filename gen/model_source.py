@@ -64,7 +64,10 @@ def emit_class_source(out, info):
               $types$
             };
             """, Class=name, types=", ".join([f"&{t}::k_class" for t in info.factory] + ["nullptr"]))
-    out.emit(f"constexpr Class {name}::k_class = {description(info)};")
+    out.emit("""
+        constexpr Class $Class$::k_class =
+            $words$;
+        """.replace("$words$;", "$words$"), Class=name, words=wrap_chain(description(info)) + ";")
     if info.shape == "poly":
         out.emit(f"const char* {name}::id = {quoted(name)};")
     start = [f"become(k_class, {info.none});" if info.alternatives else "become(k_class);"]
@@ -79,6 +82,17 @@ def emit_class_source(out, info):
                  "{ become(k_class); }")
     out.emit(f"{name}::~{name}() " + ("{ internal::release(*this, k_class); }" if info.owns_heap
                                       else "= default;"))
+
+
+def wrap_chain(words, width=92):
+    """Calls on one another, as many to a line as fit."""
+    lines = [words[0]]
+    for word in words[1:]:
+        if len(lines) > 1 and len(lines[-1]) + 1 + len(word) <= width:
+            lines[-1] += "." + word
+        else:
+            lines.append("    ." + word)
+    return "\n".join(lines)
 
 
 def description(info):
@@ -115,4 +129,4 @@ def description(info):
         words.append("marked(" + " | ".join(f"Class::k_{mark}" for mark in marks) + ")")
     if info.comment:
         words.append(f"about({quoted(info.comment)})")
-    return ".".join(words)
+    return words

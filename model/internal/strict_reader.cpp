@@ -396,11 +396,10 @@ bool StrictReader::read_mark(const Row& row) {
   const Tag tag = tag_of(row);
   note_name(tag);
   at_ = tag.name + tag.size;
-  if (*at_ == '>') {
-    ++at_;
-    return find_tag() && next_ == Next::end_tag && take_end_tag(tag.view());
-  }
-  return take_end_of_empty_tag();
+  if (*at_ != '>') return take_end_of_empty_tag();
+  // Not even a comment may stand in it.
+  at_ = skip_space(at_ + 1, end_);
+  return take_end_tag(tag.view());
 }
 
 // --- Values -----------------------------------------------------------------------------------------
