@@ -6,6 +6,7 @@
 #include <new>
 #include <typeinfo>
 
+#include "lmx/internal/runs.h"
 #include "port/files.h"
 
 namespace lmx {
@@ -189,6 +190,8 @@ void c_get_as_utf8::error(elmx_error_type type, elmx_error code, const char* tex
 }
 
 bool c_get_as_utf8::fetch() {
+  line_ = get_line_num();
+  uncounted_ = {};
   const std::size_t size = source_->read_block(&at_);
   if (size == 0) {
     at_ = end_;
@@ -214,10 +217,15 @@ bool c_get_as_utf8::peek_whole(std::string_view* bytes) {
   return true;
 }
 
-void c_get_as_utf8::take_whole(std::size_t size, int lines) {
+void c_get_as_utf8::take_whole(std::size_t size, int extra_lines) {
   encoding_ = k_utf8;
   is_plain_ = true;
-  take_window(at_ + size, lines);
+  uncounted_ = {at_, size};
+  take_window(at_ + size, extra_lines);
+}
+
+int c_get_as_utf8::count_lines(std::string_view text) {
+  return internal::count_line_ends(text.data(), text.data() + text.size());
 }
 
 int c_get_as_utf8::get() {
@@ -386,6 +394,7 @@ void c_get_as_utf8::rewind() {
   unget_.clear();
   pending_at_ = nullptr;
   line_ = 1;
+  uncounted_ = {};
   source_->give_back(static_cast<std::size_t>(end_ - at_));
   at_ = end_;
   bytes_fetched_ = 0;

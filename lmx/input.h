@@ -168,7 +168,9 @@ class ZOL_API c_get_as_utf8 {
   // False, after a fatal report of 6 for an unknown name or of 15 for one that does not agree with
   // the bytes seen. Names are compared without regard to case.
   bool set_encoding(const char* name);
-  int get_line_num() const { return line_; }
+  int get_line_num() const {
+    return uncounted_.empty() ? line_ : line_ + count_lines(uncounted_);
+  }
   const char* get_source_id() const { return source_->get_source_id(); }
   void rewind();
 
@@ -199,8 +201,9 @@ class ZOL_API c_get_as_utf8 {
   // The whole source as one window, before the first character was asked for. False, with nothing
   // changed, if there is no such window.
   bool peek_whole(std::string_view* bytes);
-  // Takes so many bytes of it, UTF-8 with or without a mark and with so many line ends in it.
-  void take_whole(std::size_t size, int lines);
+  // Takes so many bytes of it, UTF-8 with or without a mark. Line ends are counted when somebody asks,
+  // and `extra_lines` with them.
+  void take_whole(std::size_t size, int extra_lines);
   // Bytes of the source that were read and not pushed back.
   std::uint64_t bytes_read() const {
     return bytes_fetched_ - static_cast<std::uint64_t>(end_ - at_ + unget_.size());
@@ -221,6 +224,7 @@ class ZOL_API c_get_as_utf8 {
     k_ucs2_le = 6
   };
 
+  static int count_lines(std::string_view text);
   bool fetch();
   int next_byte() {
     if (at_ == end_ && !fetch()) return -1;
@@ -248,6 +252,7 @@ class ZOL_API c_get_as_utf8 {
   const char* at_ = nullptr;  // the rest of the current block
   const char* end_ = nullptr;
   std::uint64_t bytes_fetched_ = 0;
+  std::string_view uncounted_;  // text in the current block whose line ends are not in line_ yet
 };
 
 }  // namespace lmx

@@ -60,7 +60,19 @@ inline const char* pass_plain_ascii(const char* p, const char* end) {
   return p;
 }
 
-// The same with well-formed sequences that need no look of their own.
+// The same in an attribute, up to a double quote or "&".
+inline const char* pass_plain_value(const char* p, const char* end) {
+#if ZOL_LANES
+  for (; end - p >= Lanes::k_size; p += Lanes::k_size) {
+    const unsigned stop = Lanes(p).is_unusual_or('"', '&');
+    if (stop != 0) return p + lowest_bit(stop);
+  }
+#endif
+  while (p != end && byte_at(p) >= ' ' && byte_at(p) < 0x80 && *p != '"' && *p != '&') ++p;
+  return p;
+}
+
+// Text with well-formed sequences that need no look of their own.
 inline const char* pass_plain_run(const char* p, const char* end) {
   while (true) {
     p = pass_plain_ascii(p, end);
@@ -92,6 +104,16 @@ inline bool is_plain_utf8(const char* p, const char* end) {
 // Line feeds, and carriage returns that are not followed by one.
 inline int count_line_ends(const char* p, const char* end) {
   int lines = 0;
+#if ZOL_LANES
+  while (end - p > Lanes::k_size) {
+    // The byte behind a block is looked at as well, since a pair may be cut.
+    Tally tally;
+    for (int i = 0; i < Tally::k_most && end - p > Lanes::k_size; ++i, p += Lanes::k_size) {
+      tally.add(Lanes(p).line_ends(Lanes(p + 1)));
+    }
+    lines += tally.sum();
+  }
+#endif
   for (; p != end; ++p) {
     if (*p == '\n' || (*p == '\r' && (p + 1 == end || p[1] != '\n'))) ++lines;
   }

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <fstream>
 
-#include "lmx/internal/runs.h"
 #include "lmx/internal/string_sink.h"
 #include "lmx/reader.h"
 #include "lmx/writer.h"
@@ -45,10 +44,7 @@ bool read_strictly(Object& self, const Class& type, lmx::c_xml_reader& reader) {
     reset(self, type);
     return false;
   }
-  const std::size_t size = strict.size_read();
-  const int lines =
-      lmx::internal::count_line_ends(text.data(), text.data() + size) + strict.extra_lines();
-  reader.take_document({size, lines, strict.end_name(), strict.last_value(), strict.last_mode(),
+  reader.take_document({strict.size_read(), strict.extra_lines(), strict.end_name(), strict.last_value(), strict.last_mode(),
                         strict.last_name(), strict.last_name_ns_id(), &strict.declared()});
   return true;
 }

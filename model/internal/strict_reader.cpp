@@ -39,22 +39,38 @@ constexpr std::uint64_t k_name_masks[k_word + 1] = {
 
 bool is_space(char c) { return has_mask(c, lmx::internal::k_space); }
 
-const char* skip_space(const char* p, const char* end) {
-  // Most of it is one line end and an indentation.
-  p = lmx::internal::pass_indentation(p, end);
+const char* skip_more_space(const char* p, const char* end) {
   while (p != end && is_space(*p)) ++p;
   return p;
+}
+
+// Most of it is one line end and an indentation, and mostly there is none.
+inline const char* skip_space(const char* p, const char* end) {
+  if (p != end && byte_at(p) > ' ') return p;
+  p = lmx::internal::pass_indentation(p, end);
+  return p != end && byte_at(p) > ' ' ? p : skip_more_space(p, end);
+}
+
+// The start tag of the name stands before the end tag, so that as much can be read behind it.
+inline bool is_same_name(const char* a, const char* b, std::size_t size, const char* end) {
+#if ZOL_LANES
+  using lmx::internal::Lanes;
+  if (size <= 2 * Lanes::k_size && end - a >= 2 * Lanes::k_size) {
+    const unsigned low = Lanes(a).equal(Lanes(b));
+    const unsigned high = Lanes(a + Lanes::k_size).equal(Lanes(b + Lanes::k_size));
+    return (~(low | high << Lanes::k_size) & ((std::uint64_t{1} << size) - 1)) == 0;
+  }
+#endif
+  static_cast<void>(end);
+  return is_equal_short(a, b, size);
 }
 
 std::string_view view(const char* begin, const char* end) {
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
-// A text that collapsing leaves as it is.
-bool is_collapsed(std::string_view text) {
-  return text.empty() || (text.front() != ' ' && text.back() != ' ' &&
-                          text.find("  ") == std::string_view::npos);
-}
+// A text that collapsing leaves as it is; values of the types that collapse have no blanks.
+bool has_blank(std::string_view text) { return text.find(' ') != std::string_view::npos; }
 
 }  // namespace
 
@@ -68,7 +84,7 @@ class StrictReader::Scope {
   Scope& operator=(const Scope&) = delete;
   ~Scope() {
     --reader_.depth_;
-    reader_.bindings_.resize(bindings_);
+    if (reader_.bindings_.size() != bindings_) reader_.forget_bindings(bindings_);
   }
 
   bool is_too_deep() const { return reader_.depth_ > lmx::internal::ElementDepthGuard::k_max_depth; }
@@ -105,6 +121,28 @@ class StrictReader::Entries {
   const Row& row_;
   std::size_t first_;
 };
+
+inline bool StrictReader::take_end_tag(std::string_view name) {
+  const char* const at = at_;
+  if (static_cast<std::size_t>(end_ - at) < name.size() + 3 || at[0] != '<' || at[1] != '/' ||
+      !is_same_name(at + 2, name.data(), name.size(), end_)) {
+    return false;
+  }
+  at_ = at + name.size() + 3;
+  return at_[-1] == '>' || take_late_end();
+}
+
+inline bool StrictReader::is_at(const Row& row) const {
+  const std::size_t length = row.name_length;
+  if (length <= k_word) {
+    return ((local_head_ ^ row.head) & k_name_masks[length]) == 0 &&
+           !has_mask(local_[length], lmx::internal::k_name);
+  }
+  if (local_head_ != row.head || static_cast<std::size_t>(end_ - local_) <= length) return false;
+  return load_word(local_ + length - k_word) == row.tail &&
+         !has_mask(local_[length], lmx::internal::k_name) &&
+         (length <= 2 * k_word || std::memcmp(local_, row.name().data(), length) == 0);
+}
 
 // --- The document -----------------------------------------------------------------------------------
 
@@ -191,7 +229,8 @@ bool StrictReader::read_object(Object& self, const Class& type, Tag tag) {
   bool is_empty = false;
   if (*at_ == '>') {
     ++at_;
-  } else if (!scan_tag(&is_empty) || !apply_attributes(self, type, &seen)) {
+  } else if (!take_plain_attributes(self, type, &seen) &&
+             (!scan_tag(&is_empty) || !apply_attributes(self, type, &seen))) {
     return false;
   }
   return read_opened(self, type, tag, seen, is_empty);
@@ -239,8 +278,9 @@ bool StrictReader::read_rows(Object& self, const Class& type, std::uint32_t* see
   if (type.base != nullptr && !read_rows(self, *type.base, seen)) return false;
   for (const Row& row : type.elements()) {
     if (next_ == Next::end_tag) return true;
-    if (row.is_named() ? !is_at(row)
-                       : row.kind != Kind::foreign && alternative_at(*row.type) == nullptr) {
+    if (row.kind == Kind::member || row.kind == Kind::group) {
+      if (alternative_at(*row.type) == nullptr) continue;
+    } else if (row.kind != Kind::foreign && !is_at(row)) {
       continue;
     }
     if (!read_row(self, row)) return false;
@@ -461,7 +501,7 @@ bool StrictReader::take_content(lmx::elmx_whitespace mode, std::string_view* tex
   const char* const stop = pass_plain_run(at_, end_);
   const std::string_view plain = view(at_, stop);
   if (end_ - stop >= 2 && stop[0] == '<' && stop[1] == '/' &&
-      (mode == lmx::elmx_preserve || is_collapsed(plain))) {
+      (mode == lmx::elmx_preserve || !has_blank(plain))) {
     at_ = stop;
     *text = last_value_ = plain;
     return true;
@@ -594,55 +634,94 @@ bool StrictReader::treat_reference(const char** at, const char* end, lmx::elmx_w
 // --- Tags -------------------------------------------------------------------------------------------
 
 bool StrictReader::find_tag() {
+  const char* p = skip_space(at_, end_);
   while (true) {
-    at_ = skip_space(at_, end_);
-    if (end_ - at_ < 4 || *at_ != '<') return false;
-    if (at_[1] == '/') {
+    if (end_ - p < 4 || *p != '<') return false;
+    if (p[1] == '/') {
+      at_ = p;
       next_ = Next::end_tag;
       return true;
     }
-    if (at_[1] == '!') {
-      if (!skip_comment()) return false;
-    } else if (at_[1] == '?') {
-      // What begins like a declaration is taken for one.
-      if (view(at_, end_).substr(2, 3) == "xml" || !skip_instruction()) return false;
-    } else {
-      break;
+    if (p[1] != '!' && p[1] != '?') break;
+    at_ = p;
+    // What begins like a declaration is taken for one.
+    if (p[1] == '!' ? !skip_comment() : view(p + 2, end_).substr(0, 3) == "xml" || !skip_instruction()) {
+      return false;
     }
+    p = skip_space(at_, end_);
   }
+  at_ = p;
   next_ = Next::start_tag;
-  local_ = nullptr;
+  local_head_ = 0;  // which is no name's
   if (is_near_end(2 * k_word + prefix_.size())) {
     // Too near to look at whole words: only a document of a few bytes has such a tag.
     return depth_ == 0;
   }
-  if ((load_word(at_) & prefix_mask_) != prefix_word_) return true;
-  const char* const local = at_ + 1 + prefix_.size();
-  if (prefix_.size() + 1 > k_word &&
-      !is_equal_short(at_ + 1, prefix_.data(), prefix_.size())) {
+  if ((load_word(p) & prefix_mask_) != prefix_word_) return true;
+  if (prefix_.size() >= k_word && !is_equal_short(p + 1, prefix_.data(), prefix_.size())) {
     return true;
   }
-  local_ = local;
-  local_head_ = load_word(local);
+  local_ = p + 1 + prefix_.size();
+  local_head_ = load_word(local_);
   return true;
-}
-
-inline bool StrictReader::is_at(const Row& row) const {
-  if (local_ == nullptr) return false;
-  const std::size_t length = row.name_length;
-  if (length <= k_word) {
-    return ((local_head_ ^ row.head) & k_name_masks[length]) == 0 &&
-           !has_mask(local_[length], lmx::internal::k_name);
-  }
-  if (local_head_ != row.head || static_cast<std::size_t>(end_ - local_) <= length) return false;
-  return load_word(local_ + length - k_word) == row.tail &&
-         !has_mask(local_[length], lmx::internal::k_name) &&
-         (length <= 2 * k_word || std::memcmp(local_, row.name().data(), length) == 0);
 }
 
 const Row* StrictReader::alternative_at(const Class& type) const {
   for (const Row& row : type.alternatives()) {
     if (is_at(row)) return &row;
+  }
+  return nullptr;
+}
+
+// The rest of a start tag as most are: a blank before each attribute of the class, double quotes, and
+// values that stand as they are. False where it is not so, before the first that is otherwise.
+bool StrictReader::take_plain_attributes(Object& self, const Class& type, std::uint32_t* seen) {
+  while (*at_ == ' ' && !is_near_end(4 * k_word)) {
+    const Row* const row = attribute_at(type, at_ + 1);
+    if (row == nullptr) return false;
+    const std::uint32_t flag = std::uint32_t{1} << row->bit;
+    const char* const name = at_ + 1;
+    const char* const value = name + row->name_length + 2;
+    double number = 0;
+    const char* stop = nullptr;
+    if ((*seen & flag) != 0) return false;
+    if (row->kind == Kind::real &&
+        (stop = lmx::internal::read_plain_double(value, end_, &number)) != nullptr &&
+        stop != end_ && *stop == '"') {
+      if (check(*row, number) != lmx::elmx_ok) return false;
+      row->field<double>(self) = number;
+      Head::touch(self, row->bit);
+    } else {
+      stop = lmx::internal::pass_plain_value(value, end_);
+      if (stop == end_ || *stop != '"') return false;
+      const std::string_view text = view(value, stop);
+      if (whitespace_of(*row) != lmx::elmx_preserve && has_blank(text)) return false;
+      if (parse_into(self, *row, text, &pool_, refuse_) != lmx::elmx_ok) return false;
+    }
+    *seen |= flag;
+    last_mode_ = whitespace_of(*row);
+    last_value_ = view(value, stop);
+    last_name_ = {name, row->name_length};
+    last_name_ns_id_ = default_ns_id_;
+    at_ = stop + 1;
+  }
+  if (*at_ != '>') return false;
+  ++at_;
+  return true;
+}
+
+// The row of an attribute whose name and '="' stand here.
+const Row* StrictReader::attribute_at(const Class& type, const char* name) const {
+  const std::uint64_t head = load_word(name);
+  for (const Class* level = &type; level != nullptr; level = level->base) {
+    for (const Row& row : level->attributes()) {
+      const std::size_t length = row.name_length;
+      if (((head ^ row.head) & k_name_masks[std::min(length, k_word)]) == 0 &&
+          name[length] == '=' && name[length + 1] == '"' &&
+          (length <= k_word || is_equal_short(name, row.tag, length))) {
+        return &row;
+      }
+    }
   }
   return nullptr;
 }
@@ -704,6 +783,7 @@ bool StrictReader::declare(const Attribute& attribute) {
     return false;
   }
   bindings_.push_back({prefix, attribute.value});
+  default_ns_id_ = ns_id_of({});
   const bool undeclares = prefix.empty() && attribute.value.empty();
   if (!undeclares) declared_.emplace_back(attribute.value);
   return true;
@@ -733,7 +813,7 @@ bool StrictReader::apply_attribute(Object& self, const Class& type, const Attrib
     }
     return true;
   }
-  last_name_ns_id_ = ns_id_of({});
+  last_name_ns_id_ = default_ns_id_;
   for (const Class* level = &type; level != nullptr; level = level->base) {
     for (const Row& row : level->attributes()) {
       if (row.name_length != attribute.name.size() ||
@@ -791,16 +871,10 @@ bool StrictReader::find_named_type(int* ns_id, std::string* name) {
   return true;
 }
 
-bool StrictReader::take_end_tag(std::string_view name) {
-  if (static_cast<std::size_t>(end_ - at_) < name.size() + 3 || at_[0] != '<' || at_[1] != '/' ||
-      !is_equal_short(at_ + 2, name.data(), name.size())) {
-    return false;
-  }
-  at_ += name.size() + 2;
-  if (*at_ != '>') {
-    at_ = skip_space(at_, end_);
-    if (at_ == end_ || *at_ != '>') return false;
-  }
+// Behind the byte that should have ended an end tag.
+bool StrictReader::take_late_end() {
+  at_ = skip_more_space(at_ - 1, end_);
+  if (at_ == end_ || *at_ != '>') return false;
   ++at_;
   return true;
 }
@@ -853,17 +927,17 @@ bool StrictReader::set_prefix(std::string_view prefix) {
   return true;
 }
 
-const StrictReader::Binding* StrictReader::find_binding(std::string_view prefix) const {
-  const auto found = std::find_if(bindings_.rbegin(), bindings_.rend(),
-                                  [&](const Binding& b) { return b.prefix == prefix; });
-  return found == bindings_.rend() ? nullptr : &*found;
+void StrictReader::forget_bindings(std::size_t left) {
+  bindings_.resize(left);
+  default_ns_id_ = ns_id_of({});
 }
 
 // Namespaces that nobody looks for have no number of their own here.
 int StrictReader::ns_id_of(std::string_view prefix) const {
   if (prefix == "xml") return lmx::k_ns_xml;
-  const Binding* const binding = find_binding(prefix);
-  if (binding == nullptr) return lmx::k_ns_not_found;
+  const auto binding = std::find_if(bindings_.rbegin(), bindings_.rend(),
+                                    [&](const Binding& b) { return b.prefix == prefix; });
+  if (binding == bindings_.rend()) return lmx::k_ns_not_found;
   if (binding->uri == k_document_namespace) return k_document_namespace_id;
   if (binding->uri == k_xsi_uri) return lmx::k_ns_xsi;
   return prefix.empty() && binding->uri.empty() ? lmx::k_ns_none : k_other_namespace;

@@ -100,6 +100,8 @@ class StrictReader {
   const Row* alternative_at(const Class& type) const;
   Tag tag_of(const Row& row) const { return {at_ + 1, prefix_.size() + row.name_length}; }
   // The rest of a start tag. Declarations take effect.
+  bool take_plain_attributes(Object& self, const Class& type, std::uint32_t* seen);
+  const Row* attribute_at(const Class& type, const char* name) const;
   bool scan_tag(bool* is_empty);
   bool scan_attribute();
   bool declare(const Attribute& attribute);
@@ -111,6 +113,7 @@ class StrictReader {
   // The type that an attribute of the tag asks for; an empty name if there is none.
   bool find_named_type(int* ns_id, std::string* name);
   bool take_end_tag(std::string_view name);
+  bool take_late_end();
   bool take_end_of_empty_tag();
 
   // --- The rest
@@ -118,7 +121,7 @@ class StrictReader {
   bool skip_comment();
   bool skip_instruction();
   bool set_prefix(std::string_view prefix);
-  const Binding* find_binding(std::string_view prefix) const;
+  void forget_bindings(std::size_t left);
   int ns_id_of(std::string_view prefix) const;
   void note_name(Tag tag) {
     last_name_ = tag.view();
@@ -137,8 +140,8 @@ class StrictReader {
 
   // The tag that find_tag() found: at_ is its "<".
   Next next_ = Next::start_tag;
-  const char* local_ = nullptr;  // the local name of a start tag with the prefix, else null
-  std::uint64_t local_head_ = 0;
+  const char* local_ = nullptr;  // the local name of a start tag with the prefix,
+  std::uint64_t local_head_ = 0;  // its first bytes, and 0 for a tag without
 
   // How a start tag of the format begins: "<" and the prefix with its colon, or as much of that as a
   // word holds.
@@ -147,6 +150,7 @@ class StrictReader {
   std::uint64_t prefix_mask_ = 0xFF;
 
   std::vector<Binding> bindings_;  // of the open elements, the innermost last
+  int default_ns_id_ = 0;          // of a name without prefix
   std::vector<Attribute> attributes_;
   std::vector<void*> entries_;  // of the lists that are being read
   std::string treated_;         // a value that does not stand in the text as it is
