@@ -86,7 +86,7 @@ def row_comment(row):
             words.append(f"{sign}{'' if bound.strict else '='} {bound.number}"
                          f"{' on reading' if bound.on_read else ''}")
     if row.unit:
-        words.append(f"in {row.unit}")
+        words.append(f"unit {row.unit}")
     if row.length is not None:
         words.append(f"{row.length} character{'s' if row.length != 1 else ''}")
     if row.enum:

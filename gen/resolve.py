@@ -382,6 +382,8 @@ def _check_row(model, info, row):
         raise SchemaError(row.where, "a length is a number from 1 to 255")
     if (row.lower or row.upper) and row.type not in ("double", "int", "uint", "byte"):
         raise SchemaError(row.where, f"a {row.type} has no bounds")
+    if row.unit and row.type not in ("double", "int", "uint", "byte"):
+        raise SchemaError(row.where, f"a {row.type} has no unit")
     if row.zoned and row.type != "dateTime":
         raise SchemaError(row.where, "only a dateTime is zoned")
     if (row.collapse or row.length is not None) and row.type != "string":

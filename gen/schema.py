@@ -61,7 +61,7 @@ class Row:
     isset: bool = False
     adopt: bool = False
     unit: Optional[str] = None
-    note: str = ""  # the comment above it
+    note: str = ""  # the indented comment above it
 
     @property
     def required(self):
@@ -114,15 +114,18 @@ def read_directory(directory):
 def read_text(schema, file, text):
     """Adds the classes and enumerations of one file's text to the schema."""
     schema.files.append(file)
-    comment, open_class, open_enum = [], None, None
-    for number, line in enumerate(text.splitlines(), 1):
+    comment, note, open_class, open_enum = [], [], None, None
+    for number, line in enumerate(text.splitlines() + [""], 1):  # nothing is left open at the end
         where = Where(file, number)
         stripped = line.strip()
+        is_indented = line[:1].isspace()
+        if note and not (stripped and is_indented and open_class is not None):
+            raise SchemaError(where, "a note without a row below it")
         if not stripped:
             comment = []
         elif stripped.startswith("#"):
-            comment.append(stripped.lstrip("# "))
-        elif not line[0].isspace():
+            (note if is_indented else comment).append(stripped.lstrip("# "))
+        elif not is_indented:
             open_class, open_enum = None, None
             words = stripped.split()
             if words[0] == "enum":
@@ -134,8 +137,8 @@ def read_text(schema, file, text):
         elif open_enum is not None:
             _add_values(open_enum, stripped.split(), where)
         elif open_class is not None:
-            _add_row(open_class, stripped.split(), where, " ".join(comment))
-            comment = []
+            _add_row(open_class, stripped.split(), where, " ".join(note))
+            comment, note = [], []
         else:
             raise SchemaError(where, "a row before the first class")
 
@@ -195,6 +198,8 @@ def _add_row(owner, words, where, note):
     words = list(words)
     kind = words.pop(0)
     if kind == "factory":
+        if note:
+            raise SchemaError(where, "a note without a row below it")
         owner.factory.extend(words)
         return
     if kind not in ROW_KINDS:

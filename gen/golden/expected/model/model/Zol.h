@@ -92,7 +92,7 @@ class ZOL_API Box : public internal::Plain {
   bool isset_Spare() const { return has(2); }
   void unset_Spare() { drop(2); }
 
-  // Count: attribute, byte, required, >= 2, <= 99
+  // Count: attribute, byte, required, >= 2, <= 99. How many there are, the spare ones included.
   unsigned char get_Count() const { return count_; }
   lmx::elmx_error set_Count(unsigned char value) { return set(*this, k_rows[2], value); }
 
@@ -100,7 +100,7 @@ class ZOL_API Box : public internal::Plain {
   const std::wstring& get_Code() const { return code_; }
   lmx::elmx_error set_Code(const std::wstring& value) { return set(*this, k_rows[3], value); }
 
-  // Weight: element, double, required, > 0, <= 2.5, default 1.5
+  // Weight: element, double, required, > 0, <= 2.5, unit kg, default 1.5
   double get_Weight() const { return weight_; }
   lmx::elmx_error set_Weight(double value) { return set(*this, k_rows[4], value); }
 
@@ -209,7 +209,7 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   // none of these edges.
   lmx::elmx_error writeFile(const std::wstring& path) const;
 
-  // Note: element, string, required
+  // Note: element, string, required. What "the\rest" means, a | b & c*.
   const std::wstring& get_Note() const { return note_; }
   lmx::elmx_error set_Note(const std::wstring& value) { return set(*this, k_rows[0], value); }
 
@@ -360,7 +360,7 @@ class ZOL_API Part : public internal::Plain {
   bool isset_Unit() const { return has(1); }
   void unset_Unit() { drop(1); }
 
-  // Part: the content, base64
+  // Part: the content, base64. What it is made of.
   const lmx::c_binary& get_Part() const { return part_; }
   lmx::elmx_error set_Part(const lmx::c_binary& value) { return set(*this, k_rows[1], value); }
   bool isset_Part() const { return has(2); }
@@ -422,7 +422,7 @@ class ZOL_API PartChoice : public internal::Plain {
   }
   lmx::elmx_error set_Text(const std::wstring& value) { return set(*this, k_rows[1], value); }
 
-  // Amount: alternative, double, >= 0
+  // Amount: alternative, double, >= 0, unit percent
   double get_Amount() const { return chosen_ == 2 ? slot_.real : 0.0; }
   lmx::elmx_error set_Amount(double value) { return set(*this, k_rows[2], value); }
 

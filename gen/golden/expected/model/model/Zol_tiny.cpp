@@ -20,7 +20,7 @@ using internal::Shape;
 
 // Zol
 constexpr Row Zol::k_rows[] = {
-  Row(Place::element, Kind::text, "Zol:Note", offsetof(Zol, note_), 12, __LINE__).number(1).required(),
+  Row(Place::element, Kind::text, "Zol:Note", offsetof(Zol, note_), 12, __LINE__).number(1).required().about("What \"the\\rest\" means, a | b & c*."),
   Row(Place::element, Kind::datetime, "Zol:Stamp", offsetof(Zol, stamp_), 13, __LINE__).number(2).list().required(),
   Row(Place::element, Kind::text, "Zol:Alias", offsetof(Zol, alias_), 14, __LINE__).number(3).list().collapsed(),
   Row(Place::element, Kind::uint32, "Zol:Size", offsetof(Zol, size_), 15, __LINE__).number(4).from(0, End::strict).on_read().to(9),
@@ -45,9 +45,9 @@ Zol::~Zol() { internal::release(*this, k_class); }
 constexpr Row Box::k_rows[] = {
   Row(Place::attribute, Kind::enumerated, "Grade", offsetof(Box, grade_), 19, __LINE__).number(1).required().of(internal::k_Grade),
   Row(Place::attribute, Kind::enumerated, "Spare", offsetof(Box, spare_), 20, __LINE__).number(2).of(internal::k_Grade).starts_at(1),
-  Row(Place::attribute, Kind::uint8, "Count", offsetof(Box, count_), 21, __LINE__).number(3).required().from(2).to(99),
+  Row(Place::attribute, Kind::uint8, "Count", offsetof(Box, count_), 21, __LINE__).number(3).required().from(2).to(99).about("How many there are, the spare ones included."),
   Row(Place::element, Kind::text, "Zol:Code", offsetof(Box, code_), 22, __LINE__).number(4).required().characters(1),
-  Row(Place::element, Kind::real, "Zol:Weight", offsetof(Box, weight_), 23, __LINE__).number(5).required().from(0, End::strict).to(2.5),
+  Row(Place::element, Kind::real, "Zol:Weight", offsetof(Box, weight_), 23, __LINE__).number(5).required().from(0, End::strict).to(2.5).in("kg"),
   Row(Place::element, Kind::mark, "Zol:Seal", 0, 24, __LINE__),
 };
 constexpr Class Box::k_class =
@@ -69,7 +69,7 @@ Seal::~Seal() = default;
 // Part
 constexpr Row Part::k_rows[] = {
   Row(Place::attribute, Kind::text, "Unit", offsetof(Part, unit_), 25, __LINE__).number(1),
-  Row(Place::content, Kind::binary, "Zol:Part", offsetof(Part, part_), 18, __LINE__).number(2).required(),
+  Row(Place::content, Kind::binary, "Zol:Part", offsetof(Part, part_), 18, __LINE__).number(2).required().about("What it is made of."),
 };
 constexpr Class Part::k_class =
     Class("Part", Shape::simple, 3, internal::making<Part>())
@@ -82,7 +82,7 @@ Part::~Part() { internal::release(*this, k_class); }
 constexpr Row PartChoice::k_rows[] = {
   Row(Place::alternative, Kind::enumerated, "Zol:Grade", offsetof(PartChoice, slot_), 19, __LINE__).of(internal::k_Grade),
   Row(Place::alternative, Kind::text, "Zol:Text", offsetof(PartChoice, slot_), 26, __LINE__).number(1).collapsed(),
-  Row(Place::alternative, Kind::real, "Zol:Amount", offsetof(PartChoice, slot_), 27, __LINE__).number(2).from(0),
+  Row(Place::alternative, Kind::real, "Zol:Amount", offsetof(PartChoice, slot_), 27, __LINE__).number(2).from(0).in("percent"),
   Row(Place::alternative, Kind::int32, "Zol:Number", offsetof(PartChoice, slot_), 28, __LINE__).number(3).from(-2147483648).to(2147483647),
   Row(Place::alternative, Kind::object, "Zol:Box", offsetof(PartChoice, slot_), 16, __LINE__).number(4).of(Box::k_class),
 };
