@@ -144,6 +144,19 @@ TEST(Tokeniser, TextAsAToken) {
   for (const EventRow& row : k_rows) expect_events(row);
 }
 
+TEST(Tokeniser, IllFormedUtf8SwallowsNothing) {
+  const EventRow k_rows[] = {
+      {"<?p M\xFCller?><a/>", "0, "},
+      {"<!-- \xE9t\xE9 --><a/>", "3, 0, "},
+      {"<!DOCTYPE a [<!ENTITY e '\xE9'>]><a>&e;</a>", "3, 0, "},
+      {"<a>Stra\xDF GmbH</a>", "7 a, 5 Stra, 0, "},
+      {"<a><![CDATA[\xE9]]></a>", "7 a, 3, 0, 1 23 @1 XML not Well-Formed\n"},
+      {"<a b='\xE9t\xE9'/>",
+       "3 a, 0, 0 23 @1 Schema is not Well Formed (expected '\"' or ''', got )\n"},
+  };
+  for (const EventRow& row : k_rows) expect_events(row);
+}
+
 // The text after the first start tag, with "!" before it if it can't be read, "..." after it if no
 // end tag of "a" follows, and the reports.
 std::string value_of(const std::string& document, elmx_whitespace mode, bool treat_refs = true) {
