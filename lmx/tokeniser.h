@@ -105,7 +105,7 @@ class ZOL_API c_xml {
   // The next attribute (7), after which its value must be read or skipped, or the end of the tag
   // (4, 6) or an error (3).
   elxp_xml_event get_attribute_name(std::string* name, bool ends_with_question_mark);
-  // False if a reference failed; the value is passed all the same.
+  // False if a reference failed or the value holds a zero; it is passed all the same.
   bool get_attribute_value(std::string* value, elmx_whitespace mode);
   bool skip_attribute_value();
 
@@ -199,7 +199,7 @@ class ZOL_API c_xml {
   bool read_value(internal::AttributeList* out);
   bool report_value(const char* before, int c, const char* after);
   bool read_namespace_declaration(c_xml_local* scope, int c);
-  int enumerate_uri(const char* value);
+  std::string expand_uri(const std::string& uri);
 
   bool expand_reference(c_entity_name_reader& reader, std::string* out);
   bool expand_in_content(std::string* out);
