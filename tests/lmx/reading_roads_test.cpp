@@ -8,7 +8,7 @@
 namespace lmx::test {
 namespace {
 
-const Way k_ways[] = {Way::attributes, Way::values, Way::copy, Way::nested, Way::skip};
+const Way k_ways[] = {Way::attributes, Way::values, Way::copy, Way::detach, Way::nested, Way::skip};
 const elmx_whitespace k_modes[] = {elmx_preserve, elmx_replace, elmx_collapse};
 
 // Good and broken, so that each construct stands whole, at a block's edge and cut.
