@@ -62,6 +62,7 @@ TEST(Tokeniser, TagsThatPass) {
       {"<a b = '1' >", "7 a, @b=1, 0, "},
       {"<a b='x<y\"'/>", "7 a, @b=x<y\", 0, "},
       {"<a b='1' b='2'/>", "7 a, @b=1, @b=2, 0, "},
+      {"<a b='\t1\n&#9;&#10;'/>", "7 a, @b=\t1\n\t\n, 0, "},  // none of it becomes a blank
       {"<:_a-.1:b/>", "7 :_a-.1:b, 0, "},
       {"<\xC3\xA9\xE2\x82\xAC/>", "7 \xC3\xA9\xE2\x82\xAC, 0, "},
       {"<a xmlnsb='1' xmln='2' x='3'/>", "7 a, @xmlnsb=1, @xmln=2, @x=3, 0, "},
