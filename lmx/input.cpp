@@ -234,7 +234,7 @@ int c_get_as_utf8::get() {
   last_ = c;
   if (c == '\r') c = '\n';
   if (c == '\n') ++line_;
-  is_plain_ = encoding_ == k_utf8 && pending_at_ == nullptr && unget_.empty();
+  is_plain_ = encoding_ == k_utf8 && pending_at_ == nullptr && unget_.empty() && !has_ended_;
   return c;
 }
 
@@ -246,6 +246,7 @@ int c_get_as_utf8::raw_get() {
     if (*pending_at_ == '\0') pending_at_ = nullptr;
     return c;
   }
+  if (has_ended_) return -1;
   const int byte = next_byte();
   return byte < 0 ? -1 : decode(byte);
 }
@@ -327,25 +328,26 @@ int c_get_as_utf8::detect(int byte) {
   return byte;
 }
 
-// `lead` begins a UTF-8 sequence, whose other bytes are taken unchecked but for the second.
+// `lead` begins a UTF-8 sequence, whose other bytes follow.
 int c_get_as_utf8::multi_byte(int lead) {
-  const int length = lead < 192   ? 1
-                     : lead < 224 ? 2
-                     : lead < 240 ? 3
-                     : lead < 248 ? 4
-                     : lead < 252 ? 5
-                                  : 6;
-  char sequence[8] = {static_cast<char>(lead)};
+  const int length = lead < 192 ? 1 : lead < 224 ? 2 : lead < 240 ? 3 : 4;
+  char sequence[5] = {static_cast<char>(lead)};
   for (int i = 1; i < length; ++i) {
     const int byte = next_byte();
-    if (byte < 0) return -1;
+    if ((byte & 0xC0) != 0x80) return end_for_good();  // the end of the source too
     sequence[i] = static_cast<char>(byte);
   }
+  if (!is_valid_utf8_char_sequence(sequence)) return end_for_good();
   if (std::strcmp(sequence, "\xC2\x85") == 0 || std::strcmp(sequence, "\xE2\x80\xA8") == 0) {
     return '\n';
   }
-  if (!is_valid_utf8_char_sequence(sequence)) return -1;
   return hand_over(sequence);
+}
+
+// Not every stage above stops at an end, so there must be nothing behind it.
+int c_get_as_utf8::end_for_good() {
+  has_ended_ = true;
+  return -1;
 }
 
 int c_get_as_utf8::code_point(int c) {
@@ -390,7 +392,9 @@ bool c_get_as_utf8::set_encoding(const char* name) {
 
 void c_get_as_utf8::rewind() {
   is_plain_ = false;
+  has_ended_ = false;
   encoding_ = k_unknown;
+  last_ = 0;
   unget_.clear();
   pending_at_ = nullptr;
   line_ = 1;

@@ -149,7 +149,8 @@ struct Window {
 // Turns bytes in any accepted encoding into UTF-8 with line feeds for line ends.
 //
 // The encoding is found from the first bytes and may be refined once by the XML declaration.
-// Ill-formed UTF-8 gives -1 without a report. After a fatal report get() gives -1 for good.
+// Ill-formed UTF-8 is the end of the input, without a report and for good, until rewind(). After a
+// fatal report get() gives -1 as well.
 class ZOL_API c_get_as_utf8 {
  public:
   // Borrows both, for its whole life.
@@ -237,16 +238,18 @@ class ZOL_API c_get_as_utf8 {
   int multi_byte(int lead);
   int code_point(int c);
   int refuse();
+  int end_for_good();
   int hand_over(const char* sequence);
 
   c_read* source_;
   c_error* error_;
   c_getter_error_binder binder_;
-  bool is_plain_ = false;  // found anew with each character
+  bool is_plain_ = false;   // found anew with each character
+  bool has_ended_ = false;  // in the middle of the source
   int encoding_ = k_unknown;
   int last_ = 0;
   c_unget_buffer unget_;
-  char pending_[8] = {};              // a sequence of six bytes at most, and a zero
+  char pending_[5] = {};              // a sequence and a zero
   const char* pending_at_ = nullptr;  // into pending_, never at its zero
   int line_ = 1;
   const char* at_ = nullptr;  // the rest of the current block
