@@ -174,7 +174,7 @@ class BodyReader {
       auto element = make_owned_in<AnyElement>(&reader_.pool());
       element->full_name = name_;
       reader_.get_namespace(name_, &element->namespace_uri);
-      if (!reader_.get_any_element(name_, &element->text, lmx::elmx_preserve, false)) {
+      if (!reader_.get_any_element(*reader_.get_reader_local(), name_, &element->text)) {
         const elmx_error error =
             Site(reader_, name_, row.line).judge(lmx::elmx_bad_element_value);
         if (error != lmx::elmx_ok) return error;

@@ -412,7 +412,7 @@ bool StrictReader::read_foreign(Object& self, const Row& row) {
     auto element = make_owned_in<AnyElement>(&pool_);
     element->full_name = reader.name;
     reader.get_namespace(reader.name, &element->namespace_uri);
-    if (!reader.get_any_element(reader.name, &element->text, lmx::elmx_preserve, false) ||
+    if (!reader.get_any_element(*reader.get_reader_local(), reader.name, &element->text) ||
         reader.get_error() != lmx::elmx_ok) {
       return false;
     }

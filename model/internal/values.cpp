@@ -1,6 +1,8 @@
 #include "model/internal/values.h"
 
 #include <charconv>
+#include <clocale>
+#include <cstdlib>
 #include <limits>
 
 #include "lmx/decimal.h"
@@ -15,9 +17,6 @@ namespace zol_v2::internal {
 using lmx::elmx_error;
 
 namespace {
-
-// Asks of a date and time that it carries a time zone.
-const lmx::c_pattern k_zoned_pattern(".+T.+(Z|[+\\-].+)");
 
 // Below this many characters no integer text can overflow 64 bits.
 constexpr std::size_t k_short_integer = 18;
@@ -79,14 +78,14 @@ std::int64_t integer_value(std::string_view text) {
                                        : lmx::c_big_int(std::string(text)).get(nullptr);
 }
 
-// What a text that is no number is taken for when that is waived.
+// What a text that is no number is taken for when that is waived: the number that it begins with, as
+// the standard library has it, with a point whatever the locale.
 double leading_number(std::string_view text) {
-  const char* begin = text.data();
-  const char* const end = begin + text.size();
-  if (begin != end && *begin == '+') ++begin;
-  double value = 0;
-  std::from_chars(begin, end, value);
-  return value;
+  std::string number(text);
+  const std::string_view point = std::localeconv()->decimal_point;
+  const std::size_t at = number.find('.');
+  if (point != "." && at != std::string::npos) number.replace(at, 1, point);
+  return std::strtod(number.c_str(), nullptr);
 }
 
 elmx_error parse_text(const Row& row, std::string_view text, std::wstring& out, Faults& faults) {
@@ -164,7 +163,8 @@ elmx_error parse_truth(std::string_view text, bool& out, Faults& faults) {
   return lmx::elmx_ok;
 }
 
-// A valid text matches the pattern exactly when it has a zone, so the engine need not run for it.
+// A date and time must carry a zone, as the pattern ".+T.+(Z|[+\-].+)" asks; a valid one that does
+// matches it.
 elmx_error parse_datetime(std::string_view text, lmx::c_datetime& out, Faults& faults) {
   lmx::c_datetime value;
   bool is_zoned = false;
@@ -172,7 +172,7 @@ elmx_error parse_datetime(std::string_view text, lmx::c_datetime& out, Faults& f
   if (!is_valid) {
     if (const elmx_error error = faults.judge(lmx::elmx_bad_value_format)) return error;
     value = std::string(text);
-    is_zoned = k_zoned_pattern.is_match(std::string(text));
+    is_zoned = lmx::internal::is_zoned_text(text);
   }
   if (!is_zoned) {
     if (const elmx_error error = faults.judge(lmx::elmx_no_pattern_match)) return error;
