@@ -7,6 +7,8 @@
 #include <limits>
 #include <system_error>
 
+#include "lmx/internal/word.h"
+
 namespace lmx::internal {
 namespace {
 
@@ -238,24 +240,50 @@ char* format_number(double value, char* out) {
 
 }  // namespace
 
+namespace {
+
+// The digits at `at`, of which eight bytes can be read, behind those that `digits` holds already.
+inline const char* take_digits(const char* at, std::uint64_t* digits) {
+  constexpr std::uint64_t k_tens[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
+  const std::uint64_t word = load_word(at) ^ (k_ones * '0');
+  // A byte above 9 carries into its high bit.
+  const std::uint64_t others = (word + k_ones * 0x76) | word;
+  const std::uint64_t stops = others & k_highs;
+  const int count = stops == 0 ? 8 : lowest_byte(stops);
+  if (count == 0) return at;
+  // The last digit goes to the highest byte, zeros come before the first; then pairs are summed.
+  std::uint64_t value = word << (64 - 8 * count);
+  value = value * 10 + (value >> 8);
+  value = ((value & 0x000000FF000000FF) * 0x000F424000000064 +
+           ((value >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >> 32;
+  *digits = *digits * k_tens[count] + static_cast<std::uint32_t>(value);
+  return at + count;
+}
+
+}  // namespace
+
 const char* read_plain_double(const char* at, const char* end, double* value) {
-  const bool is_negative = at != end && *at == '-';
+  // A sign, fifteen digits, a point, and what is read behind them.
+  constexpr std::ptrdiff_t k_room = 32;
+  if (end - at < k_room) return nullptr;
+  const bool is_negative = *at == '-';
   if (is_negative) ++at;
   std::uint64_t digits = 0;
   const char* const integer = at;
-  while (at != end && is_digit(*at)) digits = digits * 10 + static_cast<unsigned char>(*at++ - '0');
+  for (; is_digit(*at) && at - integer < 8; ++at) {
+    digits = digits * 10 + static_cast<unsigned char>(*at - '0');
+  }
   std::ptrdiff_t count = at - integer;
   std::ptrdiff_t decimals = 0;
-  if (at != end && *at == '.') {
+  if (*at == '.') {
     const char* const fraction = ++at;
-    while (at != end && is_digit(*at)) {
-      digits = digits * 10 + static_cast<unsigned char>(*at++ - '0');
-    }
+    at = take_digits(at, &digits);
+    if (at - fraction == 8) at = take_digits(at, &digits);
     decimals = at - fraction;
     count += decimals;
   }
   // Fifteen digits are less than 2^53, and so exact, as is the power of ten.
-  if (count == 0 || count > 15) return nullptr;
+  if (count == 0 || count > 15 || is_digit(*at)) return nullptr;
   const double magnitude = static_cast<double>(digits) / k_powers_of_ten[decimals];
   *value = is_negative ? -magnitude : magnitude;
   return at;

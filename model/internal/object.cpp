@@ -6,6 +6,7 @@
 #include <new>
 #include <vector>
 
+#include "lmx/internal/word.h"
 #include "model/internal/bases.h"
 #include "model/internal/document_namespace.h"
 #include "model/internal/values.h"
@@ -373,27 +374,19 @@ void release(Object& self, const Class& type) noexcept {
     const Row* const rows = type.alternatives().first;
     if (chosen != type.none) release_slot(rows[chosen], rows->field<Slot>(self));
   }
-  for (const Row& row : type.fields()) {
+  for (std::uint32_t left = type.pointers; left != 0; left &= left - 1) {
+    const Row& row = type.rows[lmx::internal::lowest_bit(left)];
     if (row.is_list) {
       PointerList& list = row.field<PointerList>(self);
+      if (list.empty()) continue;
       for (void* const* at = list.end(); at != list.begin();) delete_entry(row, *--at);
       list.release();
-      continue;
-    }
-    if (row.is_in_place()) continue;
-    switch (row.kind) {
-      case Kind::text:
-        delete_value<std::wstring>(row.field<std::wstring*>(self));
-        break;
-      case Kind::enumerated:
-        delete_enumerated(*row.enumeration, row.field<const std::wstring*>(self));
-        break;
-      case Kind::object:
-      case Kind::member:
-        destroy(row.field<Object*>(self));
-        break;
-      default:
-        break;
+    } else if (row.kind == Kind::text) {
+      delete_value<std::wstring>(row.field<std::wstring*>(self));
+    } else if (row.kind == Kind::enumerated) {
+      delete_enumerated(*row.enumeration, row.field<const std::wstring*>(self));
+    } else {
+      destroy(row.field<Object*>(self));
     }
   }
 }

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "lmx/internal/byte_buffer.h"
+#include "lmx/internal/lexical.h"
 #include "lmx/internal/number_text.h"
 #include "lmx/internal/runs.h"
 #include "lmx/reader.h"
@@ -69,6 +70,8 @@ std::string_view view(const char* begin, const char* end) {
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
+constexpr int k_max_depth = lmx::internal::ElementDepthGuard::k_max_depth;
+
 // A text that collapsing leaves as it is; values of the types that collapse have no blanks.
 bool has_blank(std::string_view text) { return text.find(' ') != std::string_view::npos; }
 
@@ -87,7 +90,7 @@ class StrictReader::Scope {
     if (reader_.bindings_.size() != bindings_) reader_.forget_bindings(bindings_);
   }
 
-  bool is_too_deep() const { return reader_.depth_ > lmx::internal::ElementDepthGuard::k_max_depth; }
+  bool is_too_deep() const { return reader_.depth_ > k_max_depth; }
 
  private:
   StrictReader& reader_;
@@ -142,6 +145,111 @@ inline bool StrictReader::is_at(const Row& row) const {
   return load_word(local_ + length - k_word) == row.tail &&
          !has_mask(local_[length], lmx::internal::k_name) &&
          (length <= 2 * k_word || std::memcmp(local_, row.name().data(), length) == 0);
+}
+
+// The two kinds that most values are of besides, with nothing between.
+inline bool StrictReader::store(Object& self, const Row& row, std::string_view text) {
+  if (row.kind == Kind::enumerated) {
+    if (const int number = row.enumeration->number_of(text)) {
+      row.field<const std::wstring*>(self) = &(*row.enumeration)[number];
+      Head::touch(self, row.bit);
+      return true;
+    }
+  } else if (row.kind == Kind::text && row.length == 0) {
+    std::wstring* field = &row.field<std::wstring>(self);
+    if (!row.is_in_place()) {
+      std::wstring*& held = row.field<std::wstring*>(self);
+      if (held == nullptr) held = make_owned_in<std::wstring>(&pool_).release();
+      field = held;
+    }
+    field->clear();
+    lmx::internal::append_wide(field, text);
+    Head::touch(self, row.bit);
+    return true;
+  }
+  return parse_into(self, row, text, &pool_, refuse_) == lmx::elmx_ok;
+}
+
+// The row of an attribute whose name and '="' stand here.
+inline const Row* StrictReader::attribute_at(const Class& type, const char* name) const {
+  const std::uint64_t head = load_word(name);
+  for (const Class* level = &type; level != nullptr; level = level->base) {
+    for (const Row& row : level->attributes()) {
+      const std::size_t length = row.name_length;
+      if (((head ^ row.head) & k_name_masks[std::min(length, k_word)]) == 0 &&
+          name[length] == '=' && name[length + 1] == '"' &&
+          (length <= k_word || is_equal_short(name, row.tag, length))) {
+        return &row;
+      }
+    }
+  }
+  return nullptr;
+}
+
+// The rest of a start tag as most are: a blank before each attribute of the class, double quotes, and
+// values that stand as they are. False where it is not so, before the first that is otherwise.
+inline bool StrictReader::take_plain_attributes(Object& self, const Class& type, std::uint32_t* seen) {
+  while (*at_ == ' ' && !is_near_end(4 * k_word)) {
+    const Row* const row = attribute_at(type, at_ + 1);
+    if (row == nullptr) return false;
+    const std::uint32_t flag = std::uint32_t{1} << row->bit;
+    const char* const name = at_ + 1;
+    const char* const value = name + row->name_length + 2;
+    double number = 0;
+    const char* stop = nullptr;
+    if ((*seen & flag) != 0) return false;
+    if (row->kind == Kind::real &&
+        (stop = lmx::internal::read_plain_double(value, end_, &number)) != nullptr &&
+        stop != end_ && *stop == '"') {
+      if (check(*row, number) != lmx::elmx_ok) return false;
+      row->field<double>(self) = number;
+      Head::touch(self, row->bit);
+    } else {
+      stop = lmx::internal::pass_plain_value(value, end_);
+      if (stop == end_ || *stop != '"') return false;
+      const std::string_view text = view(value, stop);
+      if (whitespace_of(*row) != lmx::elmx_preserve && has_blank(text)) return false;
+      if (!store(self, *row, text)) return false;
+    }
+    *seen |= flag;
+    last_mode_ = whitespace_of(*row);
+    last_value_ = view(value, stop);
+    last_name_ = {name, row->name_length};
+    last_name_ns_id_ = default_ns_id_;
+    at_ = stop + 1;
+  }
+  if (*at_ != '>') return false;
+  ++at_;
+  return true;
+}
+
+// The content of an element that holds a number, up to the end tag.
+inline bool StrictReader::read_real(const Row& row, double* out) {
+  double value = 0;
+  const char* const number_end = lmx::internal::read_plain_double(at_, end_, &value);
+  if (number_end == nullptr || number_end == end_ || *number_end != '<' ||
+      number_end + 1 == end_ || number_end[1] != '/') {
+    std::string_view text;
+    return take_content(lmx::elmx_collapse, &text) &&
+           parse(row, text, out, &pool_, refuse_) == lmx::elmx_ok;
+  }
+  last_value_ = view(at_, number_end);
+  last_mode_ = lmx::elmx_collapse;
+  at_ = number_end;
+  if (check(row, value) != lmx::elmx_ok) return false;
+  *out = value;
+  return true;
+}
+
+inline bool StrictReader::read_content(Object& self, const Row& row, Tag tag) {
+  if (row.kind == Kind::real) {
+    if (!read_real(row, &row.field<double>(self))) return false;
+    Head::touch(self, row.bit);
+  } else {
+    std::string_view text;
+    if (!take_content(whitespace_of(row), &text) || !store(self, row, text)) return false;
+  }
+  return take_end_tag(tag.view());
 }
 
 // --- The document -----------------------------------------------------------------------------------
@@ -221,19 +329,25 @@ bool StrictReader::read_root(Object& self, const Class& type) {
 // --- Objects ----------------------------------------------------------------------------------------
 
 bool StrictReader::read_object(Object& self, const Class& type, Tag tag) {
-  const Scope scope(*this);
-  if (scope.is_too_deep()) return false;
   note_name(tag);
   at_ = tag.name + tag.size;
   std::uint32_t seen = 0;
-  bool is_empty = false;
+  bool is_plain = true;
   if (*at_ == '>') {
     ++at_;
-  } else if (!take_plain_attributes(self, type, &seen) &&
-             (!scan_tag(&is_empty) || !apply_attributes(self, type, &seen))) {
-    return false;
+  } else {
+    is_plain = take_plain_attributes(self, type, &seen);
   }
-  return read_opened(self, type, tag, seen, is_empty);
+  const Class& content = type.content_class();
+  if (is_plain && content.shape == Shape::simple && !is_full()) {
+    return (seen & type.required_attributes) == type.required_attributes &&
+           read_content(self, content.content(), tag);
+  }
+  const Scope scope(*this);
+  bool is_empty = false;
+  return !scope.is_too_deep() &&
+         (is_plain || (scan_tag(&is_empty) && apply_attributes(self, type, &seen))) &&
+         read_opened(self, type, tag, seen, is_empty);
 }
 
 bool StrictReader::read_opened(Object& self, const Class& type, Tag tag, std::uint32_t seen,
@@ -243,29 +357,17 @@ bool StrictReader::read_opened(Object& self, const Class& type, Tag tag, std::ui
     return is_empty || (find_tag() && next_ == Next::end_tag && take_end_tag(tag.view()));
   }
   const Class& content = type.content_class();
-  if (content.shape == Shape::simple) return read_content(self, content.content(), tag, is_empty);
+  if (content.shape == Shape::simple) {
+    if (!is_empty) return read_content(self, content.content(), tag);
+    last_value_ = {};
+    return parse_into(self, content.content(), {}, &pool_, refuse_) == lmx::elmx_ok;
+  }
   if (is_empty) return !type.is(Class::k_wants_content);
   if (!find_tag()) return false;
   if (next_ == Next::start_tag) {
     return read_children(self, content, seen) && take_end_tag(tag.view());
   }
   return !type.is(Class::k_wants_content) && take_end_tag(tag.view());
-}
-
-bool StrictReader::read_content(Object& self, const Row& row, Tag tag, bool is_empty) {
-  std::string_view text;
-  if (is_empty) {
-    last_value_ = text;
-    return parse_into(self, row, text, &pool_, refuse_) == lmx::elmx_ok;
-  }
-  if (row.kind == Kind::real) {
-    if (!read_real(row, &row.field<double>(self))) return false;
-    Head::touch(self, row.bit);
-  } else if (!take_content(whitespace_of(row), &text) ||
-             parse_into(self, row, text, &pool_, refuse_) != lmx::elmx_ok) {
-    return false;
-  }
-  return take_end_tag(tag.view());
 }
 
 bool StrictReader::read_children(Object& self, const Class& type, std::uint32_t seen) {
@@ -278,9 +380,8 @@ bool StrictReader::read_rows(Object& self, const Class& type, std::uint32_t* see
   if (type.base != nullptr && !read_rows(self, *type.base, seen)) return false;
   for (const Row& row : type.elements()) {
     if (next_ == Next::end_tag) return true;
-    if (row.kind == Kind::member || row.kind == Kind::group) {
-      if (alternative_at(*row.type) == nullptr) continue;
-    } else if (row.kind != Kind::foreign && !is_at(row)) {
+    if (row.is_named() ? !is_at(row)
+                       : row.kind != Kind::foreign && alternative_at(*row.type) == nullptr) {
       continue;
     }
     if (!read_row(self, row)) return false;
@@ -445,35 +546,18 @@ bool StrictReader::read_mark(const Row& row) {
 // --- Values -----------------------------------------------------------------------------------------
 
 bool StrictReader::read_value(Object& self, const Row& row) {
-  if (row.kind == Kind::real && tag_of(row).name[tag_of(row).size] == '>') {
+  if (row.kind == Kind::real) {
     const Tag tag = tag_of(row);
-    last_name_ = tag.view();
-    last_name_ns_id_ = k_document_namespace_id;
-    at_ = tag.name + tag.size + 1;
-    if (!read_real(row, &row.field<double>(self)) || !take_end_tag(tag.view())) return false;
-    Head::touch(self, row.bit);
-    return true;
+    if (tag.name[tag.size] == '>') {
+      note_name(tag);
+      at_ = tag.name + tag.size + 1;
+      if (!read_real(row, &row.field<double>(self)) || !take_end_tag(tag.view())) return false;
+      Head::touch(self, row.bit);
+      return true;
+    }
   }
   std::string_view text;
-  return take_text(row, &text) && parse_into(self, row, text, &pool_, refuse_) == lmx::elmx_ok;
-}
-
-// The content of an element that holds a number, up to the end tag.
-bool StrictReader::read_real(const Row& row, double* out) {
-  double value = 0;
-  const char* const number_end = lmx::internal::read_plain_double(at_, end_, &value);
-  if (number_end == nullptr || number_end == end_ || *number_end != '<' ||
-      number_end + 1 == end_ || number_end[1] != '/') {
-    std::string_view text;
-    return take_content(lmx::elmx_collapse, &text) &&
-           parse(row, text, out, &pool_, refuse_) == lmx::elmx_ok;
-  }
-  last_value_ = view(at_, number_end);
-  last_mode_ = lmx::elmx_collapse;
-  at_ = number_end;
-  if (check(row, value) != lmx::elmx_ok) return false;
-  *out = value;
-  return true;
+  return take_text(row, &text) && store(self, row, text);
 }
 
 bool StrictReader::take_text(const Row& row, std::string_view* text) {
@@ -666,64 +750,20 @@ bool StrictReader::find_tag() {
   return true;
 }
 
-const Row* StrictReader::alternative_at(const Class& type) const {
-  for (const Row& row : type.alternatives()) {
-    if (is_at(row)) return &row;
+// Documents repeat themselves: what followed an alternative the last time is a good guess.
+const Row* StrictReader::alternative_at(const Class& type) {
+  const Rows rows = type.alternatives();
+  const auto is_one = [rows](const Row* row) { return row >= rows.first && row < rows.last; };
+  if (local_ == matched_at_ && is_one(matched_)) return matched_;
+  const Row* found = matched_ == nullptr ? nullptr : followers_[matched_->bit];
+  if (!is_one(found) || !is_at(*found)) {
+    found = std::find_if(rows.first, rows.last, [this](const Row& row) { return is_at(row); });
+    if (found == rows.last) return nullptr;
   }
-  return nullptr;
-}
-
-// The rest of a start tag as most are: a blank before each attribute of the class, double quotes, and
-// values that stand as they are. False where it is not so, before the first that is otherwise.
-bool StrictReader::take_plain_attributes(Object& self, const Class& type, std::uint32_t* seen) {
-  while (*at_ == ' ' && !is_near_end(4 * k_word)) {
-    const Row* const row = attribute_at(type, at_ + 1);
-    if (row == nullptr) return false;
-    const std::uint32_t flag = std::uint32_t{1} << row->bit;
-    const char* const name = at_ + 1;
-    const char* const value = name + row->name_length + 2;
-    double number = 0;
-    const char* stop = nullptr;
-    if ((*seen & flag) != 0) return false;
-    if (row->kind == Kind::real &&
-        (stop = lmx::internal::read_plain_double(value, end_, &number)) != nullptr &&
-        stop != end_ && *stop == '"') {
-      if (check(*row, number) != lmx::elmx_ok) return false;
-      row->field<double>(self) = number;
-      Head::touch(self, row->bit);
-    } else {
-      stop = lmx::internal::pass_plain_value(value, end_);
-      if (stop == end_ || *stop != '"') return false;
-      const std::string_view text = view(value, stop);
-      if (whitespace_of(*row) != lmx::elmx_preserve && has_blank(text)) return false;
-      if (parse_into(self, *row, text, &pool_, refuse_) != lmx::elmx_ok) return false;
-    }
-    *seen |= flag;
-    last_mode_ = whitespace_of(*row);
-    last_value_ = view(value, stop);
-    last_name_ = {name, row->name_length};
-    last_name_ns_id_ = default_ns_id_;
-    at_ = stop + 1;
-  }
-  if (*at_ != '>') return false;
-  ++at_;
-  return true;
-}
-
-// The row of an attribute whose name and '="' stand here.
-const Row* StrictReader::attribute_at(const Class& type, const char* name) const {
-  const std::uint64_t head = load_word(name);
-  for (const Class* level = &type; level != nullptr; level = level->base) {
-    for (const Row& row : level->attributes()) {
-      const std::size_t length = row.name_length;
-      if (((head ^ row.head) & k_name_masks[std::min(length, k_word)]) == 0 &&
-          name[length] == '=' && name[length + 1] == '"' &&
-          (length <= k_word || is_equal_short(name, row.tag, length))) {
-        return &row;
-      }
-    }
-  }
-  return nullptr;
+  if (matched_ != nullptr) followers_[matched_->bit] = found;
+  matched_ = found;
+  matched_at_ = local_;
+  return found;
 }
 
 bool StrictReader::scan_tag(bool* is_empty) {
@@ -772,8 +812,10 @@ bool StrictReader::scan_attribute() {
 bool StrictReader::declare(const Attribute& attribute) {
   const std::string_view prefix =
       attribute.name.substr(std::min(attribute.name.size(), k_xmlns.size() + 1));
-  // References and line ends in it, or a prefix of the format with a new meaning, are rare enough.
-  if (attribute.value.find_first_of("&\r") != std::string_view::npos || prefix == "xml" ||
+  // References and line ends in it, a prefix of the format with a new meaning, and more of them than
+  // are looked through one by one, are rare enough.
+  constexpr std::size_t k_most = 32;
+  if (bindings_.size() == k_most || attribute.value.find_first_of("&\r") != std::string_view::npos || prefix == "xml" ||
       prefix.find(':') != std::string_view::npos) {
     return false;
   }

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "lmx/internal/pool.h"
+#include "lmx/reader.h"
 #include "lmx/tokeniser.h"
 #include "model/internal/document_namespace.h"
 #include "model/internal/object.h"
@@ -71,7 +72,7 @@ class StrictReader {
   // From behind the name of the start tag to behind the end tag.
   bool read_object(Object& self, const Class& type, Tag tag);
   bool read_opened(Object& self, const Class& type, Tag tag, std::uint32_t seen, bool is_empty);
-  bool read_content(Object& self, const Row& row, Tag tag, bool is_empty);
+  bool read_content(Object& self, const Row& row, Tag tag);
   bool read_children(Object& self, const Class& type, std::uint32_t seen);
   bool read_rows(Object& self, const Class& type, std::uint32_t* seen);
   bool read_row(Object& self, const Row& row);
@@ -84,6 +85,7 @@ class StrictReader {
 
   // --- Values
   bool read_value(Object& self, const Row& row);
+  bool store(Object& self, const Row& row, std::string_view text);
   bool read_real(const Row& row, double* out);
   // The text of the simple element at hand, its white space treated.
   bool take_text(const Row& row, std::string_view* text);
@@ -97,7 +99,7 @@ class StrictReader {
   // Moves to the next tag. False for anything but white space, comments and instructions before it.
   bool find_tag();
   bool is_at(const Row& row) const;
-  const Row* alternative_at(const Class& type) const;
+  const Row* alternative_at(const Class& type);
   Tag tag_of(const Row& row) const { return {at_ + 1, prefix_.size() + row.name_length}; }
   // The rest of a start tag. Declarations take effect.
   bool take_plain_attributes(Object& self, const Class& type, std::uint32_t* seen);
@@ -131,6 +133,8 @@ class StrictReader {
   void count_pushed_back() {
     if (*at_ == '\n' || (*at_ == '\r' && !is_near_end(1) && at_[1] == '\n')) ++extra_lines_;
   }
+  // Would another element be too deep?
+  bool is_full() const { return depth_ >= lmx::internal::ElementDepthGuard::k_max_depth; }
   bool is_near_end(std::size_t size) const { return static_cast<std::size_t>(end_ - at_) <= size; }
 
   const std::string_view text_;
@@ -140,7 +144,7 @@ class StrictReader {
 
   // The tag that find_tag() found: at_ is its "<".
   Next next_ = Next::start_tag;
-  const char* local_ = nullptr;  // the local name of a start tag with the prefix,
+  const char* local_ = nullptr;   // the local name of a start tag with the prefix,
   std::uint64_t local_head_ = 0;  // its first bytes, and 0 for a tag without
 
   // How a start tag of the format begins: "<" and the prefix with its colon, or as much of that as a
@@ -154,6 +158,10 @@ class StrictReader {
   std::vector<Attribute> attributes_;
   std::vector<void*> entries_;  // of the lists that are being read
   std::string treated_;         // a value that does not stand in the text as it is
+  // The alternative that was found last, where, and what came after each the last time.
+  const Row* matched_ = nullptr;
+  const char* matched_at_ = nullptr;
+  const Row* followers_[256] = {};
   bool pending_space_ = false;
   int depth_ = 0;
   RefuseFaults refuse_;

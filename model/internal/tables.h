@@ -156,13 +156,19 @@ struct Row {
   }
 
   constexpr std::string_view name() const { return name_of(tag, place); }
-  bool is_simple() const { return kind < Kind::object; }
+  constexpr bool is_simple() const { return kind < Kind::object; }
+  // Whether its field is a pointer or a list of them, and so owns what stands on the heap.
+  constexpr bool is_pointer() const {
+    if (place == Place::alternative || kind == Kind::mark) return false;
+    if (is_list || kind == Kind::enumerated) return true;
+    return !is_in_place() && (kind == Kind::text || kind == Kind::object || kind == Kind::member);
+  }
   // Groups and members of substitution groups have no element of their own, content no name.
   bool is_named() const {
-    return place != Place::content && kind != Kind::member && kind != Kind::group &&
-           kind != Kind::foreign;
+    const bool is_transparent = kind > Kind::object && kind < Kind::mark;
+    return !is_transparent && place != Place::content;
   }
-  bool is_in_place() const {
+  constexpr bool is_in_place() const {
     return !is_list && is_required && place != Place::alternative &&
            (kind == Kind::object || kind == Kind::group || kind == Kind::text);
   }
@@ -249,6 +255,7 @@ struct Class {
   std::uint32_t required_to_read = 0;
   std::uint32_t required_attributes = 0;
   std::uint32_t flags = 0;
+  std::uint32_t pointers = 0;  // a bit for each row of its own, in order, that is_pointer()
   unsigned marks = 0;
   const char* type_name = nullptr;          // of a polymorphic class, as xsi:type has it
   const char* const* identity = nullptr;    // where such a class keeps its id
@@ -270,6 +277,9 @@ struct Class {
       type.attribute_count = static_cast<std::uint8_t>(attributes);
       type.element_count = static_cast<std::uint8_t>(elements);
       type.rest_count = static_cast<std::uint8_t>(rest);
+      for (unsigned i = 0; i < attributes + elements + rest; ++i) {
+        if (first[i].is_pointer()) type.pointers |= std::uint32_t{1} << i;
+      }
     });
   }
   constexpr Class wants(std::uint32_t set, std::uint32_t read, std::uint32_t attributes,

@@ -191,18 +191,6 @@ elmx_error parse_binary(std::string_view text, lmx::c_binary& out, Faults& fault
 
 }  // namespace
 
-elmx_error check(const Row& row, double value) {
-  if (row.lower_end != End::none &&
-      !(row.lower_end == End::strict ? value > row.lower : value >= row.lower)) {
-    return lmx::elmx_value_too_small;
-  }
-  if (row.upper_end != End::none &&
-      !(row.upper_end == End::strict ? value < row.upper : value <= row.upper)) {
-    return lmx::elmx_value_too_big;
-  }
-  return lmx::elmx_ok;
-}
-
 elmx_error check_setter(const Row& row, std::int64_t value) {
   IntegerBounds bounds = bounds_of(row);
   if (row.lower_on_read) bounds.minimum = limits_of(row.kind).minimum;
