@@ -33,11 +33,6 @@ constexpr int k_other_namespace = k_document_namespace_id + 1;
 // nearer to the end than a word cannot be whole.
 constexpr std::size_t k_word = sizeof(std::uint64_t);
 
-// The first bytes of a word that a name of this length fills.
-constexpr std::uint64_t k_name_masks[k_word + 1] = {
-    0, 0xFF, 0xFFFF, 0xFFFFFF, 0xFFFFFFFF, 0xFFFFFFFFFF, 0xFFFFFFFFFFFF, 0xFFFFFFFFFFFFFF,
-    ~std::uint64_t{0}};
-
 bool is_space(char c) { return has_mask(c, lmx::internal::k_space); }
 
 const char* skip_more_space(const char* p, const char* end) {
@@ -136,15 +131,16 @@ inline bool StrictReader::take_end_tag(std::string_view name) {
 }
 
 inline bool StrictReader::is_at(const Row& row) const {
+  if (!begins_like(row)) return false;
   const std::size_t length = row.name_length;
-  if (length <= k_word) {
-    return ((local_head_ ^ row.head) & k_name_masks[length]) == 0 &&
-           !has_mask(local_[length], lmx::internal::k_name);
+  if (length > k_word) {
+    if (static_cast<std::size_t>(end_ - local_) <= length ||
+        load_word(local_ + length - k_word) != row.tail ||
+        (length > 2 * k_word && std::memcmp(local_, row.name().data(), length) != 0)) {
+      return false;
+    }
   }
-  if (local_head_ != row.head || static_cast<std::size_t>(end_ - local_) <= length) return false;
-  return load_word(local_ + length - k_word) == row.tail &&
-         !has_mask(local_[length], lmx::internal::k_name) &&
-         (length <= 2 * k_word || std::memcmp(local_, row.name().data(), length) == 0);
+  return !has_mask(local_[length], lmx::internal::k_name);
 }
 
 // The two kinds that most values are of besides, with nothing between.
@@ -156,14 +152,7 @@ inline bool StrictReader::store(Object& self, const Row& row, std::string_view t
       return true;
     }
   } else if (row.kind == Kind::text && row.length == 0) {
-    std::wstring* field = &row.field<std::wstring>(self);
-    if (!row.is_in_place()) {
-      std::wstring*& held = row.field<std::wstring*>(self);
-      if (held == nullptr) held = make_owned_in<std::wstring>(&pool_).release();
-      field = held;
-    }
-    field->clear();
-    lmx::internal::append_wide(field, text);
+    row.field<Text>(self).set_narrow(text, &pool_);
     Head::touch(self, row.bit);
     return true;
   }
@@ -176,8 +165,7 @@ inline const Row* StrictReader::attribute_at(const Class& type, const char* name
   for (const Class* level = &type; level != nullptr; level = level->base) {
     for (const Row& row : level->attributes()) {
       const std::size_t length = row.name_length;
-      if (((head ^ row.head) & k_name_masks[std::min(length, k_word)]) == 0 &&
-          name[length] == '=' && name[length + 1] == '"' &&
+      if (((head ^ row.head) & row.filled) == 0 && name[length] == '=' && name[length + 1] == '"' &&
           (length <= k_word || is_equal_short(name, row.tag, length))) {
         return &row;
       }
@@ -379,6 +367,7 @@ bool StrictReader::read_children(Object& self, const Class& type, std::uint32_t 
 bool StrictReader::read_rows(Object& self, const Class& type, std::uint32_t* seen) {
   if (type.base != nullptr && !read_rows(self, *type.base, seen)) return false;
   for (const Row& row : type.elements()) {
+    if (!begins_like(row)) continue;
     if (next_ == Next::end_tag) return true;
     if (row.is_named() ? !is_at(row)
                        : row.kind != Kind::foreign && alternative_at(*row.type) == nullptr) {
@@ -724,6 +713,7 @@ bool StrictReader::find_tag() {
     if (p[1] == '/') {
       at_ = p;
       next_ = Next::end_tag;
+      local_head_ = 0;  // which is no name's
       return true;
     }
     if (p[1] != '!' && p[1] != '?') break;
@@ -736,7 +726,7 @@ bool StrictReader::find_tag() {
   }
   at_ = p;
   next_ = Next::start_tag;
-  local_head_ = 0;  // which is no name's
+  local_head_ = 0;
   if (is_near_end(2 * k_word + prefix_.size())) {
     // Too near to look at whole words: only a document of a few bytes has such a tag.
     return depth_ == 0;

@@ -98,6 +98,7 @@ class StrictReader {
   // --- Tags
   // Moves to the next tag. False for anything but white space, comments and instructions before it.
   bool find_tag();
+  bool begins_like(const Row& row) const { return ((local_head_ ^ row.head) & row.filled) == 0; }
   bool is_at(const Row& row) const;
   const Row* alternative_at(const Class& type);
   Tag tag_of(const Row& row) const { return {at_ + 1, prefix_.size() + row.name_length}; }

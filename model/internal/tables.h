@@ -47,7 +47,7 @@ struct EnumTable {
 
 // What a row holds, and so how it is stored. A list stores pointers to values of these types.
 enum class Kind : unsigned char {
-  text,        // std::wstring; in an optional row a pointer, null until it is wanted
+  text,        // Text; in a list and an alternative std::wstring
   enumerated,  // const std::wstring*, into the table or to a text of its own
   real,        // double
   int32,       // int
@@ -72,7 +72,10 @@ enum class NamedType : unsigned char { no, optional, required };
 
 struct Row {
   const char* tag;          // as it is written: "Zol:Red", an attribute without the prefix
-  std::uint64_t head = 0;   // the first eight bytes of the name, and the last eight of a longer one
+  // The first eight bytes of the name, those of them that it fills, and the last eight of a longer
+  // one. A row that has no element of its own fills none, so that anything begins like it.
+  std::uint64_t head = 0;
+  std::uint64_t filled = 0;
   std::uint64_t tail = 0;
   const Class* type = nullptr;  // of objects, members and groups
   const EnumTable* enumeration = nullptr;
@@ -108,8 +111,9 @@ struct Row {
         kind(what) {
     const std::string_view text = name_of(tag, at);
     name_length = static_cast<std::uint8_t>(text.size());
-    for (std::size_t i = 0; i < text.size() && i < 8; ++i) {
+    for (std::size_t i = 0; i < text.size() && i < 8 && is_named(); ++i) {
       head |= byte(text[i]) << (8 * i);
+      filled |= std::uint64_t{0xFF} << (8 * i);
     }
     for (std::size_t i = 0; i < 8 && text.size() > 8; ++i) {
       tail |= byte(text[text.size() - 8 + i]) << (8 * i);
@@ -160,17 +164,17 @@ struct Row {
   // Whether its field is a pointer or a list of them, and so owns what stands on the heap.
   constexpr bool is_pointer() const {
     if (place == Place::alternative || kind == Kind::mark) return false;
-    if (is_list || kind == Kind::enumerated) return true;
-    return !is_in_place() && (kind == Kind::text || kind == Kind::object || kind == Kind::member);
+    if (is_list || kind == Kind::enumerated || kind == Kind::text) return true;
+    return !is_in_place() && (kind == Kind::object || kind == Kind::member);
   }
   // Groups and members of substitution groups have no element of their own, content no name.
-  bool is_named() const {
+  constexpr bool is_named() const {
     const bool is_transparent = kind > Kind::object && kind < Kind::mark;
     return !is_transparent && place != Place::content;
   }
   constexpr bool is_in_place() const {
     return !is_list && is_required && place != Place::alternative &&
-           (kind == Kind::object || kind == Kind::group || kind == Kind::text);
+           (kind == Kind::object || kind == Kind::group);
   }
   template <class T>
   T& field(Object& self) const {

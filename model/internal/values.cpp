@@ -228,11 +228,7 @@ elmx_error parse(const Row& row, std::string_view text, void* field, Pool* pool,
 elmx_error parse_into(Object& self, const Row& row, std::string_view text, Pool* pool,
                       Faults& faults) {
   void* field = &row.field<char>(self);
-  if (row.kind == Kind::text && !row.is_in_place()) {
-    std::wstring*& held = row.field<std::wstring*>(self);
-    if (held == nullptr) held = make_owned_in<std::wstring>(pool).release();
-    field = held;
-  }
+  if (row.kind == Kind::text) field = &row.field<Text>(self).make(pool);
   if (const elmx_error error = parse(row, text, field, pool, faults)) return error;
   Head::touch(self, row.bit);
   return lmx::elmx_ok;

@@ -50,7 +50,7 @@ class RefuseFaults final : public Faults {
 };
 
 // Checks the text of a value, whose white space was treated, and stores it in `field`, which is of
-// the type that the row's kind says: a std::wstring also for an optional text. 0, or a code that
+// the type that the row's kind says: a std::wstring for a text. 0, or a code that
 // stands; the field is then as it was, or holds what a fault that was waived has left.
 lmx::elmx_error parse(const Row& row, std::string_view text, void* field, Pool* pool,
                       Faults& faults);
