@@ -21,6 +21,8 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "port/internal/posix_calls.h"
 #endif
 
 namespace zol::port {
@@ -177,28 +179,16 @@ std::wstring system_error_text(int error) {
 
 namespace {
 
-// Repeats a call that a signal broke off.
-template <class Call>
-auto uninterrupted(Call call) {
-  auto result = call();
-  while (result == -1 && errno == EINTR) result = call();
-  return result;
-}
+using internal::abandon;
+using internal::uninterrupted;
 
-// Closes for a failure, whose number stays.
-void abandon(int descriptor) {
-  const int error = errno;
-  ::close(descriptor);
-  errno = error;
-}
-
-// Never a directory: it would open for reading and fail only later.
+// Never a directory: the system refuses to write to one, but it opens for reading and fails later.
 int open_descriptor(const std::wstring& path, int flags, unsigned mode) {
   if (!is_usable(path)) return -1;
   const std::string name = utf8_path(path);
   const int descriptor =
       uninterrupted([&] { return ::open(name.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode); });
-  if (descriptor == -1) return -1;
+  if (descriptor == -1 || (flags & O_ACCMODE) != O_RDONLY) return descriptor;
   struct stat status = {};
   if (::fstat(descriptor, &status) == 0) {
     if (!S_ISDIR(status.st_mode)) return descriptor;
