@@ -172,7 +172,7 @@ bool follow_links(std::string& path) {
     const ssize_t size = ::readlink(path.c_str(), text, sizeof text);
     if (size == -1) return errno == EINVAL || errno == ENOENT;
     const std::string link(text, static_cast<std::size_t>(size));
-    path = link.front() == '/' ? link : directory_of(path) + link;
+    path = link.compare(0, 1, "/") == 0 ? link : directory_of(path) + link;
   }
   errno = ELOOP;
   return false;

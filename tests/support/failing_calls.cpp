@@ -12,9 +12,12 @@
 
 namespace {
 
-bool g_is_armed = false;
-zol_test::CallFault g_fault;
-unsigned g_count = 0;
+struct CountedFault {
+  zol_test::CallFault fault;
+  unsigned count;
+};
+CountedFault g_faults[4];
+std::size_t g_fault_count = 0;
 struct FailedCall {
   const char* call;
   unsigned times;
@@ -30,30 +33,36 @@ void note_failure(const char* call) {
   }
 }
 
+bool is_met(CountedFault& each, const char* call) {
+  const zol_test::CallFault& fault = each.fault;
+  if (fault.call != nullptr && std::string_view(fault.call) != call) return false;
+  ++each.count;
+  return each.count == fault.number || (each.count > fault.number && fault.for_good);
+}
+
 bool fails(const char* call) {
-  if (!g_is_armed) return false;
-  if (g_fault.call != nullptr && std::string_view(g_fault.call) != call) return false;
-  ++g_count;
-  if (g_count < g_fault.number || (g_count > g_fault.number && !g_fault.for_good)) return false;
-  note_failure(call);
-  errno = g_fault.error;
-  return true;
+  for (std::size_t i = 0; i < g_fault_count; ++i) {
+    if (!is_met(g_faults[i], call)) continue;
+    note_failure(call);
+    errno = g_faults[i].fault.error;
+    return true;
+  }
+  return false;
 }
 
 }  // namespace
 
 namespace zol_test {
 
-void fail_call(const CallFault& fault) {
-  g_fault = fault;
-  g_count = 0;
+void fail_calls(std::initializer_list<CallFault> faults) {
   for (FailedCall& each : g_failed) each = {};
-  g_is_armed = true;
+  g_fault_count = 0;
+  for (const CallFault& fault : faults) g_faults[g_fault_count++] = {fault, 0};
 }
 
 unsigned end_failing_calls() {
-  g_is_armed = false;
-  return g_count;
+  g_fault_count = 0;
+  return g_faults[0].count;
 }
 
 unsigned count_failed_calls(const char* call) {
