@@ -410,6 +410,10 @@ elmx_error saveFile(const Zol& document, const std::wstring& path, SaveReport* r
   return guarded(report, path, [&] { return save(give, path); });
 }
 
+#if !defined(_WIN32)
+void removeWorkingFiles() noexcept { port::remove_working_files(); }
+#endif
+
 elmx_error saveText(std::string_view text, const std::wstring& path, SaveReport* report) noexcept {
   const auto give = [text](const Taker& take) {
     constexpr std::size_t k_block_size = 0x10000;

@@ -63,6 +63,12 @@ ZOL_API lmx::elmx_error openFile(Zol& document, const std::wstring& path,
 ZOL_API lmx::elmx_error saveFile(const Zol& document, const std::wstring& path,
                                  SaveReport* report = nullptr) noexcept;
 
+#if !defined(_WIN32)
+// For a signal handler that is about to end the process while another file is saved: takes the
+// unfinished file away, where the file system could not keep it without a name.
+ZOL_API void removeWorkingFiles() noexcept;
+#endif
+
 // --- The text of a document: its bytes, in whatever encoding
 // ---------------------------------------------------------------
 
