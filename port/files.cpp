@@ -40,6 +40,15 @@ bool is_usable(const std::wstring& path) {
 
 }  // namespace
 
+std::size_t read_file(std::FILE* file, void* buffer, std::size_t count) {
+  std::size_t done = 0;
+  while (true) {
+    done += std::fread(static_cast<char*>(buffer) + done, 1, count - done, file);
+    if (done == count || std::ferror(file) == 0 || errno != EINTR) return done;
+    std::clearerr(file);
+  }
+}
+
 #if defined(_WIN32)
 
 namespace {
@@ -65,6 +74,8 @@ std::FILE* open_file(const std::wstring& path, const char* mode) {
   if (!is_usable(path)) return nullptr;
   return _wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
 }
+
+std::FILE* open_file(const char* path, const char* mode) { return std::fopen(path, mode); }
 
 bool remove_file(const std::wstring& path) {
   return is_usable(path) && _wremove(path.c_str()) == 0;
@@ -183,11 +194,9 @@ using internal::abandon;
 using internal::uninterrupted;
 
 // Never a directory: the system refuses to write to one, but it opens for reading and fails later.
-int open_descriptor(const std::wstring& path, int flags, unsigned mode) {
-  if (!is_usable(path)) return -1;
-  const std::string name = utf8_path(path);
+int open_descriptor(const char* path, int flags, unsigned mode) {
   const int descriptor =
-      uninterrupted([&] { return ::open(name.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode); });
+      uninterrupted([&] { return ::open(path, flags | O_CLOEXEC | O_NOCTTY, mode); });
   if (descriptor == -1 || (flags & O_ACCMODE) != O_RDONLY) return descriptor;
   struct stat status = {};
   if (::fstat(descriptor, &status) == 0) {
@@ -214,6 +223,10 @@ bool get_status(const std::wstring& path, struct stat& status) {
 }  // namespace
 
 std::FILE* open_file(const std::wstring& path, const char* mode) {
+  return is_usable(path) ? open_file(utf8_path(path).c_str(), mode) : nullptr;
+}
+
+std::FILE* open_file(const char* path, const char* mode) {
   const bool updates = std::strchr(mode, '+') != nullptr;
   int flags = updates ? O_RDWR : mode[0] == 'r' ? O_RDONLY : O_WRONLY;
   if (mode[0] == 'w') flags |= O_CREAT | O_TRUNC;
@@ -242,7 +255,8 @@ FileHandle open_handle(const std::wstring& path, const OpenOptions& options) {
   if (options.create) flags |= O_CREAT;
   if (options.fresh) flags |= O_EXCL;
   // Another holder's file must not lose its contents, so it is cut only after the lock.
-  const int descriptor = open_descriptor(path, flags, options.mode);
+  if (!is_usable(path)) return k_no_file;
+  const int descriptor = open_descriptor(utf8_path(path).c_str(), flags, options.mode);
   if (descriptor == -1) return k_no_file;
   if (options.share == Share::deny_none || lock(descriptor, options.access)) {
     // A device has no length to lose.
