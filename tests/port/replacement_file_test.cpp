@@ -98,6 +98,31 @@ TEST(ReplacementFile, LeavesNothingBeside) {
   }
 }
 
+TEST(ReplacementFile, IsBornClosedToOthers) {
+  TempDir dir;
+  write_file(dir.file("a.zol"), "older");
+  const mode_t old_mask = ::umask(0);
+  // A file that gets no rights of the older one, and can't be removed, has those of its birth.
+  fail_calls(
+      {{1, false, EOPNOTSUPP, "openat"}, {1, true, EIO, "fstat"}, {1, true, EIO, "unlinkat"}});
+  EXPECT_FALSE(ReplacementFile(dir.wide("a.zol")).is_open());
+  end_failing_calls();
+  ::umask(old_mask);
+  ASSERT_EQ(dir.names().size(), 2u);
+  EXPECT_EQ(mode_of(dir.file(dir.names()[0])), 0600u);
+}
+
+// There is no moment at which a kill would leave a file of another name.
+TEST(ReplacementFile, GetsItsNameAtOnceWhereNothingStands) {
+  TempDir dir;
+  ReplacementFile file(dir.wide("a.zol"));
+  if (!dir.names().empty()) GTEST_SKIP() << "this needs a file system with files without names";
+  fail_call({1, true, EIO, "renameat"});
+  EXPECT_EQ(file.commit(), Outcome::replaced);
+  end_failing_calls();
+  EXPECT_EQ(dir.names(), Names{"a.zol"});
+}
+
 TEST(ReplacementFile, GoesWithASignal) {
   TempDir dir;
   const NamedOnly named;
