@@ -90,8 +90,11 @@ class HouseTest(unittest.TestCase):
                     found.add(name)
         self.assertEqual(found, PLATFORM_OF_ITS_OWN)
 
-    @unittest.skipUnless(shutil.which("clang-format"), "needs clang-format")
     def test_layout(self):
+        # Each version has its own idea of some lines.
+        if shutil.which("clang-format") is None or b" version 14." not in subprocess.run(
+                ["clang-format", "--version"], stdout=subprocess.PIPE, check=True).stdout:
+            self.skipTest("needs clang-format 14")
         files = [path for room in ROOMS + OTHERS for path in sorted((SOURCE / room).rglob("*"))
                  if path.suffix in (".h", ".cpp")]
         self.assertGreater(len(files), 100)
