@@ -211,6 +211,7 @@ TEST_P(Failure, WhenTheFileTakesItsPlace) {
   };
   for (const CommitCase& each : cases) {
     SCOPED_TRACE(each.what);
+    if (each.fault.call == std::string("linkat") && !dir_.takes_nameless_files()) continue;
     put_older();
     SaveReport report;
     fail_call(each.fault);
