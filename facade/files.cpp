@@ -162,9 +162,9 @@ Report failure(elmx_error code, std::string message, std::int32_t archive_cause 
 
 std::string system_text(int error) { return port::to_utf8(port::system_error_text(error)); }
 
-// A cause that is an `errno` value is about the file, any other one about the archive; but a file
-// of another name that is missing is a part of the archive that its end asked for. So does an end
-// that is none.
+// A cause that is an `errno` value is about the file, any other one about the archive. But where a
+// file of another name is missing, the archive's end asked for another part of it, as that of a cut
+// one may do by chance.
 template <class Report>
 Report failure(const CZipException& exception, const std::wstring& path) {
   const std::int32_t cause = exception.GetCause();

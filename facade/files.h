@@ -69,8 +69,7 @@ ZOL_API lmx::elmx_error saveFile(const Zol& document, const std::wstring& path,
 ZOL_API void removeWorkingFiles() noexcept;
 #endif
 
-// --- The text of a document: its bytes, in whatever encoding
-// ---------------------------------------------------------------
+// --- The text of a document: its bytes, in whatever encoding ----------------------------------
 
 // What the file at `path` holds, out of the archive if it is one; not judged. Codes as above; on
 // failure `text` stays as it was.
