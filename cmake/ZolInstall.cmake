@@ -20,10 +20,12 @@ foreach(room lmx zip model facade)
 endforeach()
 install(FILES "${ZOL_GENERATED_DIR}/model/Zol.h" DESTINATION "${headers_dir}/model")
 install(FILES port/export.h port/files.h port/wide_text.h DESTINATION "${headers_dir}/port")
-install(FILES lmx/internal/byte_buffer.h lmx/internal/plain_element.h
-              lmx/internal/pool.h lmx/internal/unicode_predicates.h lmx/internal/write_block.h
+install(FILES lmx/internal/byte_buffer.h lmx/internal/pool.h
+              lmx/internal/unicode_predicates.h lmx/internal/write_block.h
         DESTINATION "${headers_dir}/lmx/internal")
-install(FILES model/internal/fields.h DESTINATION "${headers_dir}/model/internal")
+install(FILES model/internal/bases.h model/internal/object.h model/internal/tables.h
+              model/internal/walkers.h
+        DESTINATION "${headers_dir}/model/internal")
 if(ZOL_BUILD_BRIDGE)
   install(FILES bridge/conventions.h bridge/zol_helpers.h
                 "${ZOL_GENERATED_DIR}/bridge/zol_exports.h"

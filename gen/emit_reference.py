@@ -81,7 +81,8 @@ def emit_index(model):
         Types are `string`, `double`, `int` (32 bits), `uint` (a positive number), `byte`, `bool`,
         `dateTime` (always with a time zone) and `base64`; any other type is a class. White space
         around a value is dropped, but a `string` keeps every character unless its row says
-        "collapsed". Bounds count on reading and in the setter, and a NaN is outside of every bound.
+        "collapsed". Bounds count on reading and in the setter, and a NaN is outside of every bound. A
+        unit says what a number counts; documents spell the number alone.
 
         *Accessors* are prefixes of the row's name: `get set` of a row `Red` are `get_Red()` and
         `set_Red()`. The content of a class goes by the name of the class. What each accessor does
@@ -153,11 +154,25 @@ def emit_class(out, model, info):
     paragraphs = [f"## {info.name}", info.comment,
                   block("- " + fact for fact in facts_of(model, info))]
     if info.rows:
-        paragraphs.append(table_of(("Row", "Kind", "Type", "Occurs", "Facets", "Accessors"),
-                                   [row_cells(row) for row in info.rows]))
+        paragraphs.append(rows_table(info))
     for text in filter(None, paragraphs):
         out.blank()
         out.raw(text)
+
+
+def as_markdown(text):
+    """Plain words, with nothing in them that Markdown would take for its own."""
+    return re.sub(r"([\\*_|<>`\[\]])", r"\\\1", text)
+
+
+def rows_table(info):
+    """The rows, with a column of notes if there are any."""
+    head = ("Row", "Kind", "Type", "Occurs", "Facets", "Accessors")
+    cells = [row_cells(row) for row in info.rows]
+    if any(row.note for row in info.rows):
+        head += ("Meaning",)
+        cells = [row_cells(row) + (as_markdown(row.note),) for row in info.rows]
+    return table_of(head, cells)
 
 
 def facts_of(model, info):
@@ -222,6 +237,8 @@ def facets_of(row):
         if bound is not None:
             facets.append(f"`{sign}{'' if bound.strict else '='} {bound.number}`"
                           + (" on reading alone" if bound.on_read else ""))
+    if row.unit:
+        facets.append(f"unit {row.unit}")
     if row.length is not None:
         facets.append(f"exactly {row.length} character{'s' if row.length != 1 else ''}")
     if row.enum:

@@ -81,6 +81,11 @@ def documentation(text):
     return wrapped("annotation", [f"<xs:documentation>{escape(text)}</xs:documentation>"])
 
 
+def annotation(row):
+    """What the row means and the unit of its number; neither makes a difference to a validator."""
+    return documentation(" ".join(filter(None, (row.note, row.unit and f"Unit: {row.unit}."))))
+
+
 # Elements.
 
 def is_global(info):
@@ -189,7 +194,8 @@ def content_model(info, attributes):
     if info.is_simple:
         row = info.content
         base = simple_name(row) or f"Zol:{info.name}Content"
-        return wrapped("simpleContent", wrapped("extension", attributes, base=base))
+        return wrapped("simpleContent",
+                       wrapped("extension", annotation(row) + attributes, base=base))
     rows = [line for row in info.elements + info.alternatives for line in element(row)]
     compositor = "choice" if info.shape == "choice" else "sequence"
     body = (wrapped(compositor, rows) if rows else []) + attributes
@@ -209,28 +215,28 @@ def element(row):
               "maxOccurs": "unbounded" if row.is_list else None}
     held = row.type_class
     if row.kind == "any":
-        return [tag("any", namespace="##any", processContents="skip", **occurs)]
+        return wrapped("any", annotation(row), namespace="##any", processContents="skip", **occurs)
     if row.kind == "group":
-        return wrapped("choice", [line for alt in held.alternatives for line in element(alt)],
-                       **occurs)
+        alternatives = [line for alt in held.alternatives for line in element(alt)]
+        return wrapped("choice", annotation(row) + alternatives, **occurs)
     if held is None:
         # A default is what a new object holds. An empty element does not stand for it.
         return declaration("element", {"name": row.name, "type": simple_name(row), **occurs}, row)
     if held.is_substitution:
         head = head_of(row.owner.model, held.root_type).name
         if not row.is_list:
-            return [tag("element", ref=f"Zol:{head}", **occurs)]
+            return wrapped("element", annotation(row), ref=f"Zol:{head}", **occurs)
         # libxml2 lets a head that repeats go back to the rows before it, unless it stands alone.
-        return wrapped("sequence", [tag("element", ref=f"Zol:{head}")], **occurs)
+        return wrapped("sequence", wrapped("element", annotation(row), ref=f"Zol:{head}"), **occurs)
     if is_global(held) and held.name == row.name:
-        return [tag("element", ref=f"Zol:{row.name}", **occurs)]
-    return [tag("element", name=row.name, type=type_name(held), **occurs,
-                nillable="true" if held.nillable else None)]
+        return wrapped("element", annotation(row), ref=f"Zol:{row.name}", **occurs)
+    return wrapped("element", annotation(row), name=row.name, type=type_name(held), **occurs,
+                   nillable="true" if held.nillable else None)
 
 
 def declaration(kind, given, row):
     """An attribute or element with a named type, or with a type of its own inside."""
-    if given["type"] is not None:
-        return [tag(kind, **given)]
-    inner = wrapped("simpleType", restriction(BUILT_IN[row.type], facets_of(row)))
-    return wrapped(kind, inner, **given)
+    inner = []
+    if given["type"] is None:
+        inner = wrapped("simpleType", restriction(BUILT_IN[row.type], facets_of(row)))
+    return wrapped(kind, annotation(row) + inner, **given)

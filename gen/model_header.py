@@ -1,11 +1,10 @@
 """Prints the header of the model, model/Zol.h: every class with its accessors.
 
-What one row contributes stands in rows.py, the bodies in model_source.py.
+What one row contributes stands in rows.py, the tables in model_source.py.
 """
 
-from model_classes import banner, has_init, overrides_check, overrides_children, \
-    overrides_read_attributes, overrides_read_plain, overrides_write_attributes, shapes
-from printer import Printer, block, wrap_comment
+from model_classes import banner, shapes
+from printer import Printer, block, wrap_comment, wrap_list
 
 
 def emit_header(model):
@@ -16,47 +15,43 @@ def emit_header(model):
         //
         // Every class is built by one pattern. For a row X there are get_X and set_X or assign_X,
         // isset_X and unset_X if it is optional, getenum_X and setenum_X if it is enumerated, and
-        // append_X, insert_X, delete_X, clear_X, size_X (back_X for children) if it is a list. A
-        // setter gives 0, or the code of the first facet that fails and stores nothing. The non-const
-        // get_X of a child marks it as present; that of a list appends until the index exists, as
-        // back_X does in an empty list. Past the end the const getters give an empty object and
-        // delete_X does nothing. An object owns all that it holds, and a copy is deep. References
-        // live until the row they belong to is cleared, replaced or swapped. Text is UTF-16, one
-        // unit a wchar_t on every platform. An object belongs to one thread at a time; nothing is
-        // shared between objects.
+        // append_X, insert_X, delete_X, clear_X, size_X (back_X and each_X for children) if it is a
+        // list. A setter gives 0, or the code of the first facet that fails and stores nothing. The
+        // non-const get_X of a child marks it as present; that of a list appends until the index
+        // exists, as back_X does in an empty list. Past the end the const getters give an empty object
+        // and delete_X does nothing. An object owns all that it holds, and a copy is deep. References
+        // live until the row they belong to is cleared, replaced or swapped. Text is UTF-16, one unit
+        // a wchar_t on every platform. An object belongs to one thread at a time; nothing is shared
+        // between objects.
+        //
+        // Every class has swap(), reset(), which makes it as new, and is_occurs_ok(), whether all that
+        // is required is there; those that are elements have marshal() and unmarshal() (see
+        // model/internal/bases.h). k_class is what the library knows of a class; ask it through
+        // model/reflection.h.
         #pragma once
 
         #include <cstddef>
-        #include <cstdint>
         #include <iosfwd>
         #include <string>
 
         #include "lmx/binary.h"
         #include "lmx/dates.h"
         #include "lmx/errors.h"
-        #include "lmx/internal/pool.h"
         #include "model/document_result.h"
-        #include "model/internal/fields.h"
+        #include "model/internal/bases.h"
+        #include "model/internal/object.h"
+        #include "model/internal/walkers.h"
         #include "port/export.h"
-
-        namespace lmx {
-        class c_xml_reader;
-        class c_xml_writer;
-        struct s_event_map;
-        struct s_ns_map;
-        }  // namespace lmx
 
         namespace zol_v2 {
 
         namespace internal {
-        struct PlainAccess;
-        class PlainReader;
-        template <class T, unsigned traits>
-        struct Steps;
+        $enumerations$
         }  // namespace internal
 
         $forward$
         """, banner=banner(template="model_header.py"),
+        enumerations=block(f"extern ZOL_API const EnumTable k_{name};" for name in model.enums),
         forward=block(f"class {info.name};" for info in model.ordered))
     for info in model.ordered:
         out.blank()
@@ -90,20 +85,20 @@ def row_comment(row):
         if bound is not None:
             words.append(f"{sign}{'' if bound.strict else '='} {bound.number}"
                          f"{' on reading' if bound.on_read else ''}")
+    if row.unit:
+        words.append(f"unit {row.unit}")
     if row.length is not None:
         words.append(f"{row.length} character{'s' if row.length != 1 else ''}")
     if row.enum:
         words.append("one of " + (row.enum if row.enum == row.name else f"the {row.enum} values"))
     if row.default:
         words.append(f"default {row.default}")
-    return f"// {row.name}: {', '.join(words)}"
+    text = f"{row.name}: {', '.join(words)}"
+    return wrap_comment(f"{text}. {row.note}" if row.note else text)
 
 
 def emit_class(out, info):
-    base = f" : public {info.schema.base}" if info.schema.base else ""
-    if info.is_poly and not base:
-        base = " : public lmx::internal::Pooled"
-    sections = [special_members(info), lifetime(info), identity(info), element_steps(info),
+    sections = [special_members(info), identity(info), element_steps(info),
                 document_members(info), facade_members(info), nil_members(info),
                 choice_members(info)]
     for shape in shapes(info):
@@ -113,9 +108,10 @@ def emit_class(out, info):
             sections.append("\n".join(part for part in parts if part))
     if class_comment(info):
         out.raw(class_comment(info))
-    out.raw(f"class ZOL_API {info.name}{base} {{")
+    bases = [base_of(info)] + ([f"internal::Document<{info.name}>"] if info.is_document else [])
+    out.raw(f"class ZOL_API {info.name} : public {', public '.join(bases)} {{")
     for access, text in (("public", "\n\n".join(s.strip("\n") for s in sections if s)),
-                         ("protected", protected_steps(info)), ("private", private_members(info))):
+                         ("private", private_members(info))):
         if text:
             if access != "public":
                 out.blank()
@@ -124,36 +120,36 @@ def emit_class(out, info):
     out.raw("};")
 
 
+def base_of(info):
+    """What it derives from: the class of the schema, or what has the operations of its shape."""
+    if info.schema.base is not None:
+        return info.schema.base
+    if info.shape == "poly":
+        return "internal::Polymorphic"
+    return "internal::Object" if info.writes_no_tag else "internal::Plain"
+
+
 def special_members(info):
     out = Printer()
-    if info.is_wrapper:
-        out.emit("""
-            $Class$();
-            $Class$(const $Class$& other);
-            $Class$& operator=(const $Class$& other);
-            """, Class=info.name)
-        return out.text()
-    before, after = ("", " override") if info.base else ("virtual ", "")
-    clone = f"{before}{info.name}* clone() const{after};" if info.is_poly else ""
+    clone = ""
+    if info.is_poly:
+        before, after = ("", " override") if info.base else ("virtual ", "")
+        clone = f"{before}{info.name}* clone() const{after} {{ return new {info.name}(*this); }}"
+    assign = "{ return assigned(*this, other, k_class); }" if info.own_lifetime else "= default;"
     out.emit("""
         $Class$();
         $Class$(const $Class$& other);
         $clone$
-        $before$~$Class$()$after$;
-        $Class$& operator=(const $Class$& other);
-        """, Class=info.name, clone=clone, before=before, after=after)
-    return out.text()
-
-
-def lifetime(info):
-    if not info.own_lifetime:
-        return ""
-    out = Printer()
-    out.emit("""
-        void swap($Class$& other);
-        void reset();
-        bool is_occurs_ok() const;
-        """, Class=info.name)
+        ~$Class$() override;
+        $Class$& operator=(const $Class$& other) $assign$
+        """, Class=info.name, clone=clone, assign=assign)
+    if info.own_lifetime:
+        out.emit("""
+            void swap($Class$& other) { internal::swap(*this, other, k_class); }
+            void reset() { internal::reset(*this, k_class); }
+            bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+            """, Class=info.name)
+    out.emit("static const internal::Class k_class;")
     return out.text()
 
 
@@ -161,54 +157,41 @@ def identity(info):
     if info.shape != "poly":
         return ""
     out = Printer()
-    if info.base:
-        out.emit("""
-            // The name of the type, compared by address.
-            static const char* id;
-            const char* getid() const override;
-            bool has_id(const char* identity) const override;
-            """)
-    else:
-        out.emit("""
-            // The name of the type, compared by address; has_id() is true for those of the bases too.
-            static const char* id;
-            virtual const char* getid() const;
-            virtual bool has_id(const char* identity) const;
-            """)
+    out.emit("static const char* id;")
     if info.factory:
         out.emit("""
             // A new object of the named type, which the caller owns; null if the namespace is not
             // that of the format or the family has no such type.
-            static $Class$* factory(int ns_id, const std::string& type_name);
+            static $Class$* factory(int ns_id, const std::string& type_name) {
+              return static_cast<$Class$*>(internal::make_named(k_class, ns_id, type_name, nullptr));
+            }
             """, Class=info.name)
     return out.text()
 
 
 def element_steps(info):
     out = Printer()
-    if info.is_substitution or info.shape == "anonymous":
+    if info.writes_no_tag:
         out.emit("""
-            lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const;
+            lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const {
+              return internal::write_element(*this, k_class, writer, name);
+            }
             // Whether the element at hand belongs here; if not, the reader is left as it was.
-            static bool is_member(lmx::c_xml_reader& reader, const std::string& name);
-            bool unmarshal(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
+            static bool is_member(lmx::c_xml_reader& reader, const std::string&) {
+              return internal::is_member(k_class, reader);
+            }
+            bool unmarshal(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err) {
+              return internal::read_member(*this, k_class, reader, name, err);
+            }
             """)
-        return out.text()
-    if info.shape == "abstract":
+    elif info.shape == "abstract":
         out.emit("""
             using $Base$::unmarshal;
-            lmx::elmx_error unmarshal(lmx::c_xml_reader& reader);
+            lmx::elmx_error unmarshal(lmx::c_xml_reader& reader) {
+              return internal::unmarshal_document(*this, k_class, reader);
+            }
             """, Base=info.schema.base)
-        return out.text()
-    if info.shape == "element" and not (info.is_document or info.nillable):
-        return ""
-    before = "virtual " if info.is_poly and not info.base else ""
-    after = " override" if info.is_poly and info.base else ""
-    out.emit("""
-        $before$lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const$after$;
-        $before$lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name)$after$;
-        """, before=before, after=after)
-    return out.text()
+    return out.text() if out.text().strip() else ""
 
 
 def document_members(info):
@@ -216,24 +199,17 @@ def document_members(info):
         return ""
     out = Printer()
     out.emit("""
-        // The element as a document of its own. A file that cannot be opened gives 1. A document
-        // with another root gives 16.
         static constexpr char k_element_name[] = "Zol:$Class$";
-        static const lmx::s_ns_map* ns_map();
-        $Class$(const char* file, lmx::elmx_error* err);
-        $Class$(const char* buffer, std::size_t size, lmx::elmx_error* err);
-        $Class$(const std::string& text, lmx::elmx_error* err);
-        // A failed marshal leaves no file and the string as it was; a stream keeps the partial text.
-        lmx::elmx_error marshal(const char* file) const;
-        lmx::elmx_error marshal(std::string* out) const;
-        lmx::elmx_error marshal(std::ostream& stream) const;
-        // What was read before the first failure stays. A second reading appends to lists and
-        // overwrites elements; an attribute that is set gives 3.
-        lmx::elmx_error unmarshal(const char* file);
-        lmx::elmx_error unmarshal(const char* buffer, std::size_t size);
-        lmx::elmx_error unmarshal(const std::string& text);
-        lmx::elmx_error unmarshal(lmx::c_xml_reader& reader);
-        """, Class=info.name)
+        $Class$(const char* file, lmx::elmx_error* err) : $Class$() { construct(err, file); }
+        $Class$(const char* buffer, std::size_t size, lmx::elmx_error* err) : $Class$() {
+          construct(err, buffer, size);
+        }
+        $Class$(const std::string& text, lmx::elmx_error* err) : $Class$() { construct(err, text); }
+        using Document::marshal;
+        using Document::unmarshal;
+        using $Base$::marshal;
+        using $Base$::unmarshal;
+        """, Class=info.name, Base=base_of(info).replace("internal::", ""))
     return out.text()
 
 
@@ -272,9 +248,9 @@ def nil_members(info):
     out.emit("""
         // A nilled element is written as xsi:nil without content. Only reset(), swap(), copying and
         // reading take the mark away again.
-        void setnil_$Class$() { nil_ = true; }
-        bool isnil_$Class$() const { return nil_; }
-        """, Class=info.name)
+        void setnil_$Class$() { touch($bit$); }
+        bool isnil_$Class$() const { return has($bit$); }
+        """, Class=info.name, bit=info.nil_bit)
     return out.text()
 
 
@@ -288,83 +264,36 @@ def choice_members(info):
           $names$
         };
         elmx_chosen getchosen() const { return static_cast<elmx_chosen>(chosen_); }
-        """, names=",\n".join(names + [f"chosen_none = {info.none}"]))
-    return out.text()
-
-
-def protected_steps(info):
-    if info.writes_no_tag:
-        return ""
-    out = Printer()
-    if overrides_write_attributes(info):
-        out.emit("void marshal_attributes(lmx::c_xml_writer& writer) const;")
-    if overrides_children(info):
-        out.emit("lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;")
-    if overrides_read_attributes(info):
+        """, names=wrap_list(names + [f"chosen_none = {info.none}"]))
+    cases = "\n".join(f"case chosen_{row.name}: visitor(get_{row.name}()); return true;"
+                      for row in info.alternatives)
+    out.emit("""
+        // Calls the visitor with what is chosen; false if nothing is.
+        template <class Visitor>
+        bool visit(Visitor&& visitor) const {
+          switch (chosen_) {
+            $cases$
+            default: return false;
+          }
+        }
+        """, cases=cases)
+    if info.is_substitution:
         out.emit("""
-            bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
-                                      lmx::elmx_error* err);
+
+            // The const get_X gives an empty object unless X is chosen; the other one and assign_X
+            // choose it.
             """)
-    if overrides_read_plain(info):
-        out.emit("void unmarshal_plain_attributes(internal::PlainReader& in);")
-    if overrides_check(info):
-        out.emit("lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);")
-    if overrides_children(info):
-        if info.is_simple:
-            out.emit("""
-                bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err,
-                                    bool has_text);
-                """)
-        else:
-            out.emit("""
-                bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
-                """)
-    return out.text() if out.text().strip() else ""
+    return out.text()
 
 
 def private_members(info):
     out = Printer()
-    if not info.writes_no_tag and (not info.is_wrapper or info.nillable):
-        out.emit("""
-            template <class T, unsigned traits>
-            friend struct internal::Steps;
-
-            """)
-        out.blank()
-    if info.shape == "simple":
-        out.emit("""
-            friend struct internal::PlainAccess;
-            void unmarshal_plain(internal::PlainReader& in);
-
-            """)
-        out.blank()
-    if has_init(info):
-        out.emit("void init();")
-        out.blank()
-    if info.is_substitution:
-        out.emit("""
-            void release_choice();
-            // Takes ownership of a new member and makes it the chosen one; null is refused.
-            template <class T>
-            T* hold(T* member, int selection);
-            friend struct internal::PlainAccess;
-            static const lmx::s_event_map* member_rows();
-            lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
-
-            $Root$* member_ = nullptr;
-            int chosen_ = chosen_none;
-            """, Root=info.root_type.name)
-    elif info.shape == "anonymous":
-        out.emit("lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;")
+    if info.rows:
+        out.emit("static const internal::Row k_rows[];")
         out.blank()
     members = [member for member in (shape.member() for shape in shapes(info)) if member]
     if members:
         out.raw("\n".join(members))
-    if info.alternatives and not info.is_substitution:
-        out.emit("""
-            internal::Slot slot_;
-            int chosen_ = chosen_none;
-            """)
-    if info.nillable:
-        out.emit("bool nil_ = false;")
+    if info.alternatives:
+        out.emit("internal::Slot slot_;")
     return out.text() if out.text().strip() else ""

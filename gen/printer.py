@@ -50,6 +50,18 @@ def block(lines, indent=0):
     return "\n".join(" " * indent + line for line in lines)
 
 
+def wrap_list(items, width=94):
+    """Items with commas between them, as many to a line as fit."""
+    lines, line = [], ""
+    for item in items:
+        if line and len(line) + 2 + len(item) > width:
+            lines.append(line + ",")
+            line = item
+        else:
+            line = f"{line}, {item}" if line else item
+    return "\n".join(lines + [line])
+
+
 CPP_COLUMNS = 100
 _ONE_LINE_BODY = re.compile(r"( *)([^\"]*?\)(?: const)?(?: : .*?)?) \{ (.+) \}$")
 _BREAKS = (" && ", " || ", ", ", " = ", " : ", ") ")
@@ -57,8 +69,8 @@ _BREAKS = (" && ", " || ", ", ", " = ", " : ", ") ")
 
 def fit_cpp(line):
     """One line of C++ as the lines that keep to the columns."""
-    if len(line) <= CPP_COLUMNS or line.lstrip().startswith("//"):
-        return [line]
+    if len(line) <= CPP_COLUMNS or line.lstrip().startswith(("//", "Row(")):
+        return [line]  # a row of a table keeps its line
     body = _ONE_LINE_BODY.match(line)
     if body and ";" in body[3]:
         indent = body[1]

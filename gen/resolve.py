@@ -31,6 +31,8 @@ class Model:
         _check(self)
         self.ordered = _definition_order(self)
         self.events = _number_events(self)
+        for number, info in enumerate(self.classes.values()):
+            info.number = number
 
     def __getitem__(self, name):
         return self.classes[name]
@@ -48,7 +50,7 @@ class ClassInfo:
         self.where = schema_class.where
         self.flags = schema_class.flags
         self.factory = schema_class.factory
-        self.rows = [RowInfo(self, row) for row in schema_class.rows]
+        self.rows = [RowInfo(self, row, i) for i, row in enumerate(schema_class.rows)]
 
     def has(self, flag):
         return flag in self.flags
@@ -144,6 +146,59 @@ class ClassInfo:
         """Whether its element has neither child nor content, whatever its attributes."""
         return not any(c.elements or c.alternatives or c.content for c in self.lineage)
 
+    # Presence. Each single row has a flag in the object, numbered from 1 through the lineage, and a
+    # list a number of its own, by which a reader counts it as seen; the nil mark comes last.
+
+    @property
+    def flagged(self):
+        return [row for row in self.rows if row.kind not in ("alt", "any", "mark")]
+
+    @property
+    def first_bit(self):
+        return self.base.next_bit if self.base is not None else 1
+
+    @property
+    def next_bit(self):
+        return self.first_bit + len(self.flagged) + self.nillable
+
+    @property
+    def nil_bit(self):
+        return self.first_bit + len(self.flagged) if self.nillable else 0
+
+    def _mask(self, wanted):
+        return sum(1 << row.bit for c in self.lineage for row in c.flagged if wanted(row))
+
+    @property
+    def flag_mask(self):
+        nil = sum(1 << c.nil_bit for c in self.lineage if c.nillable)
+        return self._mask(lambda row: not row.is_list) | nil
+
+    @property
+    def required_mask(self):
+        return self._mask(lambda row: row.required and not row.is_list)
+
+    @property
+    def required_to_read_mask(self):
+        return self._mask(lambda row: row.required and not row.is_holder)
+
+    @property
+    def required_attributes_mask(self):
+        return self._mask(lambda row: row.required and row.kind == "attr")
+
+    @property
+    def has_required_list(self):
+        return any(row.required and row.is_list for c in self.lineage for row in c.elements)
+
+    @property
+    def owns_heap(self):
+        """Whether a row of its own, bases aside, keeps something on the heap by a pointer."""
+        return bool(self.alternatives) or any(row.is_pointer for row in self.rows)
+
+    @property
+    def owns_heap_anywhere(self):
+        """The same with bases, children and texts in place."""
+        return any(c.owns_heap or any(row.owns_in_place for row in c.rows) for c in self.lineage)
+
     @property
     def own_lifetime(self):
         """Whether it has swap, reset and is_occurs_ok of its own: all but the plain wrappers."""
@@ -160,9 +215,10 @@ class ClassInfo:
 class RowInfo:
     """One row with its types looked up and its names spelled for C++."""
 
-    def __init__(self, owner, row):
+    def __init__(self, owner, row, index):
         self.owner = owner
         self.schema = row
+        self.index = index  # among the rows of its class
         self.kind = row.kind
         self.name = row.name
         self.where = row.where
@@ -179,6 +235,40 @@ class RowInfo:
         self.zoned = row.zoned
         self.xsi_type = row.xsi_type
         self.adopt = row.adopt
+        self.unit = row.unit
+        self.note = row.note
+
+    @property
+    def bit(self):
+        """The number of its flag, or the selection of an alternative; 0 for a row without."""
+        if self.kind == "alt":
+            return self.owner.alternatives.index(self)
+        if self in self.owner.flagged:
+            return self.owner.first_bit + self.owner.flagged.index(self)
+        return 0
+
+    @property
+    def is_holder(self):
+        return not self.is_simple and self.kind == "elem" and self.type_class.is_substitution
+
+    @property
+    def is_pointer(self):
+        """Whether its field is a pointer or a list of them."""
+        if self.kind == "mark":
+            return False
+        if self.is_list or self.enum:
+            return True
+        if self.is_simple:
+            return self.type == "string" and not self.required
+        return self.is_holder or not self.required
+
+    @property
+    def owns_in_place(self):
+        if self.kind in ("alt", "any", "mark") or self.is_pointer:
+            return False
+        if self.is_simple:
+            return self.type in ("string", "base64")
+        return self.type_class.owns_heap_anywhere
 
     @property
     def is_simple(self):
@@ -280,8 +370,20 @@ def _check_row(model, info, row):
         raise SchemaError(row.where, "only a string is enumerated")
     if row.enum is not None and row.is_list:
         raise SchemaError(row.where, "a list of enumerated values is not known here")
+    if row.is_list and row.is_simple:
+        _check_value_list(row)
+    if row.kind == "alt" and row.is_simple and row.type not in ("string", "double", "int", "uint"):
+        raise SchemaError(row.where, f"an alternative that is a {row.type} is not known here")
+    if row.type == "dateTime" and not row.zoned:
+        raise SchemaError(row.where, "a dateTime without 'zoned' is not known here")
+    if row.default is not None and (row.is_list or row.enum is None and row.type != "double"):
+        raise SchemaError(row.where, "only an enumerated string or a double has a default")
+    if row.length is not None and not 1 <= row.length <= 255:
+        raise SchemaError(row.where, "a length is a number from 1 to 255")
     if (row.lower or row.upper) and row.type not in ("double", "int", "uint", "byte"):
         raise SchemaError(row.where, f"a {row.type} has no bounds")
+    if row.unit and row.type not in ("double", "int", "uint", "byte"):
+        raise SchemaError(row.where, f"a {row.type} has no unit")
     if row.zoned and row.type != "dateTime":
         raise SchemaError(row.where, "only a dateTime is zoned")
     if (row.collapse or row.length is not None) and row.type != "string":
@@ -292,6 +394,13 @@ def _check_row(model, info, row):
         raise SchemaError(row.where, "only a holder's alternative names its type")
     if row.kind == "alt" and info.shape == "anonymous" and not row.is_simple:
         raise SchemaError(row.where, "an anonymous group holds simple values")
+
+
+def _check_value_list(row):
+    if row.type not in ("string", "dateTime"):
+        raise SchemaError(row.where, f"a list of {row.type} values is not known here")
+    if row.length is not None:
+        raise SchemaError(row.where, "the setters of a list check no length")
 
 
 def _held_by_value(info):

@@ -60,6 +60,8 @@ class Row:
     zoned: bool = False
     isset: bool = False
     adopt: bool = False
+    unit: Optional[str] = None
+    note: str = ""  # the indented comment above it
 
     @property
     def required(self):
@@ -112,16 +114,18 @@ def read_directory(directory):
 def read_text(schema, file, text):
     """Adds the classes and enumerations of one file's text to the schema."""
     schema.files.append(file)
-    comment, open_class, open_enum = [], None, None
-    for number, line in enumerate(text.splitlines(), 1):
+    comment, note, open_class, open_enum = [], [], None, None
+    for number, line in enumerate(text.splitlines() + [""], 1):  # nothing is left open at the end
         where = Where(file, number)
         stripped = line.strip()
+        is_indented = line[:1].isspace()
+        if note and not (stripped and is_indented and open_class is not None):
+            raise SchemaError(where, "a note without a row below it")
         if not stripped:
             comment = []
         elif stripped.startswith("#"):
-            if line.startswith("#"):
-                comment.append(stripped.lstrip("# "))
-        elif not line[0].isspace():
+            (note if is_indented else comment).append(stripped.lstrip("# "))
+        elif not is_indented:
             open_class, open_enum = None, None
             words = stripped.split()
             if words[0] == "enum":
@@ -133,7 +137,8 @@ def read_text(schema, file, text):
         elif open_enum is not None:
             _add_values(open_enum, stripped.split(), where)
         elif open_class is not None:
-            _add_row(open_class, stripped.split(), where)
+            _add_row(open_class, stripped.split(), where, " ".join(note))
+            comment, note = [], []
         else:
             raise SchemaError(where, "a row before the first class")
 
@@ -189,10 +194,12 @@ def _open_class(schema, words, where):
     return result
 
 
-def _add_row(owner, words, where):
+def _add_row(owner, words, where, note):
     words = list(words)
     kind = words.pop(0)
     if kind == "factory":
+        if note:
+            raise SchemaError(where, "a note without a row below it")
         owner.factory.extend(words)
         return
     if kind not in ROW_KINDS:
@@ -203,7 +210,7 @@ def _add_row(owner, words, where):
         raise SchemaError(where, f"row {name} has no type")
     row_type = words.pop(0)
     low, high = (1, 1) if kind == "alt" else _take_occurrence(words, name, where)
-    row = Row(kind, name, row_type, low, high, where)
+    row = Row(kind, name, row_type, low, high, where, note=note)
     while words:
         _take_facet(row, words)
     if any(other.name == name and (other.kind == "attr") == (kind == "attr")
@@ -237,7 +244,7 @@ def _take_facet(row, words):
             row.lower = bound
         else:
             row.upper = bound
-    elif word in ("enum", "default", "length", "xsi-type"):
+    elif word in ("enum", "default", "length", "unit", "xsi-type"):
         if not words:
             raise SchemaError(row.where, f"'{word}' needs a value")
         value = words.pop(0)

@@ -3,11 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <iomanip>
 #include <limits>
-#include <locale>
 #include <ostream>
-#include <sstream>
 #include <string_view>
 #include <type_traits>
 
@@ -105,6 +102,8 @@ char* put_two_digits(char* out, std::uint32_t value) {
   return out;
 }
 
+char* put_dashes(char* out, int count) { return std::fill_n(out, count, '-'); }
+
 char* put_two_places(char* out, std::uint32_t value) {
   return value < 100 ? put_two_digits(out, value) : put_padded(out, 2, value);
 }
@@ -117,29 +116,28 @@ std::uint32_t offset_magnitude(std::int32_t offset) {
 // Too small for the general format to do without an exponent; negative values count as small.
 bool needs_fixed(float secs) { return secs != 0.0f && secs < 0.001f; }
 
-char* put_secs(char* out, float secs) {
-  if (!std::signbit(secs) && secs < 100.0f && secs == std::floor(secs)) {
+// How seconds are spelled: in a stream's general format at its first precision, unless a stream
+// says otherwise.
+struct SecondsFormat {
+  bool is_fixed = false;
+  int precision = 6;
+};
+
+// No float takes more characters than these and one for each place of the precision.
+char* put_float(char* out, float secs, const SecondsFormat& format) {
+  constexpr int k_room = 42;
+  const auto notation =
+      format.is_fixed || needs_fixed(secs) ? std::chars_format::fixed : std::chars_format::general;
+  return std::to_chars(out, out + k_room + format.precision, secs, notation, format.precision).ptr;
+}
+
+char* put_secs(char* out, float secs, const SecondsFormat& format) {
+  const bool has_digits = !format.is_fixed && format.precision >= 2;
+  if (has_digits && !std::signbit(secs) && secs < 100.0f && secs == std::floor(secs)) {
     return put_two_digits(out, static_cast<std::uint32_t>(secs));
   }
-  // A stream's general format at its first precision; no float takes more than 47 characters.
-  constexpr int k_precision = 6;
   if (secs < 10.0f) *out++ = '0';
-  const auto format = needs_fixed(secs) ? std::chars_format::fixed : std::chars_format::general;
-  return std::to_chars(out, out + 48, secs, format, k_precision).ptr;
-}
-
-void write_secs(std::ostream& os, float secs) {
-  if (needs_fixed(secs)) os.setf(std::ios_base::fixed, std::ios_base::floatfield);
-  os << secs;
-  os.unsetf(std::ios_base::fixed);
-}
-
-template <class T>
-std::string written(const T& value) {
-  std::ostringstream os;
-  os.imbue(std::locale::classic());
-  os << value;
-  return os.str();
+  return put_float(out, secs, format);
 }
 
 }  // namespace
@@ -293,35 +291,29 @@ struct DateFields {
            cursor.skip('-');
   }
 
-  static void write_year(std::ostream& os, const c_datetime_base& value) {
-    os << std::setw(4) << value.year_;
+  static char* put_year(char* out, const c_datetime_base& value) {
+    if (value.year_ < 0 || value.year_ >= 10000) return put_padded(out, 4, value.year_);
+    out = put_two_digits(out, static_cast<std::uint32_t>(value.year_) / 100);
+    return put_two_digits(out, static_cast<std::uint32_t>(value.year_) % 100);
   }
 
-  static void write_month(std::ostream& os, const c_datetime_base& value) {
-    os << std::setw(2) << value.month_;
+  static char* put_month(char* out, const c_datetime_base& value) {
+    return put_two_places(out, value.month_);
   }
 
-  static void write_day(std::ostream& os, const c_datetime_base& value) {
-    os << std::setw(2) << value.day_;
+  static char* put_day(char* out, const c_datetime_base& value) {
+    return put_two_places(out, value.day_);
   }
 
-  static void write_clock(std::ostream& os, const c_datetime_base& value) {
-    os << std::setw(2) << value.hours_ << ':' << std::setw(2) << value.mins_ << ':';
-    if (value.secs_ < 10.0f) os << '0';
-    write_secs(os, value.secs_);
+  static char* put_clock(char* out, const c_datetime_base& value, const SecondsFormat& format) {
+    out = put_two_places(out, value.hours_);
+    *out++ = ':';
+    out = put_two_places(out, value.mins_);
+    *out++ = ':';
+    return put_secs(out, value.secs_, format);
   }
 
-  static void write_zone(std::ostream& os, const c_datetime_base& value) {
-    if (value.is_utc_) {
-      os << 'Z';
-    } else if (value.total_offset_mins_ != 0) {
-      const std::uint32_t mins = offset_magnitude(value.total_offset_mins_);
-      os << (value.total_offset_mins_ < 0 ? '-' : '+') << std::setw(2) << mins / 60 << ':'
-         << std::setw(2) << mins % 60;
-    }
-  }
-
-  static char* format_zone(const c_datetime_base& value, char* out) {
+  static char* put_zone(char* out, const c_datetime_base& value) {
     if (value.is_utc_) {
       *out++ = 'Z';
     } else if (value.total_offset_mins_ != 0) {
@@ -332,6 +324,45 @@ struct DateFields {
       out = put_two_digits(out, mins % 60);
     }
     return out;
+  }
+
+  // Each puts its text without the zone.
+  static char* put(char* out, const c_datetime& value, const SecondsFormat& format) {
+    out = put_year(out, value);
+    *out++ = '-';
+    out = put_month(out, value);
+    *out++ = '-';
+    out = put_day(out, value);
+    *out++ = 'T';
+    return put_clock(out, value, format);
+  }
+  static char* put(char* out, const c_time& value, const SecondsFormat& format) {
+    return put_clock(out, value, format);
+  }
+  static char* put(char* out, const c_date& value, const SecondsFormat&) {
+    out = put_year(out, value);
+    *out++ = '-';
+    out = put_month(out, value);
+    *out++ = '-';
+    return put_day(out, value);
+  }
+  static char* put(char* out, const c_gyearmonth& value, const SecondsFormat&) {
+    out = put_year(out, value);
+    *out++ = '-';
+    return put_month(out, value);
+  }
+  static char* put(char* out, const c_gyear& value, const SecondsFormat&) {
+    return put_year(out, value);
+  }
+  static char* put(char* out, const c_gmonthday& value, const SecondsFormat&) {
+    out = put_month(put_dashes(out, 2), value);
+    return put_day(put_dashes(out, 1), value);
+  }
+  static char* put(char* out, const c_gday& value, const SecondsFormat&) {
+    return put_day(put_dashes(out, 3), value);
+  }
+  static char* put(char* out, const c_gmonth& value, const SecondsFormat&) {
+    return put_dashes(put_month(put_dashes(out, 2), value), 2);
   }
 
   static bool is_same(const c_datetime_base& a, const c_datetime_base& b) {
@@ -417,24 +448,7 @@ bool parse_datetime(std::string_view text, c_datetime* value, bool* has_zone) {
 }
 
 char* format_datetime(const c_datetime& value, char* out) {
-  const std::int32_t year = value.get_year();
-  if (year >= 0 && year < 10000) {
-    out = put_two_digits(out, static_cast<std::uint32_t>(year) / 100);
-    out = put_two_digits(out, static_cast<std::uint32_t>(year) % 100);
-  } else {
-    out = put_padded(out, 4, year);
-  }
-  *out++ = '-';
-  out = put_two_places(out, value.get_month());
-  *out++ = '-';
-  out = put_two_places(out, value.get_day());
-  *out++ = 'T';
-  out = put_two_places(out, value.get_hours());
-  *out++ = ':';
-  out = put_two_places(out, value.get_mins());
-  *out++ = ':';
-  out = put_secs(out, value.get_secs());
-  return DateFields::format_zone(value, out);
+  return DateFields::put_zone(DateFields::put(out, value, {}), value);
 }
 
 }  // namespace internal
@@ -446,79 +460,62 @@ void c_datetime_base::set_offset(int hours, unsigned mins) {
   is_utc_ = total_offset_mins_ == 0;
 }
 
-std::ostream& operator<<(std::ostream& os, const c_datetime& value) {
+namespace {
+
+char* put_text(char* out, const c_duration& value, const SecondsFormat& format);
+
+template <class T>
+char* put_text(char* out, const T& value, const SecondsFormat& format) {
+  return DateFields::put_zone(DateFields::put(out, value, format), value);
+}
+
+template <class T>
+std::string text_of(const T& value) {
+  char text[internal::k_max_datetime_text];
+  const char* const end = put_text(text, value, {});
+  return std::string(text, static_cast<std::size_t>(end - text));
+}
+
+bool has_secs(const c_datetime&) { return true; }
+bool has_secs(const c_time&) { return true; }
+bool has_secs(const c_datetime_base&) { return false; }
+bool has_secs(const c_duration& value) { return value.get_secs() != 0.0f; }
+
+// A stream has a say in its precision and in fixed notation, but not through its locale: a point
+// among the thousands of a year would make it another text.
+template <class T>
+std::ostream& write(std::ostream& os, const T& value) {
+  constexpr std::streamsize k_max_precision = 1000;
+  SecondsFormat format;
+  format.is_fixed = (os.flags() & std::ios_base::floatfield) == std::ios_base::fixed;
+  if (os.precision() >= 0) {
+    format.precision = static_cast<int>(std::min(os.precision(), k_max_precision));
+  }
+  char text[internal::k_max_datetime_text + k_max_precision];
+  char* const end = put_text(text, value, format);
+  os << std::string_view(text, static_cast<std::size_t>(end - text));
   os.fill('0');
-  DateFields::write_year(os, value);
-  os << '-';
-  DateFields::write_month(os, value);
-  os << '-';
-  DateFields::write_day(os, value);
-  os << 'T';
-  DateFields::write_clock(os, value);
-  DateFields::write_zone(os, value);
+  if (has_secs(value)) os.unsetf(std::ios_base::fixed);
   return os;
 }
 
-std::ostream& operator<<(std::ostream& os, const c_time& value) {
-  os.fill('0');
-  DateFields::write_clock(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
+}  // namespace
 
-std::ostream& operator<<(std::ostream& os, const c_date& value) {
-  os.fill('0');
-  DateFields::write_year(os, value);
-  os << '-';
-  DateFields::write_month(os, value);
-  os << '-';
-  DateFields::write_day(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
+std::ostream& operator<<(std::ostream& os, const c_datetime& value) { return write(os, value); }
 
-std::ostream& operator<<(std::ostream& os, const c_gyearmonth& value) {
-  os.fill('0');
-  DateFields::write_year(os, value);
-  os << '-';
-  DateFields::write_month(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
+std::ostream& operator<<(std::ostream& os, const c_time& value) { return write(os, value); }
 
-std::ostream& operator<<(std::ostream& os, const c_gyear& value) {
-  os.fill('0');
-  DateFields::write_year(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
+std::ostream& operator<<(std::ostream& os, const c_date& value) { return write(os, value); }
 
-std::ostream& operator<<(std::ostream& os, const c_gmonthday& value) {
-  os.fill('0');
-  os << "--";
-  DateFields::write_month(os, value);
-  os << '-';
-  DateFields::write_day(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
+std::ostream& operator<<(std::ostream& os, const c_gyearmonth& value) { return write(os, value); }
 
-std::ostream& operator<<(std::ostream& os, const c_gday& value) {
-  os.fill('0');
-  os << "---";
-  DateFields::write_day(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
+std::ostream& operator<<(std::ostream& os, const c_gyear& value) { return write(os, value); }
 
-std::ostream& operator<<(std::ostream& os, const c_gmonth& value) {
-  os.fill('0');
-  os << "--";
-  DateFields::write_month(os, value);
-  os << "--";
-  DateFields::write_zone(os, value);
-  return os;
-}
+std::ostream& operator<<(std::ostream& os, const c_gmonthday& value) { return write(os, value); }
+
+std::ostream& operator<<(std::ostream& os, const c_gday& value) { return write(os, value); }
+
+std::ostream& operator<<(std::ostream& os, const c_gmonth& value) { return write(os, value); }
 
 namespace internal {
 
@@ -550,14 +547,7 @@ bool DateType<T>::is_valid(const std::string& text) {
 
 template <class T>
 std::string DateType<T>::get_as_string() const {
-  const T& self = static_cast<const T&>(*this);
-  if constexpr (std::is_same_v<T, c_datetime>) {
-    char text[k_max_datetime_text];
-    const char* const end = format_datetime(self, text);
-    return std::string(text, static_cast<std::size_t>(end - text));
-  } else {
-    return written(self);
-  }
+  return text_of(static_cast<const T&>(*this));
 }
 
 template class DateType<c_datetime>;
@@ -710,7 +700,7 @@ bool c_duration::is_valid(const std::string& text) {
   return walk_duration(text, value);
 }
 
-std::string c_duration::get_as_string() const { return written(*this); }
+std::string c_duration::get_as_string() const { return text_of(*this); }
 
 void c_duration::normalize() {
   // Seconds may be anything that a float holds; what no integer can take is left alone.
@@ -746,25 +736,32 @@ bool operator<=(const c_duration& a, const c_duration& b) {
   return !is_indeterminate(a, b) && !(a > b);
 }
 
-std::ostream& operator<<(std::ostream& os, const c_duration& value) {
-  const auto write = [&os](std::uint32_t number, char designator) {
-    if (number != 0) os << number << designator;
+namespace {
+
+char* put_text(char* out, const c_duration& value, const SecondsFormat& format) {
+  const auto put = [&out](std::uint32_t number, char designator) {
+    if (number == 0) return;
+    out = put_padded(out, 1, number);
+    *out++ = designator;
   };
-  os.fill('0');
-  if (value.get_is_neg()) os << '-';
-  os << 'P';
-  write(value.get_years(), 'Y');
-  write(value.get_months(), 'M');
-  write(value.get_days(), 'D');
-  if (value.get_hours() == 0 && value.get_mins() == 0 && value.get_secs() == 0.0f) return os;
-  os << 'T';
-  write(value.get_hours(), 'H');
-  write(value.get_mins(), 'M');
+  if (value.get_is_neg()) *out++ = '-';
+  *out++ = 'P';
+  put(value.get_years(), 'Y');
+  put(value.get_months(), 'M');
+  put(value.get_days(), 'D');
+  if (value.get_hours() == 0 && value.get_mins() == 0 && value.get_secs() == 0.0f) return out;
+  *out++ = 'T';
+  put(value.get_hours(), 'H');
+  put(value.get_mins(), 'M');
   if (value.get_secs() != 0.0f) {
-    write_secs(os, value.get_secs());
-    os << 'S';
+    out = put_float(out, value.get_secs(), format);
+    *out++ = 'S';
   }
-  return os;
+  return out;
 }
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& os, const c_duration& value) { return write(os, value); }
 
 }  // namespace lmx

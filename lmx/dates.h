@@ -220,7 +220,8 @@ extern template class DateType<c_gmonth>;
 
 }  // namespace internal
 
-// Seconds are written in the stream's precision; one below 10 gets one leading "0".
+// The text of get_as_string, whatever the stream's locale: only seconds are written in the stream's
+// precision, and in fixed notation if it is set, which writing them unsets.
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_datetime& value);
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_time& value);
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_date& value);

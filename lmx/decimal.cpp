@@ -82,8 +82,15 @@ class SignedAccumulator {
   bool has_overflowed_ = false;
 };
 
-unsigned long magnitude(long value) {
-  return value < 0 ? 0 - static_cast<unsigned long>(value) : static_cast<unsigned long>(value);
+// `value` in so many digits: padded on the left, or cut behind them.
+std::string fraction_text(unsigned long long value, unsigned digits) {
+  std::string text = std::to_string(value);
+  if (digits < text.size()) {
+    text.resize(digits);
+  } else {
+    text.insert(0, digits - text.size(), '0');
+  }
+  return text;
 }
 
 // Orders the digits after two points by the rule of c_decimal: the first difference decides,
@@ -181,21 +188,22 @@ c_decimal::c_decimal(const std::string& text) {
   fractional_.assign(start, cursor.skip_digits());
 }
 
-c_decimal::c_decimal(long value, int scale) : is_negative_(value < 0) {
-  const unsigned long whole = magnitude(value);
+c_decimal::c_decimal(bool is_negative, unsigned long long magnitude, int scale)
+    : is_negative_(is_negative) {
   if (scale <= 0) {
     const auto zeros = static_cast<std::size_t>(-static_cast<long long>(scale));
-    integral_ = std::to_string(whole).append(zeros, '0');
+    integral_ = std::to_string(magnitude).append(zeros, '0');
     return;
   }
-  unsigned long rest = whole;
-  unsigned long power = 1;
+  unsigned long long rest = magnitude;
+  unsigned long long power = 1;
   for (int i = 0; i < scale && rest != 0; ++i) {
     rest /= 10;
     power *= 10;  // wraps around only in a step that leaves no rest, where it is not needed
   }
   integral_ = std::to_string(rest);
-  set_fractional(rest == 0 ? whole : whole % power, static_cast<unsigned>(scale));
+  fractional_ =
+      fraction_text(rest == 0 ? magnitude : magnitude % power, static_cast<unsigned>(scale));
 }
 
 c_decimal::c_decimal(double value, unsigned places) {
@@ -259,7 +267,7 @@ long c_decimal::get_integral(bool* overflow) const {
 
 void c_decimal::set_integral(long value) {
   integral_ = std::to_string(magnitude(value));
-  is_negative_ = value < 0;
+  is_negative_ = is_below_zero(value);
 }
 
 unsigned long c_decimal::get_fractional(int digits, bool* overflow) const {
@@ -281,13 +289,7 @@ unsigned long c_decimal::get_fractional(int digits, bool* overflow) const {
 }
 
 void c_decimal::set_fractional(unsigned long value, unsigned digits) {
-  std::string text = std::to_string(value);
-  if (digits < text.size()) {
-    text.resize(digits);
-  } else {
-    text.insert(0, digits - text.size(), '0');
-  }
-  fractional_.swap(text);
+  fractional_ = fraction_text(value, digits);
 }
 
 long c_decimal::get_scaled(int scale, bool* overflow) const {

@@ -8,10 +8,18 @@
 
 #include <iosfwd>
 #include <string>
+#include <type_traits>
 
 #include "port/export.h"
 
 namespace lmx {
+
+namespace internal {
+
+template <class... T>
+using IfIntegral = std::enable_if_t<(std::is_integral_v<T> && ...), int>;
+
+}  // namespace internal
 
 // An xs:integer in canonical form: no leading zeros, "-" for a negative value, "0" for zero.
 class ZOL_API c_big_int {
@@ -20,11 +28,17 @@ class ZOL_API c_big_int {
   c_big_int(const char* text);
   c_big_int(const std::string& text);
   c_big_int(long value);
+  template <class Integer, internal::IfIntegral<Integer> = 0>
+  c_big_int(Integer value) : text_(std::to_string(value)) {}
   c_big_int(const c_big_int&) = default;
 
   c_big_int& operator=(const char* text);
   c_big_int& operator=(const std::string& text);
   c_big_int& operator=(long value);
+  template <class Integer, internal::IfIntegral<Integer> = 0>
+  c_big_int& operator=(Integer value) {
+    return *this = c_big_int(value);
+  }
   c_big_int& operator=(const c_big_int& other);
 
   void swap(c_big_int& other) noexcept { text_.swap(other.text_); }
@@ -98,9 +112,16 @@ class ZOL_API c_decimal {
   c_decimal(const char* text);
   c_decimal(const std::string& text);
   // `value` times ten to the power of minus `scale`.
-  explicit c_decimal(long value, int scale = 0);
+  explicit c_decimal(long value, int scale = 0)
+      : c_decimal(is_below_zero(value), magnitude(value), scale) {}
+  template <class Integer, class Scale = int, internal::IfIntegral<Integer, Scale> = 0>
+  explicit c_decimal(Integer value, Scale scale = 0)
+      : c_decimal(is_below_zero(value), magnitude(value), static_cast<int>(scale)) {}
   // `value` rounded to `places` decimal places, 15 at most. What is not finite gives zero.
   explicit c_decimal(double value, unsigned places = 15);
+  template <class Places, internal::IfIntegral<Places> = 0>
+  explicit c_decimal(double value, Places places)
+      : c_decimal(value, static_cast<unsigned>(places)) {}
 
   // An optional sign, digits and an optional point; there is no exponent.
   static bool is_valid(const std::string& text);
@@ -109,6 +130,10 @@ class ZOL_API c_decimal {
   c_decimal& operator=(const std::string& text);
   c_decimal& operator=(const c_decimal& other);
   c_decimal& operator=(double value);
+  template <class Integer, internal::IfIntegral<Integer> = 0>
+  c_decimal& operator=(Integer value) {
+    return *this = c_decimal(value);
+  }
   void set(double value, unsigned places = 15);
   void swap(c_decimal& other) noexcept;
 
@@ -132,6 +157,19 @@ class ZOL_API c_decimal {
   double get_as_float() const;
 
  private:
+  c_decimal(bool is_negative, unsigned long long magnitude, int scale);
+
+  template <class Integer>
+  static bool is_below_zero(Integer value) {
+    if constexpr (std::is_signed_v<Integer>) return value < 0;
+    return false;
+  }
+  template <class Integer>
+  static unsigned long long magnitude(Integer value) {
+    const auto bits = static_cast<unsigned long long>(value);
+    return is_below_zero(value) ? 0 - bits : bits;
+  }
+
   friend ZOL_API bool operator==(const c_decimal& a, const c_decimal& b);
   friend ZOL_API bool operator>(const c_decimal& a, const c_decimal& b);
 

@@ -220,7 +220,15 @@ bool c_internal_dtd::read_declaration() {
   }
   if (word == "!--") return getter().skip_comment();
   if (word == "!ENTITY") return read_entity_declaration();
-  if (word[0] == '?') return getter().skip_PI();
+  if (word[0] == '?') {
+    // The word of "<?p?>" is all there is of it.
+    if (word.size() >= 2 && word.back() == '?') {
+      const int c = get();
+      if (c == '>') return true;
+      unget(c);
+    }
+    return getter().skip_PI();
+  }
   return skip_declaration();
 }
 
@@ -246,6 +254,8 @@ bool c_internal_dtd::read_entity_declaration() {
                      "Unexpected value in Entity definition: " + text);
     }
   }
+  // Both would be cut at a zero.
+  if (name.find('\0') != std::string::npos || text.find('\0') != std::string::npos) return false;
   if (is_parameter) {
     getter().add_parameter_entity(name.c_str(), text.c_str());
   } else {

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
+#include <new>
 #include <typeinfo>
 
+#include "lmx/internal/runs.h"
 #include "port/files.h"
 
 namespace lmx {
@@ -65,6 +68,8 @@ std::size_t c_read::read_block(const char** begin) {
 
 void c_read::give_back(std::size_t) {}
 
+bool c_read::read_whole(const char**, std::size_t*) { return false; }
+
 int c_read_memory::read() { return at_ == end_ ? -1 : static_cast<unsigned char>(*at_++); }
 
 void c_read_memory::rewind() { at_ = start_; }
@@ -81,6 +86,15 @@ std::size_t c_read_memory::read_block(const char** begin) {
 
 void c_read_memory::give_back(std::size_t count) {
   at_ -= std::min(count, static_cast<std::size_t>(at_ - start_));
+}
+
+bool c_read_memory::read_whole(const char** begin, std::size_t* size) {
+  if (at_ != start_ ||
+      (typeid(*this) != typeid(c_read_memory) && typeid(*this) != typeid(c_read_string))) {
+    return false;
+  }
+  *size = read_block(begin);
+  return true;
 }
 
 c_read_file::c_read_file(const char* path)
@@ -129,6 +143,25 @@ std::size_t c_read_file::read_block(const char** begin) {
   return size;
 }
 
+bool c_read_file::read_whole(const char** begin, std::size_t* size) {
+  std::uint64_t length = 0;
+  if (file_ == nullptr || buffer_ != nullptr || capacity_ != k_own_block ||
+      typeid(*this) != typeid(c_read_file) || !zol::port::regular_file_size(file_, &length) ||
+      length >= std::numeric_limits<std::size_t>::max()) {
+    return false;
+  }
+  // One byte more, so that a file that grows while it is read is noticed.
+  const auto whole = static_cast<std::size_t>(length);
+  buffer_.reset(new (std::nothrow) char[whole + 1]);
+  if (buffer_ == nullptr) return false;
+  capacity_ = whole + 1;
+  const bool is_all = refill() && count_ == whole;
+  index_ = is_all ? count_ : 0;
+  *begin = buffer_.get();
+  *size = count_;
+  return is_all;
+}
+
 void c_read_file::give_back(std::size_t count) { index_ -= std::min(count, index_); }
 
 void c_read_file::rewind() {
@@ -152,6 +185,8 @@ void c_get_as_utf8::error(elmx_error_type type, elmx_error code, const char* tex
 }
 
 bool c_get_as_utf8::fetch() {
+  line_ = get_line_num();
+  uncounted_ = {};
   const std::size_t size = source_->read_block(&at_);
   if (size == 0) {
     at_ = end_;
@@ -162,13 +197,39 @@ bool c_get_as_utf8::fetch() {
   return true;
 }
 
+bool c_get_as_utf8::peek_whole(std::string_view* bytes) {
+  if (encoding_ != k_unknown || line_ != 1 || at_ != end_ || bytes_fetched_ != 0 ||
+      !unget_.empty() || pending_at_ != nullptr || error_->is_fatal_errored()) {
+    return false;
+  }
+  std::size_t size = 0;
+  const char* begin = nullptr;
+  if (!source_->read_whole(&begin, &size)) return false;
+  at_ = begin;
+  end_ = begin + size;
+  bytes_fetched_ = size;
+  *bytes = {begin, size};
+  return true;
+}
+
+void c_get_as_utf8::take_whole(std::size_t size, int extra_lines) {
+  encoding_ = k_utf8;
+  is_plain_ = true;
+  uncounted_ = {at_, size};
+  take_window(at_ + size, extra_lines);
+}
+
+int c_get_as_utf8::count_lines(std::string_view text) {
+  return internal::count_line_ends(text.data(), text.data() + text.size());
+}
+
 int c_get_as_utf8::get() {
   int c = raw_get();
   if (c == '\n' && last_ == '\r') c = raw_get();
   last_ = c;
   if (c == '\r') c = '\n';
   if (c == '\n') ++line_;
-  is_plain_ = encoding_ == k_utf8 && pending_at_ == nullptr && unget_.empty();
+  is_plain_ = encoding_ == k_utf8 && pending_at_ == nullptr && unget_.empty() && !has_ended_;
   return c;
 }
 
@@ -180,6 +241,7 @@ int c_get_as_utf8::raw_get() {
     if (*pending_at_ == '\0') pending_at_ = nullptr;
     return c;
   }
+  if (has_ended_) return -1;
   const int byte = next_byte();
   return byte < 0 ? -1 : decode(byte);
 }
@@ -261,25 +323,26 @@ int c_get_as_utf8::detect(int byte) {
   return byte;
 }
 
-// `lead` begins a UTF-8 sequence, whose other bytes are taken unchecked but for the second.
+// `lead` begins a UTF-8 sequence, whose other bytes follow.
 int c_get_as_utf8::multi_byte(int lead) {
-  const int length = lead < 192   ? 1
-                     : lead < 224 ? 2
-                     : lead < 240 ? 3
-                     : lead < 248 ? 4
-                     : lead < 252 ? 5
-                                  : 6;
-  char sequence[8] = {static_cast<char>(lead)};
+  const int length = lead < 192 ? 1 : lead < 224 ? 2 : lead < 240 ? 3 : 4;
+  char sequence[5] = {static_cast<char>(lead)};
   for (int i = 1; i < length; ++i) {
     const int byte = next_byte();
-    if (byte < 0) return -1;
+    if ((byte & 0xC0) != 0x80) return end_for_good();  // the end of the source too
     sequence[i] = static_cast<char>(byte);
   }
+  if (!is_valid_utf8_char_sequence(sequence)) return end_for_good();
   if (std::strcmp(sequence, "\xC2\x85") == 0 || std::strcmp(sequence, "\xE2\x80\xA8") == 0) {
     return '\n';
   }
-  if (!is_valid_utf8_char_sequence(sequence)) return -1;
   return hand_over(sequence);
+}
+
+// Not every stage above stops at an end, so there must be nothing behind it.
+int c_get_as_utf8::end_for_good() {
+  has_ended_ = true;
+  return -1;
 }
 
 int c_get_as_utf8::code_point(int c) {
@@ -324,10 +387,13 @@ bool c_get_as_utf8::set_encoding(const char* name) {
 
 void c_get_as_utf8::rewind() {
   is_plain_ = false;
+  has_ended_ = false;
   encoding_ = k_unknown;
+  last_ = 0;
   unget_.clear();
   pending_at_ = nullptr;
   line_ = 1;
+  uncounted_ = {};
   source_->give_back(static_cast<std::size_t>(end_ - at_));
   at_ = end_;
   bytes_fetched_ = 0;

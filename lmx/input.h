@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "lmx/errors.h"
 #include "lmx/text.h"
@@ -35,6 +36,9 @@ class ZOL_API c_read {
   virtual std::size_t read_block(const char** begin);
   // Makes the last `count` bytes of the last block unread. The default keeps them read.
   virtual void give_back(std::size_t count);
+  // The same as read_block, but only if the block can be all that there is, from the beginning.
+  // The default cannot.
+  virtual bool read_whole(const char** begin, std::size_t* size);
 
  protected:
   c_read(const c_read&) = default;
@@ -57,6 +61,7 @@ class ZOL_API c_read_memory : public c_read {
   void rewind() override;
   std::size_t read_block(const char** begin) override;
   void give_back(std::size_t count) override;
+  bool read_whole(const char** begin, std::size_t* size) override;
 
  protected:
   c_read_memory() = default;
@@ -95,6 +100,8 @@ class ZOL_API c_read_file : public c_read {
   void rewind() override;
   std::size_t read_block(const char** begin) override;
   void give_back(std::size_t count) override;
+  // A regular file that was opened by its name is read, never mapped: others may cut it.
+  bool read_whole(const char** begin, std::size_t* size) override;
 
   void close();
   void leave_file_open_on_delete(bool leave_open) { close_on_delete_ = !leave_open; }
@@ -142,7 +149,8 @@ struct Window {
 // Turns bytes in any accepted encoding into UTF-8 with line feeds for line ends.
 //
 // The encoding is found from the first bytes and may be refined once by the XML declaration.
-// Ill-formed UTF-8 gives -1 without a report. After a fatal report get() gives -1 for good.
+// Ill-formed UTF-8 is the end of the input, without a report and for good, until rewind(). After a
+// fatal report get() gives -1 as well.
 class ZOL_API c_get_as_utf8 {
  public:
   // Borrows both, for its whole life.
@@ -161,7 +169,9 @@ class ZOL_API c_get_as_utf8 {
   // False, after a fatal report of 6 for an unknown name or of 15 for one that does not agree with
   // the bytes seen. Names are compared without regard to case.
   bool set_encoding(const char* name);
-  int get_line_num() const { return line_; }
+  int get_line_num() const {
+    return uncounted_.empty() ? line_ : line_ + count_lines(uncounted_);
+  }
   const char* get_source_id() const { return source_->get_source_id(); }
   void rewind();
 
@@ -189,6 +199,12 @@ class ZOL_API c_get_as_utf8 {
     line_ += lines;
     last_ = 0;
   }
+  // The whole source as one window, before the first character was asked for. False, with nothing
+  // changed, if there is no such window.
+  bool peek_whole(std::string_view* bytes);
+  // Takes so many bytes of it, UTF-8 with or without a mark. Line ends are counted when somebody asks,
+  // and `extra_lines` with them.
+  void take_whole(std::size_t size, int extra_lines);
   // Bytes of the source that were read and not pushed back.
   std::uint64_t bytes_read() const {
     return bytes_fetched_ - static_cast<std::uint64_t>(end_ - at_ + unget_.size());
@@ -209,6 +225,7 @@ class ZOL_API c_get_as_utf8 {
     k_ucs2_le = 6
   };
 
+  static int count_lines(std::string_view text);
   bool fetch();
   int next_byte() {
     if (at_ == end_ && !fetch()) return -1;
@@ -221,21 +238,24 @@ class ZOL_API c_get_as_utf8 {
   int multi_byte(int lead);
   int code_point(int c);
   int refuse();
+  int end_for_good();
   int hand_over(const char* sequence);
 
   c_read* source_;
   c_error* error_;
   c_getter_error_binder binder_;
-  bool is_plain_ = false;  // found anew with each character
+  bool is_plain_ = false;   // found anew with each character
+  bool has_ended_ = false;  // in the middle of the source
   int encoding_ = k_unknown;
   int last_ = 0;
   c_unget_buffer unget_;
-  char pending_[8] = {};              // a sequence of six bytes at most, and a zero
+  char pending_[5] = {};              // a sequence and a zero
   const char* pending_at_ = nullptr;  // into pending_, never at its zero
   int line_ = 1;
   const char* at_ = nullptr;  // the rest of the current block
   const char* end_ = nullptr;
   std::uint64_t bytes_fetched_ = 0;
+  std::string_view uncounted_;  // text in the current block whose line ends are not in line_ yet
 };
 
 }  // namespace lmx

@@ -202,6 +202,12 @@ class ZOL_API c_cracked_name {
     }
   }
 
+  // For a name whose namespace id was found elsewhere.
+  void set_parts(std::string_view name, int ns_id) {
+    split(nullptr, name, name.find(':') + 1);
+    ns_id_ = ns_id;
+  }
+
   const std::string& get_full_name() const { return text_of(&full_name_, full_view()); }
   const std::string& get_local_name() const { return text_of(&local_name_, local_view()); }
   const std::string& get_ns_prefix() const {

@@ -1,8 +1,9 @@
 // The pattern facet: regular expressions of XML Schema, which match the whole text. Compiling and
-// matching are libxml2's.
+// matching are libxml2's, but what it has to say about a pattern or a text is heard by nobody.
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "port/export.h"
 
@@ -45,4 +46,12 @@ class ZOL_API c_pattern_null {
   bool is_match(const std::string&) const { return true; }
 };
 
+namespace internal {
+
+// Does a text in UTF-8 match ".+T.+(Z|[+\-].+)"? The answer is that of c_pattern in one pass, where
+// the engine takes quadratic time. Where the engine fails, at what is no character of XML, nothing
+// matches.
+ZOL_API bool is_zoned_text(std::string_view text);
+
+}  // namespace internal
 }  // namespace lmx

@@ -54,14 +54,11 @@ std::string_view c_string_stack::top() const {
 // --- Events -----------------------------------------------------------------------------------
 
 void c_xml_reader::get_element_event(const s_event_map* map, elmx_error* error, std::string* name) {
-  store_plain_parts();
   current_local_->clear();
   current_event_ = get_element_name(current_local_, name);
   switch (current_event_) {
     case elxp_name:
-      plain_.ns_id = -1;
       cracked_name_.split(current_local_, *name, local_at());
-      plain_prefix_.set(cracked_name_.full_view().substr(0, local_at()));
       if (map != nullptr) tokenise(map, elxp_element);
       break;
     case elxp_end_of_input:
@@ -72,18 +69,6 @@ void c_xml_reader::get_element_event(const s_event_map* map, elmx_error* error, 
       break;
     default:
       break;
-  }
-}
-
-void c_xml_reader::store_plain_parts() {
-  const auto store = [](std::string* out, std::string_view part) {
-    if (part.data() != nullptr) internal::store(out, part.data(), part.size());
-  };
-  store(&name, std::exchange(plain_.name, {}));
-  store(&value, std::exchange(plain_.value, {}));
-  const std::string_view cracked = std::exchange(plain_.cracked, {});
-  if (cracked.data() != nullptr) {
-    cracked_name_.split(current_local_, cracked, plain_.cracked_local_at);
   }
 }
 
@@ -245,7 +230,6 @@ elmx_error c_xml_reader::handle_error(elmx_error code, const std::string& item, 
                                       int line) {
   handled_error_ = code;
   error_item_name_ = item;
-  store_plain_parts();
   handled_error_ = user_handle_error(code, item, file, line);
   return handled_error_;
 }
@@ -277,6 +261,21 @@ void c_xml_reader::set_ns_map(const s_ns_map* map) {
 
 void c_xml_reader::add_namespace_mapping(const std::string& prefix, const std::string& uri) {
   namespace_mappings_.emplace_back(prefix, uri);
+}
+
+bool c_xml_reader::peek_document(std::string_view* bytes) {
+  return namespace_mappings_.empty() && current_local_->mappings() == nullptr &&
+         open_elements_ == 0 && element_names_.get_stack_size() == 0 && peek_whole(bytes);
+}
+
+void c_xml_reader::take_document(const internal::WholeDocument& document) {
+  for (const std::string& uri : *document.declared) add_namespace(uri.c_str());
+  take_whole(document.size, document.extra_lines, document.mode);
+  name.assign(document.name);
+  value.assign(document.value);
+  attribute_name.clear();
+  cracked_name_.set_parts(document.last_name, document.last_name_ns_id);
+  current_event_ = elxp_end_tag;
 }
 
 void internal::ElementDepthGuard::report() {

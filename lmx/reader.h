@@ -17,7 +17,6 @@
 #include "lmx/facets.h"
 #include "lmx/input.h"
 #include "lmx/internal/byte_buffer.h"
-#include "lmx/internal/plain_element.h"
 #include "lmx/internal/pool.h"
 #include "lmx/names.h"
 #include "lmx/tokeniser.h"
@@ -111,7 +110,18 @@ struct ReaderErrors {
 };
 
 class ElementDepthGuard;
-class PlainRoad;
+
+// What reading a whole document through events would leave in a reader.
+struct WholeDocument {
+  std::size_t size;         // in bytes of the source, up to behind the root's end tag
+  int extra_lines;          // line ends in them that the reader counts twice
+  std::string_view name;    // of the root
+  std::string_view value;   // the last that was read, in this mode
+  elmx_whitespace mode;
+  std::string_view last_name;  // of an element or attribute, with the id of its namespace
+  int last_name_ns_id;
+  const std::vector<std::string>* declared;  // the URIs that the document declares, in its order
+};
 
 }  // namespace internal
 
@@ -170,6 +180,8 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   const std::string& get_full_name() const { return cracked_name_.get_full_name(); }
   const std::string& get_local_name() const { return cracked_name_.get_local_name(); }
   using c_xml::get_local_name;
+  // The same in place, good until the next name is read.
+  std::string_view get_local_view() const { return cracked_name_.local_view(); }
   int get_ns_id() const { return cracked_name_.get_ns_id(); }
   int get_element_ns_id() const { return cracked_name_.get_element_ns_id(); }
   bool get_has_ns_prefix() const { return cracked_name_.get_has_ns_prefix(); }
@@ -207,6 +219,11 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   void set_reader_local(c_xml_reader_local* local) { current_local_ = local; }
   // Memory for what is made of the document; it may outlive the reader.
   internal::Pool& pool() { return pool_; }
+  // The bytes of the document, if nothing was read or set yet that has a bearing on it and the
+  // source has them all at hand. Good until the next event is asked for; nothing counts as read.
+  bool peek_document(std::string_view* bytes);
+  // Takes a document that was read without events.
+  void take_document(const internal::WholeDocument& document);
 
   // Work strings of the reading code; one set serves the whole document.
   std::string name;
@@ -215,11 +232,7 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
 
  private:
   friend class internal::ElementDepthGuard;
-  friend class internal::PlainRoad;
-
   bool is_known_element() const;
-  // Stores what was read on the short road where reading through events would have.
-  void store_plain_parts();
 
   c_xml_reader_local* current_local_;
   c_xml_reader_local root_local_;
@@ -231,8 +244,6 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   std::vector<std::pair<std::string, std::string>> namespace_mappings_;
   const s_known_elements* known_elements_ = nullptr;
   int open_elements_ = 0;
-  internal::PlainPrefix plain_prefix_;
-  internal::PlainState plain_;
   internal::Pool pool_;
 };
 

@@ -513,7 +513,7 @@ bool c_xml::read_attribute(c_xml_local* scope, int c) {
   for (std::size_t i = 0; i < matched; ++i) attributes_.push_back(k_xmlns[i]);
   for (; is_name_char(c); c = get()) attributes_.push_back(static_cast<char>(c));
   unget(c);
-  attributes_.push_back('\0');
+  attributes_.end_string();
   return read_value(&attributes_);
 }
 
@@ -523,31 +523,39 @@ bool c_xml::read_namespace_declaration(c_xml_local* scope, int c) {
   const std::size_t prefix_at = ns_attributes_.size() + (c == ':' ? 1 : 0);
   for (; is_name_char(c); c = get()) ns_attributes_.push_back(static_cast<char>(c));
   unget(c);
-  ns_attributes_.push_back('\0');
+  ns_attributes_.end_string();
+  const std::string prefix(ns_attributes_.last_from(prefix_at));
   const std::size_t value_at = ns_attributes_.size() + 1;  // after the quote
   if (!read_value(&ns_attributes_)) return false;
 
-  const char* const prefix = ns_attributes_.c_str_at(prefix_at);
-  const char* const value = ns_attributes_.c_str_at(value_at);
-  const bool undeclares = *prefix == '\0' && *value == '\0';
-  scope->add_namespace(prefix, undeclares ? k_ns_none : enumerate_uri(value));
+  std::string uri(ns_attributes_.last_from(value_at));
+  int id = k_ns_none;
+  if (!prefix.empty() || !uri.empty()) {
+    if (uri.find('&') != std::string::npos) uri = expand_uri(uri);
+    // Cut at the zero it would be another namespace.
+    if (uri.find('\0') != std::string::npos) {
+      getter_.error(elmx_error_level, elmx_bad_attribute_value, "Zero in a namespace name");
+      return false;
+    }
+    id = namespaces_.add_namespace(uri.c_str());
+  }
+  scope->add_namespace(prefix.c_str(), id);
   return true;
 }
 
-int c_xml::enumerate_uri(const char* value) {
-  if (std::strchr(value, '&') == nullptr) return namespaces_.add_namespace(value);
+std::string c_xml::expand_uri(const std::string& uri) {
   std::string expanded;
-  for (std::size_t i = 0; value[i] != '\0';) {
-    const char c = value[i++];
+  for (std::size_t i = 0; i < uri.size();) {
+    const char c = uri[i++];
     if (c == '&') {
       // An unknown name stays in the text as it was written.
-      c_entity_name_reader_for_c_str reader(value, &i);
+      c_entity_name_reader_for_c_str reader(uri.c_str(), &i);
       expand_reference(reader, &expanded);
     } else {
       expanded.push_back(c);
     }
   }
-  return namespaces_.add_namespace(expanded.c_str());
+  return expanded;
 }
 
 bool c_xml::read_value(internal::AttributeList* out) {
@@ -563,7 +571,7 @@ bool c_xml::read_value(internal::AttributeList* out) {
     out->push_back(static_cast<char>(quote));
     for (c = get(); c >= 0 && c != quote; c = get()) out->push_back(static_cast<char>(c));
     if (c == quote) {
-      out->push_back('\0');
+      out->end_string();
       return true;
     }
   }
@@ -624,7 +632,7 @@ bool c_xml::get_attribute_value(std::string* value, elmx_whitespace mode) {
     rest = attributes_.rest();
   }
   attributes_.next();
-  return is_good;
+  return is_good && value->find('\0') == std::string::npos;
 }
 
 bool c_xml::skip_attribute_value() {

@@ -7,7 +7,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "lmx/entities.h"
 #include "lmx/input.h"
@@ -105,7 +107,7 @@ class ZOL_API c_xml {
   // The next attribute (7), after which its value must be read or skipped, or the end of the tag
   // (4, 6) or an error (3).
   elxp_xml_event get_attribute_name(std::string* name, bool ends_with_question_mark);
-  // False if a reference failed; the value is passed all the same.
+  // False if a reference failed or the value holds a zero; it is passed all the same.
   bool get_attribute_value(std::string* value, elmx_whitespace mode);
   bool skip_attribute_value();
 
@@ -128,9 +130,15 @@ class ZOL_API c_xml {
   bool skip_rest_of_empty_element(const std::string& name);
   bool skip_element_body(const std::string& name);
 
-  // Copies the element whose start tag was the last event back into text.
+  // Copies the element whose start tag was the last event back into text, without comments and
+  // instructions. Expanded references leave well-formed text: what they stand for is escaped again
+  // where it would be markup. False if a reference or a tag can't be read.
   bool get_any_element(const std::string& name, std::string* value, elmx_whitespace mode,
                        bool expand_entities);
+  // The same as text that means the same anywhere: white space is preserved, references are
+  // expanded, and the first tag gets the declarations of `scope` that the element uses and does not
+  // have.
+  bool get_any_element(const c_xml_local& scope, const std::string& name, std::string* value);
   // Copies content back into text, up to an end tag whose name goes to *end_name.
   bool get_nested_element_value(std::string* value, std::string* end_name, elmx_whitespace mode,
                                 bool expand_entities);
@@ -139,6 +147,8 @@ class ZOL_API c_xml {
   void rewind();
 
   int get_line_num() const { return getter_.get_line_num(); }
+  // Bytes of the source that were read and not pushed back.
+  std::uint64_t bytes_read() const { return getter_.bytes_read(); }
   const char* get_source_id() const { return getter_.get_source_id(); }
   static bool is_error_event(int event) { return event == elxp_error_2 || event == elxp_error; }
 
@@ -164,16 +174,18 @@ class ZOL_API c_xml {
   // The rest of a start tag without attributes to come, a text that is stored as it stands and the
   // end tag, if they stand whole in the window. Otherwise false, with nothing taken or stored.
   bool take_simple_value(const std::string& name, elmx_whitespace mode, std::string* value);
-  // Takes the window up to the ">" of a start tag that was found to have no attributes.
-  void open_plain_tag(const char* tag_end, int lines) {
-    attributes_.clear();
-    ns_attributes_.clear();
+  // The whole document, while nothing of it was read; see c_xml_reader::peek_document.
+  bool peek_whole(std::string_view* bytes) {
+    return !content_begun_ && !dtd_read_ && getter_.peek_whole(bytes);
+  }
+  void take_whole(std::size_t size, int extra_lines, elmx_whitespace mode) {
     content_begun_ = true;
-    getter_.take_window(tag_end, lines);
+    getter_.set_ws_mode(mode);
+    getter_.take_whole(size, extra_lines);
   }
 
  private:
-  enum class NestedToken { text, start_tag, end_tag, error };
+  class Copy;  // copies elements and content
 
   int get() { return getter_.get(); }
   void unget(int value) { getter_.unget(value); }
@@ -199,15 +211,11 @@ class ZOL_API c_xml {
   bool read_value(internal::AttributeList* out);
   bool report_value(const char* before, int c, const char* after);
   bool read_namespace_declaration(c_xml_local* scope, int c);
-  int enumerate_uri(const char* value);
+  std::string expand_uri(const std::string& uri);
 
   bool expand_reference(c_entity_name_reader& reader, std::string* out);
   bool expand_in_content(std::string* out);
   bool expand_entity_text(const char* text, std::string* out);
-
-  NestedToken next_nested_token(std::string* text, std::string* name, bool expand_entities);
-  bool copy_start_tag(const std::string& name, std::string* out, bool* empty);
-  bool copy_element(const std::string& name, std::string* out, bool expand_entities);
 
   c_get_for_xml getter_;
   std::string entity_name_;

@@ -77,6 +77,17 @@ std::FILE* open_file(const std::wstring& path, const char* mode) {
 
 std::FILE* open_file(const char* path, const char* mode) { return std::fopen(path, mode); }
 
+bool regular_file_size(std::FILE* file, std::uint64_t* size) {
+  return regular_file_size(_fileno(file), size);
+}
+
+bool regular_file_size(FileHandle file, std::uint64_t* size) {
+  struct _stat64 state;
+  if (_fstat64(file, &state) != 0 || (state.st_mode & _S_IFREG) == 0) return false;
+  *size = static_cast<std::uint64_t>(state.st_size);
+  return true;
+}
+
 bool remove_file(const std::wstring& path) {
   return is_usable(path) && _wremove(path.c_str()) == 0;
 }
@@ -237,6 +248,17 @@ std::FILE* open_file(const char* path, const char* mode) {
   std::FILE* file = ::fdopen(descriptor, mode);
   if (file == nullptr) abandon(descriptor);
   return file;
+}
+
+bool regular_file_size(std::FILE* file, std::uint64_t* size) {
+  return regular_file_size(::fileno(file), size);
+}
+
+bool regular_file_size(FileHandle file, std::uint64_t* size) {
+  struct stat state;
+  if (::fstat(file, &state) != 0 || !S_ISREG(state.st_mode)) return false;
+  *size = static_cast<std::uint64_t>(state.st_size);
+  return true;
 }
 
 bool remove_file(const std::wstring& path) {

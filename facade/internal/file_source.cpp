@@ -1,6 +1,8 @@
 #include "facade/internal/file_source.h"
 
 #include <cerrno>
+#include <limits>
+#include <new>
 
 namespace zol_v2::internal {
 
@@ -13,9 +15,7 @@ constexpr std::size_t k_block_size = 1 << 16;
 }  // namespace
 
 FileSource::FileSource(const std::wstring& path, std::uint64_t limit)
-    : file_(port::k_no_file), left_(limit), limit_(limit), block_(new char[k_block_size]) {
-  file_ = port::open_handle(path, {});
-}
+    : file_(port::open_handle(path, {})), left_(limit), limit_(limit), capacity_(k_block_size) {}
 
 FileSource::~FileSource() {
   if (is_open()) port::close_handle(file_);
@@ -23,9 +23,10 @@ FileSource::~FileSource() {
 
 bool FileSource::fill() {
   if (!is_open() || !is_whole()) return false;
+  if (block_ == nullptr) block_.reset(new char[capacity_]);
   at_ = 0;
-  end_ = port::read_handle(file_, block_.get(), k_block_size);
-  if (end_ < k_block_size) error_ = errno;
+  end_ = port::read_handle(file_, block_.get(), capacity_);
+  if (end_ < capacity_) error_ = errno;
   if (end_ > left_) {
     is_too_large_ = true;
     end_ = static_cast<std::size_t>(left_);
@@ -45,6 +46,24 @@ std::size_t FileSource::read_block(const char** begin) {
   const std::size_t size = end_ - at_;
   at_ = end_;
   return size;
+}
+
+bool FileSource::read_whole(const char** begin, std::size_t* size) {
+  std::uint64_t length = 0;
+  if (block_ != nullptr || !is_open() || !port::regular_file_size(file_, &length) ||
+      length > left_ || length >= std::numeric_limits<std::size_t>::max()) {
+    return false;
+  }
+  // One byte more, so that a file that grows while it is read is noticed.
+  const auto whole = static_cast<std::size_t>(length);
+  block_.reset(new (std::nothrow) char[whole + 1]);
+  if (block_ == nullptr) return false;
+  capacity_ = whole + 1;
+  const bool is_all = fill() && is_whole() && end_ == whole;
+  if (is_all) at_ = end_;
+  *begin = block_.get();
+  *size = end_;
+  return is_all;
 }
 
 void FileSource::rewind() {

@@ -20,6 +20,7 @@ class FileSource : public lmx::c_read {
   int read() override;
   std::size_t read_block(const char** begin) override;
   void give_back(std::size_t count) override { at_ -= count; }
+  bool read_whole(const char** begin, std::size_t* size) override;
   // To the start of a file that can be read twice.
   void rewind() override;
 
@@ -34,7 +35,8 @@ class FileSource : public lmx::c_read {
   zol::port::FileHandle file_;
   std::uint64_t left_;  // of the limit
   const std::uint64_t limit_;
-  std::unique_ptr<char[]> block_;
+  std::size_t capacity_;
+  std::unique_ptr<char[]> block_;  // made by the first read
   std::size_t at_ = 0;
   std::size_t end_ = 0;
   int error_ = 0;

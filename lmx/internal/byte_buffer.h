@@ -125,8 +125,8 @@ class ByteBuffer {
 };
 
 // The attributes of one start tag: name, value, name, value and so on, up to an empty name. A value
-// begins with the quote that delimited it and holds its source text. Each string ends with a zero;
-// a zero byte in the document ends one too, and so shifts every later entry.
+// begins with the quote that delimited it and holds its source text, in which a zero is a byte like
+// others. A zero stands behind each string too.
 class AttributeList {
  public:
   AttributeList() : bytes_(150) {}
@@ -137,16 +137,15 @@ class AttributeList {
     ends_.clear();
     rewind();
   }
-  // One character of the string at the end of the list, or the zero that ends it.
-  void push_back(char c) {
-    if (c == '\0') {
-      const std::size_t begin = ends_.empty() ? 0 : ends_.back().end + 1;
-      const std::string_view text(bytes_.data() + begin, bytes_.size() - begin);
-      ends_.push_back({bytes_.size(), text.find(':') + 1});
-    }
-    bytes_.push_back(c);
+  // One character of the string at the end of the list.
+  void push_back(char c) { bytes_.push_back(c); }
+  void end_string() {
+    const std::size_t begin = ends_.empty() ? 0 : ends_.back().end + 1;
+    const std::string_view text(bytes_.data() + begin, bytes_.size() - begin);
+    ends_.push_back({bytes_.size(), text.find(':') + 1});
+    bytes_.push_back('\0');
   }
-  // A name and a value that hold no zero; `local_at` is one past the first colon of the name, 0 if
+  // A name and a value; `local_at` is one past the first colon of the name, 0 if
   // there is none.
   void append(std::string_view name, std::size_t local_at, std::string_view value) {
     char* const to = bytes_.extend(name.size() + value.size() + 2);
@@ -159,8 +158,10 @@ class AttributeList {
     ends_.push_back({bytes_.size() - 1, 0});
   }
   std::size_t size() const { return bytes_.size(); }
-  // The text from an offset up to the next zero.
-  const char* c_str_at(std::size_t offset) const { return bytes_.data() + offset; }
+  // The text from an offset in the last string to its end.
+  std::string_view last_from(std::size_t offset) const {
+    return {bytes_.data() + offset, ends_.back().end - offset};
+  }
 
   // --- Reading ---
   void rewind() {

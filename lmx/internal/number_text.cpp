@@ -238,6 +238,29 @@ char* format_number(double value, char* out) {
 
 }  // namespace
 
+const char* read_plain_double(const char* at, const char* end, double* value) {
+  const bool is_negative = at != end && *at == '-';
+  if (is_negative) ++at;
+  std::uint64_t digits = 0;
+  const char* const integer = at;
+  while (at != end && is_digit(*at)) digits = digits * 10 + static_cast<unsigned char>(*at++ - '0');
+  std::ptrdiff_t count = at - integer;
+  std::ptrdiff_t decimals = 0;
+  if (at != end && *at == '.') {
+    const char* const fraction = ++at;
+    while (at != end && is_digit(*at)) {
+      digits = digits * 10 + static_cast<unsigned char>(*at++ - '0');
+    }
+    decimals = at - fraction;
+    count += decimals;
+  }
+  // Fifteen digits are less than 2^53, and so exact, as is the power of ten.
+  if (count == 0 || count > 15) return nullptr;
+  const double magnitude = static_cast<double>(digits) / k_powers_of_ten[decimals];
+  *value = is_negative ? -magnitude : magnitude;
+  return at;
+}
+
 bool read_double(std::string_view text, double* value) {
   const char* next = text.data();
   const char* end = next + text.size();

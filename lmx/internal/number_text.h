@@ -15,6 +15,10 @@ inline constexpr std::size_t k_number_room = 32;
 // Otherwise the nearest double; beyond the range it is zero or infinity with the text's sign.
 bool read_double(std::string_view text, double* value);
 
+// The end of a number in plain digits at `at`, with at most one point and a sign before it, whose
+// nearest double needs no more than one exact step; null for any other, with *value as it was.
+const char* read_plain_double(const char* at, const char* end, double* value);
+
 // Write what a stream with default flags, the classic locale and a precision of 14 (`float`: 7)
 // would, except for NaN, INF, -INF, 0.0 and -0.0. `out` has room for k_number_room bytes. The
 // result is the end of the text; there is no terminating zero.

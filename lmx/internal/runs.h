@@ -40,6 +40,98 @@ inline int plain_sequence_length(const char* p, const char* end) {
   }
 }
 
+// The end of a run of ASCII without control characters, up to a stop: "<" or "&". Of white space
+// only the blank passes, so that no mode but the collapsing one has anything to do.
+inline const char* pass_plain_ascii(const char* p, const char* end) {
+#if ZOL_LANES
+  for (; end - p >= Lanes::k_size; p += Lanes::k_size) {
+    const unsigned stop = Lanes(p).is_unusual_or('<', '&');
+    if (stop != 0) return p + lowest_bit(stop);
+  }
+#else
+  for (; end - p >= 8; p += 8) {
+    const std::uint64_t word = load_word(p);
+    const std::uint64_t stop = (word & k_highs) | flag_below(word, ' ') | flag_equal(word, '<') |
+                               flag_equal(word, '&');
+    if (stop != 0) return p + lowest_byte(stop);
+  }
+#endif
+  while (p != end && byte_at(p) >= ' ' && byte_at(p) < 0x80 && *p != '<' && *p != '&') ++p;
+  return p;
+}
+
+// The same in an attribute, up to a double quote or "&".
+inline const char* pass_plain_value(const char* p, const char* end) {
+#if ZOL_LANES
+  for (; end - p >= Lanes::k_size; p += Lanes::k_size) {
+    const unsigned stop = Lanes(p).is_unusual_or('"', '&');
+    if (stop != 0) return p + lowest_bit(stop);
+  }
+#endif
+  while (p != end && byte_at(p) >= ' ' && byte_at(p) < 0x80 && *p != '"' && *p != '&') ++p;
+  return p;
+}
+
+// Text with well-formed sequences that need no look of their own.
+inline const char* pass_plain_run(const char* p, const char* end) {
+  while (true) {
+    p = pass_plain_ascii(p, end);
+    if (p == end) return p;
+    const int length = plain_sequence_length(p, end);
+    if (length == 0) return p;
+    p += length;
+  }
+}
+
+// Is there neither a zero nor anything that is no such sequence?
+inline bool is_plain_utf8(const char* p, const char* end) {
+  while (p != end) {
+    if (end - p >= 8) {
+      const std::uint64_t word = load_word(p);
+      if (((word & k_highs) | flag_equal(word, 0)) == 0) {
+        p += 8;
+        continue;
+      }
+    }
+    if (*p == '\0') return false;
+    const int length = byte_at(p) < 0x80 ? 1 : plain_sequence_length(p, end);
+    if (length == 0) return false;
+    p += length;
+  }
+  return true;
+}
+
+// Line feeds, and carriage returns that are not followed by one.
+inline int count_line_ends(const char* p, const char* end) {
+  int lines = 0;
+#if ZOL_LANES
+  while (end - p > Lanes::k_size) {
+    // The byte behind a block is looked at as well, since a pair may be cut.
+    Tally tally;
+    for (int i = 0; i < Tally::k_most && end - p > Lanes::k_size; ++i, p += Lanes::k_size) {
+      tally.add(Lanes(p).line_ends(Lanes(p + 1)));
+    }
+    lines += tally.sum();
+  }
+#endif
+  for (; p != end; ++p) {
+    if (*p == '\n' || (*p == '\r' && (p + 1 == end || p[1] != '\n'))) ++lines;
+  }
+  return lines;
+}
+
+// Passes line feeds, tabs and blanks, as most lines begin.
+inline const char* pass_indentation(const char* p, const char* end) {
+#if ZOL_LANES
+  for (; end - p >= Lanes::k_size; p += Lanes::k_size) {
+    const unsigned others = Lanes(p).is_space_or_tab_or_line_feed() ^ 0xFFFF;
+    if (others != 0) return p + lowest_bit(others);
+  }
+#endif
+  while (p != end && (*p == '\t' || *p == '\n' || *p == ' ')) ++p;
+  return p;
+}
+
 // Passes the bytes that are in none of the classes of `stop`.
 inline const char* pass_plain(const char* p, const char* end, unsigned stop) {
   while (p != end && !has_mask(*p, stop)) ++p;

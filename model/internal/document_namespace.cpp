@@ -1,5 +1,8 @@
 #include "model/internal/document_namespace.h"
 
+#include "lmx/names.h"
+#include "model/internal/walkers.h"
+
 namespace zol_v2::internal {
 
 const lmx::s_ns_map* document_ns_map() {

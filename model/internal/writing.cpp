@@ -1,11 +1,12 @@
-#include "model/internal/writing.h"
+#include "model/internal/walkers.h"
 
-#include <cstdio>
-#include <fstream>
+#include <string_view>
 
 #include "lmx/internal/lexical.h"
-#include "lmx/internal/string_sink.h"
+#include "lmx/internal/write_block.h"
+#include "lmx/writer.h"
 #include "model/internal/document_namespace.h"
+#include "model/internal/object.h"
 
 namespace zol_v2::internal {
 
@@ -13,144 +14,232 @@ using lmx::c_xml_writer;
 using lmx::elmx_error;
 using lmx::internal::WriteBlock;
 
-void write_value(WriteBlock& block, const std::wstring& value) { block.append_escaped(value); }
-void write_value(WriteBlock& block, double value) { block.append_number(value); }
-void write_value(WriteBlock& block, bool value) { block.append_bool(value); }
-void write_value(WriteBlock& block, int value) { block.append_integer(value); }
-void write_value(WriteBlock& block, unsigned value) { block.append_integer(value); }
-void write_value(WriteBlock& block, unsigned char value) { block.append_integer(value); }
+namespace {
 
-void write_value(WriteBlock& block, const lmx::c_datetime& value) {
-  char text[lmx::internal::k_max_datetime_text];
-  const char* end = lmx::internal::format_datetime(value, text);
-  block.append(std::string_view(text, static_cast<std::size_t>(end - text)));
+template <class T>
+const T& at(const void* field) {
+  return *static_cast<const T*>(field);
 }
 
-void write_value(WriteBlock& block, const lmx::c_binary& value) {
-  std::string text;
-  lmx::internal::append_base64(&text, value);
-  block.append(std::string_view(text));
-}
-
-void BodyWriter::open(std::string_view name) {
-  writer_.begin_line();
-  WriteBlock& block = writer_.block();
+void open_tag(WriteBlock& block, std::string_view tag) {
   block.append('<');
-  block.append(name);
-  block.append('>');
+  block.append(tag);
 }
 
-void BodyWriter::close(std::string_view name) {
-  WriteBlock& block = writer_.block();
+void close_tag(WriteBlock& block, std::string_view tag) {
   block.append(std::string_view("</"));
-  block.append(name);
+  block.append(tag);
   block.append('>');
-  writer_.end_line();
 }
 
-void BodyWriter::mark(std::string_view name) {
-  if (error_ != lmx::elmx_ok) return;
-  writer_.begin_line();
-  WriteBlock& block = writer_.block();
-  block.append('<');
-  block.append(name);
-  block.append(std::string_view("/>"));
-  writer_.end_line();
+std::string_view tag_of(const Row& row) { return {row.tag, row.name_length + std::size_t{4}}; }
+
+// What `field` of write_value is for a row with a field of its own.
+const void* value_of(const Object& self, const Row& row) {
+  if (row.kind == Kind::text && !row.is_in_place()) {
+    return &text_of(row.field<std::wstring*>(self));
+  }
+  if (row.kind == Kind::enumerated) return &text_of(row.field<const std::wstring*>(self));
+  return &row.field<char>(self);
 }
 
-void BodyWriter::foreign(const List<AnyElement>& list) {
-  if (error_ != lmx::elmx_ok) return;
-  for (unsigned i = 0; i < list.size(); ++i) {
-    writer_.begin_line();
-    writer_.block().append(std::string_view(list.at(i).text));
-    writer_.end_line();
+const void* value_of(const Slot& slot, Kind kind) {
+  switch (kind) {
+    case Kind::text:
+    case Kind::enumerated:
+      return kind == Kind::text ? slot.text : slot.enumerated;
+    case Kind::real:
+      return &slot.real;
+    case Kind::int32:
+      return &slot.int32;
+    default:
+      return &slot.uint32;
   }
 }
 
-namespace {
+void write_simple(c_xml_writer& writer, const Row& row, const void* field) {
+  writer.begin_line();
+  WriteBlock& block = writer.block();
+  open_tag(block, tag_of(row));
+  block.append('>');
+  write_value(block, row, field);
+  close_tag(block, tag_of(row));
+  writer.end_line();
+}
 
-void write_type(c_xml_writer& writer, const char* type_name, const char* identity) {
-  const char* expected = writer.get_expected_class_identity();
-  if (expected == nullptr || expected == identity) return;
+void write_foreign(c_xml_writer& writer, const PointerList& list) {
+  for (const void* const entry : list) {
+    writer.begin_line();
+    writer.block().append(std::string_view(static_cast<const AnyElement*>(entry)->text));
+    writer.end_line();
+  }
+}
+
+elmx_error write_list(c_xml_writer& writer, const Row& row, const PointerList& list) {
+  for (const void* const entry : list) {
+    if (row.is_simple()) {
+      write_simple(writer, row, entry);
+    } else if (const elmx_error error = write_element(*static_cast<const Object*>(entry), *row.type,
+                                                      writer, row.tag)) {
+      return error;
+    }
+  }
+  return lmx::elmx_ok;
+}
+
+elmx_error write_row(const Object& self, c_xml_writer& writer, const Row& row) {
+  if (row.kind == Kind::foreign) {
+    write_foreign(writer, row.field<PointerList>(self));
+    return lmx::elmx_ok;
+  }
+  if (row.is_list) return write_list(writer, row, row.field<PointerList>(self));
+  if (row.kind == Kind::mark) {
+    writer.begin_line();
+    open_tag(writer.block(), tag_of(row));
+    writer.block().append(std::string_view("/>"));
+    writer.end_line();
+    return lmx::elmx_ok;
+  }
+  if (!row.is_required && !Head::has(self, row.bit)) return lmx::elmx_ok;
+  if (row.is_simple()) {
+    write_simple(writer, row, value_of(self, row));
+    return lmx::elmx_ok;
+  }
+  const Object* const child =
+      row.is_in_place() ? &row.field<Object>(self) : row.field<Object*>(self);
+  return write_element(child != nullptr ? *child : row.type->empty(), *row.type, writer, row.tag);
+}
+
+elmx_error write_rows(const Object& self, const Class& type, c_xml_writer& writer) {
+  if (type.base != nullptr) {
+    if (const elmx_error error = write_rows(self, *type.base, writer)) return error;
+  }
+  for (const Row& row : type.elements()) {
+    if (const elmx_error error = write_row(self, writer, row)) return error;
+  }
+  return lmx::elmx_ok;
+}
+
+// 7 goes through the writer's handler: a choice that cannot be written.
+elmx_error write_alternative(const Object& self, const Class& type, c_xml_writer& writer) {
+  const Rows rows = type.alternatives();
+  const int chosen = Head::chosen(self);
+  if (chosen < 0 || chosen >= rows.last - rows.first) {
+    const std::string item = type.shape == Shape::choice   ? std::string("Zol:") + type.name
+                             : type.shape == Shape::holder ? type.name
+                                                           : "";
+    return writer.handle_error(lmx::elmx_bad_choice, item, k_model_source, rows.first->line);
+  }
+  const Row& row = rows.first[chosen];
+  const Slot& slot = row.field<Slot>(self);
+  if (row.kind != Kind::object) {
+    write_simple(writer, row, value_of(slot, row.kind));
+    return lmx::elmx_ok;
+  }
+  if (type.shape != Shape::holder) return write_element(*slot.object, *row.type, writer, row.tag);
+  if (slot.object == nullptr) return lmx::elmx_type_not_set;
+  // Where a derived type may stand, the member has to say so.
+  if (row.named_type != NamedType::no) writer.set_expected_class_identity(*row.type->identity);
+  return type.family->marshal(*slot.object, writer, row.tag);
+}
+
+void write_type(const Class& type, c_xml_writer& writer) {
+  const char* const expected = writer.get_expected_class_identity();
+  if (expected == nullptr || expected == *type.identity) return;
   WriteBlock& block = writer.block();
   block.append(std::string_view(" xsi:type=\"Zol:"));
-  block.append(std::string_view(type_name));
+  block.append(std::string_view(type.type_name));
   block.append('"');
   writer.clear_expected_class_identity();
 }
 
+void write_attributes(const Object& self, const Class& type, WriteBlock& block) {
+  if (type.base != nullptr) write_attributes(self, *type.base, block);
+  for (const Row& row : type.attributes()) {
+    if (!row.is_required && !Head::has(self, row.bit)) continue;
+    block.append(' ');
+    block.append(row.name());
+    block.append(std::string_view("=\""));
+    write_value(block, row, value_of(self, row));
+    block.append('"');
+  }
+}
+
 }  // namespace
 
-elmx_error write_element(const void* self, const WriteSteps& steps, c_xml_writer& writer,
-                         const char* name, const char* type_name, const char* identity) {
-  if (!steps.is_occurs_ok(self)) return lmx::elmx_occurs_on_marshal;
-  lmx::internal::MarshalScope scope(writer);
+void write_value(WriteBlock& block, const Row& row, const void* field) {
+  switch (row.kind) {
+    case Kind::text:
+    case Kind::enumerated:
+      return block.append_escaped(at<std::wstring>(field));
+    case Kind::real:
+      return block.append_number(at<double>(field));
+    case Kind::int32:
+      return block.append_integer(at<int>(field));
+    case Kind::uint32:
+      return block.append_integer(at<unsigned>(field));
+    case Kind::uint8:
+      return block.append_integer(at<unsigned char>(field));
+    case Kind::truth:
+      return block.append_bool(at<bool>(field));
+    case Kind::datetime: {
+      char text[lmx::internal::k_max_datetime_text];
+      const char* const end = lmx::internal::format_datetime(at<lmx::c_datetime>(field), text);
+      return block.append(std::string_view(text, static_cast<std::size_t>(end - text)));
+    }
+    default: {
+      std::string text;
+      lmx::internal::append_base64(&text, at<lmx::c_binary>(field));
+      return block.append(std::string_view(text));
+    }
+  }
+}
+
+elmx_error write_element(const Object& self, const Class& type, c_xml_writer& writer,
+                         const char* name) {
+  if (!is_occurs_ok(self, type)) return lmx::elmx_occurs_on_marshal;
+  const lmx::internal::MarshalScope scope(writer);
+  if (type.shape == Shape::holder || type.shape == Shape::anonymous) {
+    return write_alternative(self, type, writer);
+  }
   WriteBlock& block = writer.block();
   const std::string_view tag(name);
 
   writer.begin_line();
-  block.append('<');
-  block.append(tag);
-  if (steps.names_namespaces) {
+  open_tag(block, tag);
+  if (type.is(Class::k_names_namespaces)) {
     writer.conditionally_select_ns_map(document_ns_map());
     writer.conditionally_write_ns_attrs(true);
   }
-  if (type_name != nullptr) write_type(writer, type_name, identity);
-  steps.attributes(self, writer);
+  if (type.type_name != nullptr) write_type(type, writer);
+  write_attributes(self, type, block);
 
-  if (steps.is_nil != nullptr && steps.is_nil(self)) {
+  if (Head::is_nil(self, type)) {
     block.append(std::string_view(" xsi:nil=\"true\"/>"));
     writer.end_line();
     return lmx::elmx_ok;
   }
-  if (steps.is_blank) {
+  if (type.is(Class::k_blank)) {
     block.append(std::string_view("/>"));
     writer.end_line();
     return lmx::elmx_ok;
   }
   block.append('>');
-  if (steps.is_simple) {
-    if (const elmx_error error = steps.children(self, writer)) return error;
+  const Class& root = type.content_class();
+  if (root.shape == Shape::simple) {
+    write_value(block, root.content(), value_of(self, root.content()));
   } else {
     writer.end_line();
     writer.indent();
     // A child's code leaves the depth raised: the text stops here.
-    if (const elmx_error error = steps.children(self, writer)) return error;
+    const elmx_error error = root.shape == Shape::choice ? write_alternative(self, root, writer)
+                                                         : write_rows(self, root, writer);
+    if (error != lmx::elmx_ok) return error;
     writer.undent();
     writer.begin_line();
   }
-  block.append(std::string_view("</"));
-  block.append(tag);
-  block.append('>');
+  close_tag(block, tag);
   writer.end_line();
-  return lmx::elmx_ok;
-}
-
-elmx_error bad_choice(c_xml_writer& writer, const char* item, int line) {
-  return writer.handle_error(lmx::elmx_bad_choice, item, k_model_source, line);
-}
-
-elmx_error marshal_to_stream(DocumentSource source, std::ostream& stream) {
-  c_xml_writer writer(stream, c_xml_writer::include_xml_decl, "\t", "\n");
-  return source.marshal(source.self, writer);
-}
-
-elmx_error marshal_to_file(DocumentSource source, const char* file) {
-  elmx_error error;
-  {
-    std::ofstream stream(file);
-    if (!stream.is_open()) return lmx::elmx_no_file;
-    error = marshal_to_stream(source, stream);
-  }
-  if (error != lmx::elmx_ok) std::remove(file);
-  return error;
-}
-
-elmx_error marshal_to_string(DocumentSource source, std::string* out) {
-  lmx::internal::StringSink sink;
-  std::ostream stream(&sink);
-  if (const elmx_error error = marshal_to_stream(source, stream)) return error;
-  sink.move_to(out);
   return lmx::elmx_ok;
 }
 

@@ -164,8 +164,9 @@ TEST_P(Failure, OfAnAllocationInOpenFile) {
       }
       const bool is_over = count_allocations() < number;
       fail_allocation(0);
-      ASSERT_EQ(code, is_over ? 0 : k_memory_error);
-      ASSERT_EQ(size, is_over ? document_.size_Palette() : 0);
+      // A large block is a favour that is done without.
+      ASSERT_TRUE(code == 0 || (code == k_memory_error && !is_over)) << code;
+      ASSERT_EQ(size, code == 0 ? document_.size_Palette() : 0);
       ASSERT_EQ(count_open_files(), open_files_);
       ASSERT_EQ(count_blocks(), blocks);
       if (is_over) break;

@@ -138,7 +138,9 @@ class SymbolsTest(unittest.TestCase):
     def test_no_inner_class_is_exported(self):
         names = call("nm", "-D", "--defined-only", OPTIONS.build / "libzol.so")
         tables = re.findall(r" (_ZT[ISV]N\S*8internal\S*)", names)
-        self.assertEqual(tables, [])
+        # What the classes of the model are derived from.
+        bases = ("6Object", "5Plain", "11Polymorphic")
+        self.assertEqual([name for name in tables if not name[:-1].endswith(bases)], [])
 
 
 @unittest.skipUnless(shutil.which("dpkg-deb"), "not a Debian machine")

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <iomanip>
 #include <limits>
@@ -208,20 +210,40 @@ TEST(DatesTest, WritingLeavesTheFillAndClearsFixed) {
   EXPECT_EQ(os.str(), "08:09:10.500 001 0.5");
 }
 
-TEST(DatesTest, TextKnowsNoLocale) {
-  struct Comma : std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-  };
-  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Comma));
-  const std::string date_time = c_datetime("12005-06-07T08:09:10.5Z").get_as_string();
-  const std::string date = c_date("12005-06-07").get_as_string();
-  const std::string duration = c_duration("P1234DT1.5S").get_as_string();
+struct Comma : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3"; }
+};
+
+template <class T>
+void expect_one_text(const char* text) {
+  const T value(text);
+  const std::locale comma(std::locale::classic(), new Comma);
+  const std::locale before = std::locale::global(comma);
+  EXPECT_EQ(value.get_as_string(), text);
   std::locale::global(before);
-  EXPECT_EQ(date_time, "12005-06-07T08:09:10.5Z");
-  EXPECT_EQ(date, "12005-06-07");
-  EXPECT_EQ(duration, "P1234DT1.5S");
+  std::ostringstream os;
+  os.imbue(comma);
+  os << std::hex << std::showpos << std::showpoint << std::uppercase << value;
+  EXPECT_EQ(os.str(), text);
+  os.str("");
+  os << std::setw(40) << std::left << std::setfill('*') << value;
+  EXPECT_EQ(os.str(), text + std::string(40 - std::strlen(text), '*'));
+  EXPECT_EQ(os.fill(), '0');
+}
+
+// A German stream gave "2.005-06-07".
+TEST(DatesTest, TextKnowsNoLocaleAndNoBase) {
+  expect_one_text<c_datetime>("12005-06-07T08:09:10.5+10:30");
+  expect_one_text<c_time>("08:09:59.25Z");
+  expect_one_text<c_date>("12005-06-07");
+  expect_one_text<c_gyearmonth>("2005-11-05:30");
+  expect_one_text<c_gyear>("2005");
+  expect_one_text<c_gmonthday>("--11-12Z");
+  expect_one_text<c_gday>("---31");
+  expect_one_text<c_gmonth>("--12--Z");
+  expect_one_text<c_duration>("-P1234Y5678M9DT10H11M1.5S");
 }
 
 // --- The inner one-pass road ---------------------------------------------------------------------
@@ -355,10 +377,25 @@ std::string formatted(const c_datetime& value) {
   return std::string(text, static_cast<std::size_t>(end - text));
 }
 
-std::string through_stream(const c_datetime& value) {
+// Field by field, by the rules for a stream.
+std::string through_stream(const c_datetime& value, int precision = 6, bool is_fixed = false) {
   std::ostringstream os;
   os.imbue(std::locale::classic());
-  os << value;
+  os << std::setfill('0') << std::setprecision(precision);
+  os << std::setw(4) << value.get_year() << '-' << std::setw(2) << value.get_month() << '-'
+     << std::setw(2) << value.get_day() << 'T' << std::setw(2) << value.get_hours() << ':'
+     << std::setw(2) << value.get_mins() << ':';
+  const float secs = value.get_secs();
+  if (secs < 10.0f) os << '0';
+  if (is_fixed || (secs != 0.0f && secs < 0.001f)) os << std::fixed;
+  os << secs;
+  const std::int64_t offset = value.get_total_offset_mins();
+  if (value.get_is_utc()) {
+    os << 'Z';
+  } else if (offset != 0) {
+    os << (offset < 0 ? '-' : '+') << std::setw(2) << std::abs(offset) / 60 << ':' << std::setw(2)
+       << std::abs(offset) % 60;
+  }
   return os.str();
 }
 
@@ -397,6 +434,11 @@ TEST(DateTimeRoadTest, WritesSecondsAsAStreamDoes) {
     c_datetime date;
     date.set_secs(value);
     ASSERT_EQ(formatted(date), through_stream(date)) << value;
+    const int precision = static_cast<int>(random() % 60);
+    const bool is_fixed = random() % 2 == 0;
+    std::ostringstream os;
+    os << std::setprecision(precision) << (is_fixed ? std::fixed : std::defaultfloat) << date;
+    ASSERT_EQ(os.str(), through_stream(date, precision, is_fixed)) << value << ' ' << precision;
   }
 }
 

@@ -51,6 +51,20 @@ TEST(BigIntTest, ReadsCanonicalText) {
   EXPECT_EQ(c_big_int(-2147483647L - 1).get_as_string(), "-2147483648");
 }
 
+TEST(BigIntTest, TakesEveryIntegralType) {
+  EXPECT_EQ(c_big_int(0), c_big_int("0"));
+  EXPECT_EQ(c_big_int(-7), c_big_int("-7"));
+  EXPECT_EQ(c_big_int(static_cast<unsigned char>(200)), c_big_int("200"));
+  EXPECT_EQ(c_big_int(std::numeric_limits<long long>::min()), c_big_int("-9223372036854775808"));
+  EXPECT_EQ(c_big_int(std::numeric_limits<unsigned long long>::max()),
+            c_big_int("18446744073709551615"));
+  c_big_int value;
+  value = 4000000000u;
+  EXPECT_TRUE(value == "4000000000" && value > 0 && value != 5);
+  value = 0;
+  EXPECT_TRUE(value == 0);
+}
+
 TEST(BigIntTest, ConvertsIn32Bits) {
   const struct {
     const char* text;
@@ -215,6 +229,30 @@ TEST(DecimalTest, RoundsDoubles) {
   EXPECT_EQ(value.get_as_string().size(), 1 + 309u + 1 + 15);
   value = std::numeric_limits<double>::infinity();
   EXPECT_EQ(value.get_as_string(), "0");
+}
+
+TEST(DecimalTest, TakesEveryArithmeticType) {
+  const auto text = [](const c_decimal& value) { return value.get_as_string(); };
+  EXPECT_EQ(text(c_decimal(0)), "0");
+  EXPECT_EQ(text(c_decimal(5)), "5");
+  EXPECT_EQ(text(c_decimal(-1234, 2)), "-12.34");
+  EXPECT_EQ(text(c_decimal(1234u, 2u)), "12.34");
+  EXPECT_EQ(text(c_decimal(true, short(-2))), "100");
+  EXPECT_EQ(text(c_decimal(std::numeric_limits<long long>::min(), 18)), "-9.223372036854775808");
+  EXPECT_EQ(text(c_decimal(std::numeric_limits<unsigned long long>::max(), 19)),
+            "1.8446744073709551615");
+  EXPECT_EQ(text(c_decimal(std::numeric_limits<unsigned long long>::max(), 25)),
+            ".0000018446744073709551615");
+  EXPECT_EQ(text(c_decimal(0.1, 15)), ".100000000000000");
+  EXPECT_EQ(text(c_decimal(0.25, 1ul)), ".2");
+  EXPECT_EQ(text(c_decimal(0.5f)), ".500000000000000");
+  c_decimal value;
+  value = 0;
+  EXPECT_EQ(text(value), "0");
+  value = -5ll;
+  EXPECT_EQ(text(value), "-5");
+  value = 0.5;
+  EXPECT_EQ(text(value), ".500000000000000");
 }
 
 TEST(DecimalTest, GivesItsParts) {

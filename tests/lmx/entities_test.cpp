@@ -54,6 +54,8 @@ TEST(Entities, DeclarationsPassOrFail) {
       {"<!DOCTYPE a [<!ENTITY e word>]>",
        "word1 33 @1 Unexpected value in Entity definition: word\n"},
       {"<!DOCTYPE a [<!-- > --><?p ]> ?><!ELEMENT a ('>')><!ENTITY e 'x'>]>", "x"},
+      {"<!DOCTYPE a [<?Pi?><?\?><?p>?><?p[?><?p? ?><!ENTITY e 'x'>]>", "x"},
+      {"<!DOCTYPE a [<?><!ENTITY e 'no'>?><!ENTITY e 'x'>]>", "x"},
       {"<!DOCTYPE a [<!ENTITY e '&#65;&#x42;&amp;'>]>", "AB&"},
       {"<!DOCTYPE a [<!ENTITY lt 'no'><!ENTITY e '&lt;'>]>", "<"},
       // Parameter entities, between declarations, in a word and in a quoted text.
@@ -62,6 +64,7 @@ TEST(Entities, DeclarationsPassOrFail) {
       {"<!DOCTYPE a [<!ENTITY % n 'e'><!ENTITY x%n; 'x'><!ENTITY e '&xe;'>]>", "x"},
       {"<!DOCTYPE a [<!ENTITY % p \"a'b\"><!ENTITY e '%p;c'>]>", "a'bc"},
       {"<!DOCTYPE a [<!ENTITY e '%q;c'>]>", "c1 41 @1 Entity '%q' not found\n"},
+      {"<!DOCTYPE a [<!ENTITY e 'x&#0;y'>]>", "!!"},
       {"<!DOCTYPE a>", "!&e;!"},
       {"<!DOCTYPE a SYSTEM 'x.dtd'>", "!&e;!"},
       {"<!DOCTYPE a [ x ]>", "!!0 9 @1 DTD not Well Formed (got x)\n"},

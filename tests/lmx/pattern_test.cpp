@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 #include <libxml/chvalid.h>
+#include <libxml/xmlerror.h>
 #include <libxml/xmlregexp.h>
+#if LIBXML_VERSION < 21200
+#include <libxml/globals.h>
+#endif
 
+#include <random>
 #include <string>
 
 #include "lmx/unicode_classes.h"
@@ -33,6 +38,78 @@ TEST(PatternTest, MatchesTheWholeText) {
     const std::string text(row.text);
     EXPECT_EQ(zoned.is_match(std::wstring(text.begin(), text.end())), row.matches) << row.text;
   }
+}
+
+TEST(PatternTest, ZonedTextsAreThoseThatThePatternMatches) {
+  const c_pattern zoned(".+T.+(Z|[+\\-].+)");
+  const std::string pieces[] = {"T",
+                                "T",
+                                "Z",
+                                "+",
+                                "-",
+                                "x",
+                                ":",
+                                "\t",
+                                "\xC3\xA9",
+                                "\xE2\x80\xA8",
+                                "\xEF\xBF\xBD",
+                                "\xF0\x9D\x84\x9E"};
+  const std::string rare[] = {"\n", "\r", "\x7F", std::string(1, '\0')};
+  std::mt19937 random(1);
+  const auto below = [&](std::size_t count) { return random() % count; };
+  int matches = 0;
+  for (int i = 0; i < 200000; ++i) {
+    std::string text;
+    for (std::size_t count = below(10); count != 0; --count) {
+      text += below(20) == 0 ? rare[below(std::size(rare))] : pieces[below(std::size(pieces))];
+    }
+    const bool expected = zoned.is_match(text);
+    ASSERT_EQ(internal::is_zoned_text(text), expected) << ::testing::PrintToString(text);
+    matches += expected ? 1 : 0;
+  }
+  EXPECT_GT(matches, 10000);
+  EXPECT_LT(matches, 190000);
+}
+
+TEST(PatternTest, AZonedTextTakesOnePass) {
+  // The engine would take hours.
+  const std::string letters(5000000, 'T');
+  EXPECT_FALSE(internal::is_zoned_text(letters));
+  EXPECT_TRUE(internal::is_zoned_text(letters + "Z"));
+  EXPECT_FALSE(internal::is_zoned_text("xTy" + std::string(5000000, '\x01') + "Z"));
+}
+
+// The engine fails there, in a way that depends on what stands before.
+TEST(PatternTest, NothingZonedHoldsWhatIsNoCharacter) {
+  for (const char* const piece :
+       {"\xED\xA0\x80", "\xEF\xBF\xBE", "\xEF\xBF\xBF", "\xF4\x90\x80\x80", "\xC0\x80", "\xE2\x82",
+        "\xE9", "\x01", "\x1F", "\x80", "\xFF", "\xF8\x88\x80\x80\x80"}) {
+    EXPECT_FALSE(internal::is_zoned_text(std::string(piece) + "TyZ")) << piece;
+    EXPECT_FALSE(internal::is_zoned_text("xTy+" + std::string(piece))) << piece;
+  }
+  // Not terminated, so that a look behind the end shows under the sanitizers.
+  const std::string cut = "xTy+\xE2";
+  EXPECT_FALSE(internal::is_zoned_text(std::string_view(cut).substr(0, cut.size())));
+}
+
+TEST(PatternTest, TheEngineIsSilent) {
+  static int heard = 0;
+  heard = 0;
+  const xmlStructuredErrorFunc listener = [](void*, auto*) { ++heard; };
+  for (const bool has_listener : {false, true}) {
+    xmlSetStructuredErrorFunc(&heard, has_listener ? listener : nullptr);
+    ::testing::internal::CaptureStderr();
+    const c_regex broken("(");
+    const c_regex unknown_block("\\p{IsNothing}");
+    c_pattern(".+T").is_match("\xED\xA0\x80T");
+    c_pattern(".+T").is_match("\xE9T");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+    // The program's own listener is there again.
+    EXPECT_EQ(xmlStructuredError, has_listener ? listener : nullptr);
+    EXPECT_EQ(xmlStructuredErrorContext, &heard);
+  }
+  xmlSetStructuredErrorFunc(nullptr, nullptr);
+  EXPECT_EQ(heard, 0);
 }
 
 TEST(PatternTest, SeesAWideTextAsUtf8) {

@@ -8,7 +8,7 @@
 namespace lmx::test {
 namespace {
 
-const Way k_ways[] = {Way::attributes, Way::values, Way::copy, Way::nested, Way::skip};
+const Way k_ways[] = {Way::attributes, Way::values, Way::copy, Way::detach, Way::nested, Way::skip};
 const elmx_whitespace k_modes[] = {elmx_preserve, elmx_replace, elmx_collapse};
 
 // Good and broken, so that each construct stands whole, at a block's edge and cut.
@@ -24,6 +24,8 @@ const std::string k_documents[] = {
     "<r><a> x <![CDATA[ y ]] > ]]]> z </a><![CDATA[<b>]]>tail</r>",
     "<r>caf\xC3\xA9 <\xC3\xA9l a\xC3\xA9='\xE2\x82\xAC'>\xF0\x9D\x84\x9E</\xC3\xA9l>\xC2\x85 "
     "\xE2\x80\xA8 x</r>",
+    "<r><?p M\xFCller?><!-- \xE9t\xE9 --><a>Stra\xDF e</a></r>",
+    "<r><a b='\xE9t\xE9'>1</a><\xE9t\xE9/></r>",
     "<!DOCTYPE r [<!ENTITY e 'x y'><!ENTITY m '<b c=\"1\"/>'>"
     "<!ENTITY % p '<!ENTITY q \"Q&#38;e;\">'> %p; <!ELEMENT r ANY><!-- c -->]>"
     "<r>&e; &m;<a d='&e;&m;'>1&q;2</a>&undefined; 3</r>",
@@ -117,18 +119,26 @@ TEST(ReadingRoads, FromFile) {
 }
 
 // A class that overrides read() alone is asked for each byte, whatever it derives from.
+template <class Source>
+class Upper : public Source {
+ public:
+  using Source::Source;
+  int read() override {
+    const int c = Source::read();
+    return c == 'a' ? 'A' : c;
+  }
+};
+
 TEST(ReadingRoads, OverriddenReadIsHeard) {
-  class Upper : public c_read_memory {
-   public:
-    using c_read_memory::c_read_memory;
-    int read() override {
-      const int c = c_read_memory::read();
-      return c == 'a' ? 'A' : c;
-    }
-  };
   const std::string document = "<a>banana</a>";
-  Upper source(document.data(), document.size());
-  EXPECT_EQ(trace(source), trace("<A>bAnAnA</A>"));
+  const std::string expected = trace("<A>bAnAnA</A>");
+  Upper<c_read_memory> memory(document.data(), document.size());
+  EXPECT_EQ(trace(memory), expected);
+  Upper<c_read_string> string(document);
+  EXPECT_EQ(trace(string), expected);
+  const TempFile temp(document);
+  Upper<c_read_file> file(temp.path());
+  EXPECT_EQ(trace(file), expected);
 }
 
 }  // namespace

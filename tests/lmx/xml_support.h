@@ -111,7 +111,7 @@ inline std::string replace_all(std::string text, const std::string& from, const 
   return text;
 }
 
-enum class Way { attributes, values, copy, nested, skip };
+enum class Way { attributes, values, copy, detach, nested, skip };
 
 // Walks through a document and writes down every event, value, line number and report.
 class Tracer {
@@ -163,6 +163,10 @@ class Tracer {
       case Way::copy:
         if (++depth_ < 2) return attributes();
         note(-6, xml_.get_any_element(name, &text, mode_, false) ? text : text + " (failed)");
+        break;
+      case Way::detach:
+        if (++depth_ < 2) return attributes();
+        note(-6, xml_.get_any_element(scope, name, &text) ? text : text + " (failed)");
         break;
       case Way::nested:
         if (++depth_ < 2) return attributes();

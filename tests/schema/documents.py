@@ -479,12 +479,17 @@ SPELLINGS = {
             'a="b', 'q:a="b"', 'xmlns:a=""', 'xmlns:xml="http://x"', 'xmlns:xmlns="http://x"',
             'xmlns:a="a" xmlns:a="b"', 'xmlns::a="b"', 'xmlns:="b"', 'xmlns:a:b="b"', 'a="&nope;"',
             'a="&"', 'a="<"', 'a="\x01"')),
-        "<xml:Comments>x</xml:Comments>", "<Zol:Comments>0.5\x85</Zol:Comments>"],
+        "<xml:Comments>x</xml:Comments>", "<Zol:Comments>0.5\x85</Zol:Comments>", "\x85",
+        "\u2028", "&#133;", "<![CDATA[ ]]>"],
     "attrs": [' a="b"', ' xml:lang="en"', ' xml:base="x"', ' xml:id="x"',
               *(f' xmlns:xsi="{XSI}" xsi:{attr}' for attr in (
                   'schemaLocation="a b"', 'type="Zol:Zol"', 'type="Zol:Preamble"', 'nil="false"'))],
     "root": ["Color", "Preamble", "zol", "Zol:Zol"],
-    "date": ["2020-01-02T03:04:05+00:00", "2020-01-02T03:04:05-00:00", "2020-01-02T03:04:05\x85"],
+    "date": [
+        "2020-01-02T03:04:05+00:00", "2020-01-02T03:04:05-00:00", "2020-01-02T03:04:05\x85",
+        *(form.format("2020-01-02T03:04:05Z") for form in (
+            "{}\x85", "\u2028{}", "&#133;{}", "{}&#x2028;", "\xa0{}", "<![CDATA[{}]]>",
+            "<![CDATA[ {}]]>", "{}<![CDATA[\n]]>", " <![CDATA[{}]]>\n"))],
 }
 SUBSETS = [
     '<!ENTITY a "b">', '<!ENTITY b "b">', '<!ENTITY a "&b;"><!ENTITY b "&a;">', '<!ENTITY a "&a;">',

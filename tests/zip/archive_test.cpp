@@ -1,6 +1,8 @@
 // Reading and writing archives: round trips, and the shapes in which an archive may come.
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 #include "support/files.h"
 #include "zip/archives.h"
 #include "zip/bzip2_compressor.h"
@@ -577,6 +579,37 @@ TEST(Archive, StampsTimesInDosForm) {
     ASSERT_TRUE(archive.AddFile(dir.wide("a")));
     EXPECT_EQ(archive.EntryAt(0)->date, each.date) << each.when;
     EXPECT_EQ(archive.EntryAt(0)->time, each.time) << each.when;
+  }
+}
+
+TEST(Archive, ReadsTimesInDosForm) {
+  struct Case {
+    const char* when;
+    int year, month, day, hour, minute, second;
+  };
+  for (const Case& each :
+       {Case{"midnight", 2026, 1, 1, 0, 0, 0}, Case{"a full hour", 2026, 11, 21, 8, 0, 0},
+        Case{"the last full hour", 2026, 2, 28, 23, 0, 0},
+        Case{"a full minute", 2000, 7, 31, 12, 59, 0},
+        Case{"the first even second", 2000, 2, 29, 1, 1, 2},
+        Case{"the last moment", 2099, 12, 31, 23, 59, 58}}) {
+    std::tm fields = {};
+    fields.tm_year = each.year - 1900;
+    fields.tm_mon = each.month - 1;
+    fields.tm_mday = each.day;
+    fields.tm_hour = each.hour;
+    fields.tm_min = each.minute;
+    fields.tm_sec = each.second;
+    fields.tm_isdst = -1;
+    const std::time_t expected = std::mktime(&fields);
+    CZipFileHeader header;
+    header.date = static_cast<std::uint16_t>((each.year - 1980) << 9 | each.month << 5 | each.day);
+    header.time = static_cast<std::uint16_t>(each.hour << 11 | each.minute << 5 | each.second / 2);
+    EXPECT_EQ(header.GetTime(), expected) << each.when;
+    CZipFileHeader again;
+    again.SetTime(expected);
+    EXPECT_EQ(again.date, header.date) << each.when;
+    EXPECT_EQ(again.time, header.time) << each.when;
   }
 }
 

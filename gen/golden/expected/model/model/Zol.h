@@ -3,43 +3,38 @@
 //
 // Every class is built by one pattern. For a row X there are get_X and set_X or assign_X,
 // isset_X and unset_X if it is optional, getenum_X and setenum_X if it is enumerated, and
-// append_X, insert_X, delete_X, clear_X, size_X (back_X for children) if it is a list. A
-// setter gives 0, or the code of the first facet that fails and stores nothing. The non-const
-// get_X of a child marks it as present; that of a list appends until the index exists, as
-// back_X does in an empty list. Past the end the const getters give an empty object and
-// delete_X does nothing. An object owns all that it holds, and a copy is deep. References
-// live until the row they belong to is cleared, replaced or swapped. Text is UTF-16, one
-// unit a wchar_t on every platform. An object belongs to one thread at a time; nothing is
-// shared between objects.
+// append_X, insert_X, delete_X, clear_X, size_X (back_X and each_X for children) if it is a
+// list. A setter gives 0, or the code of the first facet that fails and stores nothing. The
+// non-const get_X of a child marks it as present; that of a list appends until the index
+// exists, as back_X does in an empty list. Past the end the const getters give an empty object
+// and delete_X does nothing. An object owns all that it holds, and a copy is deep. References
+// live until the row they belong to is cleared, replaced or swapped. Text is UTF-16, one unit
+// a wchar_t on every platform. An object belongs to one thread at a time; nothing is shared
+// between objects.
+//
+// Every class has swap(), reset(), which makes it as new, and is_occurs_ok(), whether all that
+// is required is there; those that are elements have marshal() and unmarshal() (see
+// model/internal/bases.h). k_class is what the library knows of a class; ask it through
+// model/reflection.h.
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <iosfwd>
 #include <string>
 
 #include "lmx/binary.h"
 #include "lmx/dates.h"
 #include "lmx/errors.h"
-#include "lmx/internal/pool.h"
 #include "model/document_result.h"
-#include "model/internal/fields.h"
+#include "model/internal/bases.h"
+#include "model/internal/object.h"
+#include "model/internal/walkers.h"
 #include "port/export.h"
-
-namespace lmx {
-class c_xml_reader;
-class c_xml_writer;
-struct s_event_map;
-struct s_ns_map;
-}  // namespace lmx
 
 namespace zol_v2 {
 
 namespace internal {
-struct PlainAccess;
-class PlainReader;
-template <class T, unsigned traits>
-struct Steps;
+extern ZOL_API const EnumTable k_Grade;
 }  // namespace internal
 
 class Box;
@@ -57,154 +52,142 @@ class Round;
 class Ring;
 
 // A box, which may be empty.
-class ZOL_API Box {
+class ZOL_API Box : public internal::Plain {
  public:
   Box();
   Box(const Box& other);
-  virtual ~Box();
-  Box& operator=(const Box& other);
-
-  void swap(Box& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const;
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name);
+  ~Box() override;
+  Box& operator=(const Box& other) { return assigned(*this, other, k_class); }
+  void swap(Box& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 
   // A nilled element is written as xsi:nil without content. Only reset(), swap(), copying and
   // reading take the mark away again.
-  void setnil_Box() { nil_ = true; }
-  bool isnil_Box() const { return nil_; }
+  void setnil_Box() { touch(6); }
+  bool isnil_Box() const { return has(6); }
 
   // Grade: attribute, string, required, one of Grade
   enum Eenum_Grade : int {
-    Grade_unknown = 0,
-    Grade_A = 1,
-    Grade_B_plus = 2
+    Grade_unknown = 0, Grade_A = 1, Grade_B_plus = 2
   };
-  const std::wstring& get_Grade() const { return grade_.get(); }
-  lmx::elmx_error set_Grade(const std::wstring& value);
-  Eenum_Grade getenum_Grade() const;
-  bool setenum_Grade(Eenum_Grade value);
+  const std::wstring& get_Grade() const { return internal::text_of(grade_); }
+  lmx::elmx_error set_Grade(const std::wstring& value) { return set(*this, k_rows[0], value); }
+  Eenum_Grade getenum_Grade() const {
+    return Eenum_Grade(k_rows[0].enumeration->number_at(grade_));
+  }
+  bool setenum_Grade(Eenum_Grade value) { return set_number(*this, k_rows[0], value); }
 
   // Spare: attribute, string, optional, one of the Grade values, default Grade_A
   enum Eenum_Spare : int {
-    Spare_unknown = 0,
-    Spare_Grade_A = 1,
-    Spare_Grade_B_plus = 2
+    Spare_unknown = 0, Spare_Grade_A = 1, Spare_Grade_B_plus = 2
   };
-  const std::wstring& get_Spare() const { return spare_.get(); }
-  lmx::elmx_error set_Spare(const std::wstring& value);
-  Eenum_Spare getenum_Spare() const;
-  bool setenum_Spare(Eenum_Spare value);
-  bool isset_Spare() const { return spare_.set; }
-  void unset_Spare() { spare_.set = false; }
+  const std::wstring& get_Spare() const { return internal::text_of(spare_); }
+  lmx::elmx_error set_Spare(const std::wstring& value) { return set(*this, k_rows[1], value); }
+  Eenum_Spare getenum_Spare() const {
+    return Eenum_Spare(k_rows[1].enumeration->number_at(spare_));
+  }
+  bool setenum_Spare(Eenum_Spare value) { return set_number(*this, k_rows[1], value); }
+  bool isset_Spare() const { return has(2); }
+  void unset_Spare() { drop(2); }
 
-  // Count: attribute, byte, required, >= 2, <= 99
-  unsigned char get_Count() const { return count_.value; }
-  lmx::elmx_error set_Count(unsigned char value);
+  // Count: attribute, byte, required, >= 2, <= 99. How many there are, the spare ones included.
+  unsigned char get_Count() const { return count_; }
+  lmx::elmx_error set_Count(unsigned char value) { return set(*this, k_rows[2], value); }
 
   // Code: element, string, required, 1 character
-  const std::wstring& get_Code() const { return code_.get(); }
-  lmx::elmx_error set_Code(const std::wstring& value);
+  const std::wstring& get_Code() const { return code_; }
+  lmx::elmx_error set_Code(const std::wstring& value) { return set(*this, k_rows[3], value); }
 
-  // Weight: element, double, required, > 0, <= 2.5, default 1.5
-  double get_Weight() const { return weight_.value; }
-  lmx::elmx_error set_Weight(double value);
-
- protected:
-  void marshal_attributes(lmx::c_xml_writer& writer) const;
-  lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
-  bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
-                            lmx::elmx_error* err);
-  void unmarshal_plain_attributes(internal::PlainReader& in);
-  lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
-  bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
+  // Weight: element, double, required, > 0, <= 2.5, unit kg, default 1.5
+  double get_Weight() const { return weight_; }
+  lmx::elmx_error set_Weight(double value) { return set(*this, k_rows[4], value); }
 
  private:
-  template <class T, unsigned traits>
-  friend struct internal::Steps;
+  static const internal::Row k_rows[];
 
-  void init();
-
-  internal::Enumerated grade_;
-  internal::Enumerated spare_;
-  internal::Value<unsigned char> count_;
-  internal::Text code_;
-  internal::Value<double> weight_{1.5};
-  bool nil_ = false;
+  const std::wstring* grade_ = nullptr;
+  const std::wstring* spare_ = internal::k_Grade.first + 0;
+  unsigned char count_ = 0;
+  std::wstring code_;
+  double weight_ = 1.5;
 };
 
-class ZOL_API anon_Tag {
+class ZOL_API anon_Tag : public internal::Object {
  public:
   anon_Tag();
   anon_Tag(const anon_Tag& other);
-  virtual ~anon_Tag();
-  anon_Tag& operator=(const anon_Tag& other);
+  ~anon_Tag() override;
+  anon_Tag& operator=(const anon_Tag& other) { return assigned(*this, other, k_class); }
+  void swap(anon_Tag& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 
-  void swap(anon_Tag& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const;
+  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const {
+    return internal::write_element(*this, k_class, writer, name);
+  }
   // Whether the element at hand belongs here; if not, the reader is left as it was.
-  static bool is_member(lmx::c_xml_reader& reader, const std::string& name);
-  bool unmarshal(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
+  static bool is_member(lmx::c_xml_reader& reader, const std::string&) {
+    return internal::is_member(k_class, reader);
+  }
+  bool unmarshal(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err) {
+    return internal::read_member(*this, k_class, reader, name, err);
+  }
 
   enum elmx_chosen : int {
-    chosen_TagText = 0,
-    chosen_TagNumber = 1,
-    chosen_none = 2
+    chosen_TagText = 0, chosen_TagNumber = 1, chosen_none = 2
   };
   elmx_chosen getchosen() const { return static_cast<elmx_chosen>(chosen_); }
+  // Calls the visitor with what is chosen; false if nothing is.
+  template <class Visitor>
+  bool visit(Visitor&& visitor) const {
+    switch (chosen_) {
+      case chosen_TagText: visitor(get_TagText()); return true;
+      case chosen_TagNumber: visitor(get_TagNumber()); return true;
+      default: return false;
+    }
+  }
 
   // TagText: alternative, string
-  const std::wstring& get_TagText() const;
-  lmx::elmx_error set_TagText(const std::wstring& value);
+  const std::wstring& get_TagText() const {
+    return internal::text_of(chosen_ == 0 ? slot_.text : nullptr);
+  }
+  lmx::elmx_error set_TagText(const std::wstring& value) { return set(*this, k_rows[0], value); }
 
   // TagNumber: alternative, double
-  double get_TagNumber() const;
-  lmx::elmx_error set_TagNumber(double value);
+  double get_TagNumber() const { return chosen_ == 1 ? slot_.real : 0.0; }
+  lmx::elmx_error set_TagNumber(double value) { return set(*this, k_rows[1], value); }
 
  private:
-  lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
+  static const internal::Row k_rows[];
 
   internal::Slot slot_;
-  int chosen_ = chosen_none;
 };
 
 // The root.
-class ZOL_API Zol {
+class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
  public:
   Zol();
   Zol(const Zol& other);
-  virtual ~Zol();
-  Zol& operator=(const Zol& other);
+  ~Zol() override;
+  Zol& operator=(const Zol& other) { return assigned(*this, other, k_class); }
+  void swap(Zol& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 
-  void swap(Zol& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const;
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name);
-
-  // The element as a document of its own. A file that cannot be opened gives 1. A document
-  // with another root gives 16.
   static constexpr char k_element_name[] = "Zol:Zol";
-  static const lmx::s_ns_map* ns_map();
-  Zol(const char* file, lmx::elmx_error* err);
-  Zol(const char* buffer, std::size_t size, lmx::elmx_error* err);
-  Zol(const std::string& text, lmx::elmx_error* err);
-  // A failed marshal leaves no file and the string as it was; a stream keeps the partial text.
-  lmx::elmx_error marshal(const char* file) const;
-  lmx::elmx_error marshal(std::string* out) const;
-  lmx::elmx_error marshal(std::ostream& stream) const;
-  // What was read before the first failure stays. A second reading appends to lists and
-  // overwrites elements; an attribute that is set gives 3.
-  lmx::elmx_error unmarshal(const char* file);
-  lmx::elmx_error unmarshal(const char* buffer, std::size_t size);
-  lmx::elmx_error unmarshal(const std::string& text);
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader);
+  Zol(const char* file, lmx::elmx_error* err) : Zol() { construct(err, file); }
+  Zol(const char* buffer, std::size_t size, lmx::elmx_error* err) : Zol() {
+    construct(err, buffer, size);
+  }
+  Zol(const std::string& text, lmx::elmx_error* err) : Zol() { construct(err, text); }
+  using Document::marshal;
+  using Document::unmarshal;
+  using Plain::marshal;
+  using Plain::unmarshal;
 
   // Whole documents. Reading appends to what the object holds; reset() comes first if that is
   // not wanted. Writing is const and yet stamps the Header with this library's name and
@@ -226,449 +209,409 @@ class ZOL_API Zol {
   // none of these edges.
   lmx::elmx_error writeFile(const std::wstring& path) const;
 
-  // Note: element, string, required
-  const std::wstring& get_Note() const { return note_.get(); }
-  lmx::elmx_error set_Note(const std::wstring& value);
+  // Note: element, string, required. What "the\rest" means, a | b & c*.
+  const std::wstring& get_Note() const { return note_; }
+  lmx::elmx_error set_Note(const std::wstring& value) { return set(*this, k_rows[0], value); }
 
   // Stamp: element, dateTime, at least one
   const lmx::c_datetime& get_Stamp(unsigned index) const { return stamp_.at(index); }
-  lmx::elmx_error set_Stamp(unsigned index, const lmx::c_datetime& value);
-  lmx::elmx_error append_Stamp(const lmx::c_datetime& value);
-  lmx::elmx_error insert_Stamp(unsigned index, const lmx::c_datetime& value);
-  void delete_Stamp(unsigned index);
-  void clear_Stamp();
+  lmx::elmx_error set_Stamp(unsigned index, const lmx::c_datetime& value) {
+    return stamp_.set(index, value);
+  }
+  lmx::elmx_error append_Stamp(const lmx::c_datetime& value) { return stamp_.append(value); }
+  lmx::elmx_error insert_Stamp(unsigned index, const lmx::c_datetime& value) {
+    return stamp_.insert(index, value);
+  }
+  void delete_Stamp(unsigned index) { stamp_.remove(index); }
+  void clear_Stamp() { stamp_.clear(); }
   unsigned size_Stamp() const { return stamp_.size(); }
 
   // Alias: element, string, any number
   const std::wstring& get_Alias(unsigned index) const { return alias_.at(index); }
-  lmx::elmx_error set_Alias(unsigned index, const std::wstring& value);
-  lmx::elmx_error append_Alias(const std::wstring& value);
-  lmx::elmx_error insert_Alias(unsigned index, const std::wstring& value);
-  void delete_Alias(unsigned index);
-  void clear_Alias();
+  lmx::elmx_error set_Alias(unsigned index, const std::wstring& value) {
+    return alias_.set(index, value);
+  }
+  lmx::elmx_error append_Alias(const std::wstring& value) { return alias_.append(value); }
+  lmx::elmx_error insert_Alias(unsigned index, const std::wstring& value) {
+    return alias_.insert(index, value);
+  }
+  void delete_Alias(unsigned index) { alias_.remove(index); }
+  void clear_Alias() { alias_.clear(); }
   unsigned size_Alias() const { return alias_.size(); }
 
   // Size: element, uint, optional, > 0 on reading, <= 9
-  unsigned get_Size() const { return size_.value; }
-  lmx::elmx_error set_Size(unsigned value);
-  bool isset_Size() const { return size_.set; }
-  void unset_Size() { size_.set = false; }
+  unsigned get_Size() const { return size_; }
+  lmx::elmx_error set_Size(unsigned value) { return set(*this, k_rows[3], value); }
+  bool isset_Size() const { return has(4); }
+  void unset_Size() { drop(4); }
 
   // Box: element, Box, required
-  const Box& get_Box() const { return box_.get(); }
-  Box& get_Box();
-  Box& assign_Box(const Box& value);
+  const Box& get_Box() const { return box_; }
+  Box& get_Box() { touch(5); return box_; }
+  Box& assign_Box(const Box& value) { return get_Box() = value; }
 
   // Lid: element, Box, optional
-  const Box& get_Lid() const { return lid_.get(); }
-  Box& get_Lid();
-  Box& assign_Lid(const Box& value);
-  bool isset_Lid() const { return lid_.set; }
-  void unset_Lid() { lid_.set = false; }
+  const Box& get_Lid() const { return internal::child_of<Box>(lid_); }
+  Box& get_Lid() { touch(6); return internal::made<Box>(lid_); }
+  Box& assign_Lid(const Box& value) { return internal::assigned(get_Lid(), value); }
+  bool isset_Lid() const { return has(6); }
+  void unset_Lid() { drop(6); }
 
   // Part: element, Part, any number
   const Part& get_Part(unsigned index) const { return part_.at(index); }
-  Part& get_Part(unsigned index);
-  Part& assign_Part(unsigned index, const Part& value);
-  lmx::elmx_error append_Part();
-  lmx::elmx_error insert_Part(unsigned index);
+  Part& get_Part(unsigned index) { return part_.grow_to(index); }
+  Part& assign_Part(unsigned index, const Part& value) {
+    return internal::assigned(get_Part(index), value);
+  }
+  lmx::elmx_error append_Part() { return part_.append(); }
+  lmx::elmx_error insert_Part(unsigned index) { return part_.insert(index); }
   Part& back_Part() { return part_.back(); }
-  void delete_Part(unsigned index);
-  void clear_Part();
+  void delete_Part(unsigned index) { part_.remove(index); }
+  void clear_Part() { part_.clear(); }
   unsigned size_Part() const { return part_.size(); }
+  internal::Each<Part> each_Part() { return part_.each(); }
+  internal::Each<const Part> each_Part() const { return part_.each(); }
 
   // Shape: element, sg_Shape, any number
   const sg_Shape& get_Shape(unsigned index) const { return shape_.at(index); }
-  sg_Shape& get_Shape(unsigned index);
-  sg_Shape& assign_Shape(unsigned index, const sg_Shape& value);
-  lmx::elmx_error append_Shape();
-  lmx::elmx_error insert_Shape(unsigned index);
+  sg_Shape& get_Shape(unsigned index) { return shape_.grow_to(index); }
+  sg_Shape& assign_Shape(unsigned index, const sg_Shape& value) {
+    return internal::assigned(get_Shape(index), value);
+  }
+  lmx::elmx_error append_Shape() { return shape_.append(); }
+  lmx::elmx_error insert_Shape(unsigned index) { return shape_.insert(index); }
   sg_Shape& back_Shape() { return shape_.back(); }
-  void delete_Shape(unsigned index);
-  void clear_Shape();
+  void delete_Shape(unsigned index) { shape_.remove(index); }
+  void clear_Shape() { shape_.clear(); }
   unsigned size_Shape() const { return shape_.size(); }
+  internal::Each<sg_Shape> each_Shape() { return shape_.each(); }
+  internal::Each<const sg_Shape> each_Shape() const { return shape_.each(); }
 
   // Outline: element, sg_Shape, required
-  const sg_Shape& get_Outline() const { return outline_.get(); }
-  sg_Shape& get_Outline();
-  sg_Shape& assign_Outline(const sg_Shape& value);
+  const sg_Shape& get_Outline() const { return internal::child_of<sg_Shape>(outline_); }
+  sg_Shape& get_Outline() { touch(9); return internal::made<sg_Shape>(outline_); }
+  sg_Shape& assign_Outline(const sg_Shape& value) {
+    return internal::assigned(get_Outline(), value);
+  }
 
   // anon_Tag: one value of a group, anon_Tag, required
-  const anon_Tag& get_anon_Tag() const { return anon_tag_.get(); }
-  anon_Tag& get_anon_Tag();
-  anon_Tag& assign_anon_Tag(const anon_Tag& value);
+  const anon_Tag& get_anon_Tag() const { return anon_tag_; }
+  anon_Tag& get_anon_Tag() { touch(10); return anon_tag_; }
+  anon_Tag& assign_anon_Tag(const anon_Tag& value) { return get_anon_Tag() = value; }
 
   // any: foreign elements, any number
   // An element's full name, its namespace and its whole text, each unless the pointer is
   // null. An entry that was appended has a text alone. Nothing if there is no such entry.
   void get_any(unsigned index, std::string* full_name, std::string* namespace_uri,
-               std::string* text) const;
-  lmx::elmx_error append_any(const std::string& text);
-  lmx::elmx_error insert_any(unsigned index, const std::string& text);
-  void delete_any(unsigned index);
-  void clear_any();
+      std::string* text) const {
+    internal::get_foreign(any_, index, full_name, namespace_uri, text);
+  }
+  lmx::elmx_error append_any(const std::string& text) { return any_.append({{}, {}, text}); }
+  lmx::elmx_error insert_any(unsigned index, const std::string& text) {
+    return any_.insert(index, {{}, {}, text});
+  }
+  void delete_any(unsigned index) { any_.remove(index); }
+  void clear_any() { any_.clear(); }
   unsigned size_any() const { return any_.size(); }
 
- protected:
-  void marshal_attributes(lmx::c_xml_writer& writer) const;
-  lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
-  bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
-                            lmx::elmx_error* err);
-  void unmarshal_plain_attributes(internal::PlainReader& in);
-  lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
-  bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
-
  private:
-  template <class T, unsigned traits>
-  friend struct internal::Steps;
+  static const internal::Row k_rows[];
 
-  void init();
-
-  internal::Text note_;
-  internal::List<lmx::c_datetime> stamp_;
-  internal::List<std::wstring> alias_;
-  internal::Value<unsigned> size_;
-  internal::Child<Box> box_;
-  internal::OptionalChild<Box> lid_;
+  std::wstring note_;
+  internal::Values<lmx::c_datetime> stamp_;
+  internal::Values<std::wstring> alias_;
+  unsigned size_ = 0;
+  Box box_;
+  internal::Object* lid_ = nullptr;
   internal::List<Part> part_;
   internal::List<sg_Shape> shape_;
-  internal::OptionalChild<sg_Shape> outline_;
-  internal::Child<anon_Tag> anon_tag_;
-  internal::List<internal::AnyElement> any_;
+  internal::Object* outline_ = nullptr;
+  anon_Tag anon_tag_;
+  internal::Values<internal::AnyElement> any_;
 };
 
-class ZOL_API Seal {
+class ZOL_API Seal : public internal::Plain {
  public:
   Seal();
   Seal(const Seal& other);
-  virtual ~Seal();
-  Seal& operator=(const Seal& other);
-
-  void swap(Seal& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const;
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name);
-
- protected:
-  void marshal_attributes(lmx::c_xml_writer& writer) const;
-  lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
-  bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
-                            lmx::elmx_error* err);
-  void unmarshal_plain_attributes(internal::PlainReader& in);
-  lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
-  bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
-
- private:
-  template <class T, unsigned traits>
-  friend struct internal::Steps;
+  ~Seal() override;
+  Seal& operator=(const Seal& other) { return assigned(*this, other, k_class); }
+  void swap(Seal& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 };
 
 // A value with an attribute.
-class ZOL_API Part {
+class ZOL_API Part : public internal::Plain {
  public:
   Part();
   Part(const Part& other);
-  virtual ~Part();
-  Part& operator=(const Part& other);
-
-  void swap(Part& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const;
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name);
+  ~Part() override;
+  Part& operator=(const Part& other) { return assigned(*this, other, k_class); }
+  void swap(Part& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 
   // Unit: attribute, string, optional
-  const std::wstring& get_Unit() const { return unit_.get(); }
-  lmx::elmx_error set_Unit(const std::wstring& value);
-  bool isset_Unit() const { return unit_.set; }
-  void unset_Unit() { unit_.set = false; }
+  const std::wstring& get_Unit() const { return internal::text_of(unit_); }
+  lmx::elmx_error set_Unit(const std::wstring& value) { return set(*this, k_rows[0], value); }
+  bool isset_Unit() const { return has(1); }
+  void unset_Unit() { drop(1); }
 
-  // Part: the content, base64
-  const lmx::c_binary& get_Part() const { return part_.value; }
-  lmx::elmx_error set_Part(const lmx::c_binary& value);
-  bool isset_Part() const { return part_.set; }
-  void unset_Part() { part_.set = false; }
-
- protected:
-  void marshal_attributes(lmx::c_xml_writer& writer) const;
-  lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
-  bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
-                            lmx::elmx_error* err);
-  lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
-  bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err,
-                      bool has_text);
+  // Part: the content, base64. What it is made of.
+  const lmx::c_binary& get_Part() const { return part_; }
+  lmx::elmx_error set_Part(const lmx::c_binary& value) { return set(*this, k_rows[1], value); }
+  bool isset_Part() const { return has(2); }
+  void unset_Part() { drop(2); }
 
  private:
-  template <class T, unsigned traits>
-  friend struct internal::Steps;
+  static const internal::Row k_rows[];
 
-  friend struct internal::PlainAccess;
-  void unmarshal_plain(internal::PlainReader& in);
-
-  internal::OptionalText unit_;
-  internal::Value<lmx::c_binary> part_;
+  std::wstring* unit_ = nullptr;
+  lmx::c_binary part_;
 };
 
 // One of several.
-class ZOL_API PartChoice {
+class ZOL_API PartChoice : public internal::Plain {
  public:
   PartChoice();
   PartChoice(const PartChoice& other);
-  virtual ~PartChoice();
-  PartChoice& operator=(const PartChoice& other);
-
-  void swap(PartChoice& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const;
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name);
+  ~PartChoice() override;
+  PartChoice& operator=(const PartChoice& other) { return assigned(*this, other, k_class); }
+  void swap(PartChoice& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 
   enum elmx_chosen : int {
-    chosen_Grade = 0,
-    chosen_Text = 1,
-    chosen_Amount = 2,
-    chosen_Number = 3,
-    chosen_Box = 4,
+    chosen_Grade = 0, chosen_Text = 1, chosen_Amount = 2, chosen_Number = 3, chosen_Box = 4,
     chosen_none = 5
   };
   elmx_chosen getchosen() const { return static_cast<elmx_chosen>(chosen_); }
+  // Calls the visitor with what is chosen; false if nothing is.
+  template <class Visitor>
+  bool visit(Visitor&& visitor) const {
+    switch (chosen_) {
+      case chosen_Grade: visitor(get_Grade()); return true;
+      case chosen_Text: visitor(get_Text()); return true;
+      case chosen_Amount: visitor(get_Amount()); return true;
+      case chosen_Number: visitor(get_Number()); return true;
+      case chosen_Box: visitor(get_Box()); return true;
+      default: return false;
+    }
+  }
 
   // Grade: alternative, string, one of Grade
   enum Eenum_Grade : int {
-    Grade_unknown = 0,
-    Grade_A = 1,
-    Grade_B_plus = 2
+    Grade_unknown = 0, Grade_A = 1, Grade_B_plus = 2
   };
-  const std::wstring& get_Grade() const;
-  lmx::elmx_error set_Grade(const std::wstring& value);
-  Eenum_Grade getenum_Grade() const;
-  bool setenum_Grade(Eenum_Grade value);
+  const std::wstring& get_Grade() const {
+    return internal::text_of(chosen_ == 0 ? slot_.enumerated : nullptr);
+  }
+  lmx::elmx_error set_Grade(const std::wstring& value) { return set(*this, k_rows[0], value); }
+  Eenum_Grade getenum_Grade() const {
+    return Eenum_Grade(k_rows[0].enumeration->number_at(chosen_ == 0 ? slot_.enumerated : nullptr));
+  }
+  bool setenum_Grade(Eenum_Grade value) { return set_number(*this, k_rows[0], value); }
 
   // Text: alternative, string
-  const std::wstring& get_Text() const;
-  lmx::elmx_error set_Text(const std::wstring& value);
+  const std::wstring& get_Text() const {
+    return internal::text_of(chosen_ == 1 ? slot_.text : nullptr);
+  }
+  lmx::elmx_error set_Text(const std::wstring& value) { return set(*this, k_rows[1], value); }
 
-  // Amount: alternative, double, >= 0
-  double get_Amount() const;
-  lmx::elmx_error set_Amount(double value);
+  // Amount: alternative, double, >= 0, unit percent
+  double get_Amount() const { return chosen_ == 2 ? slot_.real : 0.0; }
+  lmx::elmx_error set_Amount(double value) { return set(*this, k_rows[2], value); }
 
   // Number: alternative, int, >= -2147483648, <= 2147483647
-  int get_Number() const;
-  lmx::elmx_error set_Number(int value);
+  int get_Number() const { return chosen_ == 3 ? slot_.int32 : 0; }
+  lmx::elmx_error set_Number(int value) { return set(*this, k_rows[3], value); }
 
   // Box: alternative, Box
   // The const form gives an empty object unless this alternative is chosen; the other two
   // choose it.
-  const Box& get_Box() const;
-  Box& get_Box();
-  Box& assign_Box(const Box& value);
-
- protected:
-  void marshal_attributes(lmx::c_xml_writer& writer) const;
-  lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
-  bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
-                            lmx::elmx_error* err);
-  void unmarshal_plain_attributes(internal::PlainReader& in);
-  lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
-  bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
+  const Box& get_Box() const {
+    return internal::child_of<Box>(chosen_ == 4 ? slot_.object : nullptr);
+  }
+  Box& get_Box() { return choose_as<Box>(k_rows[4]); }
+  Box& assign_Box(const Box& value) { return choose_as(k_rows[4], value); }
 
  private:
-  template <class T, unsigned traits>
-  friend struct internal::Steps;
+  static const internal::Row k_rows[];
 
   internal::Slot slot_;
-  int chosen_ = chosen_none;
 };
 
 // A family.
-class ZOL_API ShapeType : public lmx::internal::Pooled {
+class ZOL_API ShapeType : public internal::Polymorphic {
  public:
   ShapeType();
   ShapeType(const ShapeType& other);
-  virtual ShapeType* clone() const;
-  virtual ~ShapeType();
-  ShapeType& operator=(const ShapeType& other);
+  virtual ShapeType* clone() const { return new ShapeType(*this); }
+  ~ShapeType() override;
+  ShapeType& operator=(const ShapeType& other) { return assigned(*this, other, k_class); }
+  void swap(ShapeType& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 
-  void swap(ShapeType& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  // The name of the type, compared by address; has_id() is true for those of the bases too.
   static const char* id;
-  virtual const char* getid() const;
-  virtual bool has_id(const char* identity) const;
   // A new object of the named type, which the caller owns; null if the namespace is not
   // that of the format or the family has no such type.
-  static ShapeType* factory(int ns_id, const std::string& type_name);
-
-  virtual lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const;
-  virtual lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name);
+  static ShapeType* factory(int ns_id, const std::string& type_name) {
+    return static_cast<ShapeType*>(internal::make_named(k_class, ns_id, type_name, nullptr));
+  }
 
   // Name: attribute, string, optional
-  const std::wstring& get_Name() const { return name_.get(); }
-  lmx::elmx_error set_Name(const std::wstring& value);
-  bool isset_Name() const { return name_.set; }
-  void unset_Name() { name_.set = false; }
+  const std::wstring& get_Name() const { return internal::text_of(name_); }
+  lmx::elmx_error set_Name(const std::wstring& value) { return set(*this, k_rows[0], value); }
+  bool isset_Name() const { return has(1); }
+  void unset_Name() { drop(1); }
 
   // Choice: element, PartChoice, optional
-  const PartChoice& get_Choice() const { return choice_.get(); }
-  PartChoice& get_Choice();
-  PartChoice& assign_Choice(const PartChoice& value);
-  bool isset_Choice() const { return choice_.set; }
-  void unset_Choice() { choice_.set = false; }
-
- protected:
-  void marshal_attributes(lmx::c_xml_writer& writer) const;
-  lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
-  bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
-                            lmx::elmx_error* err);
-  void unmarshal_plain_attributes(internal::PlainReader& in);
-  lmx::elmx_error unmarshal_attributes_check(lmx::c_xml_reader& reader);
-  bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
+  const PartChoice& get_Choice() const { return internal::child_of<PartChoice>(choice_); }
+  PartChoice& get_Choice() { touch(2); return internal::made<PartChoice>(choice_); }
+  PartChoice& assign_Choice(const PartChoice& value) {
+    return internal::assigned(get_Choice(), value);
+  }
+  bool isset_Choice() const { return has(2); }
+  void unset_Choice() { drop(2); }
 
  private:
-  template <class T, unsigned traits>
-  friend struct internal::Steps;
+  static const internal::Row k_rows[];
 
-  internal::OptionalText name_;
-  internal::OptionalChild<PartChoice> choice_;
+  std::wstring* name_ = nullptr;
+  internal::Object* choice_ = nullptr;
 };
 
 class ZOL_API RoundType : public ShapeType {
  public:
   RoundType();
   RoundType(const RoundType& other);
-  RoundType* clone() const override;
+  RoundType* clone() const override { return new RoundType(*this); }
   ~RoundType() override;
-  RoundType& operator=(const RoundType& other);
+  RoundType& operator=(const RoundType& other) { return assigned(*this, other, k_class); }
+  void swap(RoundType& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 
-  void swap(RoundType& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  // The name of the type, compared by address.
   static const char* id;
-  const char* getid() const override;
-  bool has_id(const char* identity) const override;
   // A new object of the named type, which the caller owns; null if the namespace is not
   // that of the format or the family has no such type.
-  static RoundType* factory(int ns_id, const std::string& type_name);
-
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const override;
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name) override;
+  static RoundType* factory(int ns_id, const std::string& type_name) {
+    return static_cast<RoundType*>(internal::make_named(k_class, ns_id, type_name, nullptr));
+  }
 
   // Radius: element, double, required, >= 0
-  double get_Radius() const { return radius_.value; }
-  lmx::elmx_error set_Radius(double value);
-
- protected:
-  lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
-  bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
+  double get_Radius() const { return radius_; }
+  lmx::elmx_error set_Radius(double value) { return set(*this, k_rows[0], value); }
 
  private:
-  template <class T, unsigned traits>
-  friend struct internal::Steps;
+  static const internal::Row k_rows[];
 
-  internal::Value<double> radius_;
+  double radius_ = 0;
 };
 
 class ZOL_API RingType : public RoundType {
  public:
   RingType();
   RingType(const RingType& other);
-  RingType* clone() const override;
+  RingType* clone() const override { return new RingType(*this); }
   ~RingType() override;
-  RingType& operator=(const RingType& other);
+  RingType& operator=(const RingType& other) { return assigned(*this, other, k_class); }
+  void swap(RingType& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 
-  void swap(RingType& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  // The name of the type, compared by address.
   static const char* id;
-  const char* getid() const override;
-  bool has_id(const char* identity) const override;
-
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const override;
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name) override;
 
   // Inner: element, double, required
-  double get_Inner() const { return inner_.value; }
-  lmx::elmx_error set_Inner(double value);
-
- protected:
-  lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
-  bool unmarshal_body(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
+  double get_Inner() const { return inner_; }
+  lmx::elmx_error set_Inner(double value) { return set(*this, k_rows[0], value); }
 
  private:
-  template <class T, unsigned traits>
-  friend struct internal::Steps;
+  static const internal::Row k_rows[];
 
-  internal::Value<double> inner_;
+  double inner_ = 0;
 };
 
-class ZOL_API sg_Shape {
+class ZOL_API sg_Shape : public internal::Object {
  public:
   sg_Shape();
   sg_Shape(const sg_Shape& other);
-  virtual ~sg_Shape();
-  sg_Shape& operator=(const sg_Shape& other);
+  ~sg_Shape() override;
+  sg_Shape& operator=(const sg_Shape& other) { return assigned(*this, other, k_class); }
+  void swap(sg_Shape& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 
-  void swap(sg_Shape& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const;
+  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const {
+    return internal::write_element(*this, k_class, writer, name);
+  }
   // Whether the element at hand belongs here; if not, the reader is left as it was.
-  static bool is_member(lmx::c_xml_reader& reader, const std::string& name);
-  bool unmarshal(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err);
+  static bool is_member(lmx::c_xml_reader& reader, const std::string&) {
+    return internal::is_member(k_class, reader);
+  }
+  bool unmarshal(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err) {
+    return internal::read_member(*this, k_class, reader, name, err);
+  }
 
   enum elmx_chosen : int {
-    chosen_Shape = 0,
-    chosen_Round = 1,
-    chosen_Ring = 2,
-    chosen_none = 3
+    chosen_Shape = 0, chosen_Round = 1, chosen_Ring = 2, chosen_none = 3
   };
   elmx_chosen getchosen() const { return static_cast<elmx_chosen>(chosen_); }
+  // Calls the visitor with what is chosen; false if nothing is.
+  template <class Visitor>
+  bool visit(Visitor&& visitor) const {
+    switch (chosen_) {
+      case chosen_Shape: visitor(get_Shape()); return true;
+      case chosen_Round: visitor(get_Round()); return true;
+      case chosen_Ring: visitor(get_Ring()); return true;
+      default: return false;
+    }
+  }
+  // The const get_X gives an empty object unless X is chosen; the other one and assign_X
+  // choose it.
 
   // Shape: alternative, ShapeType
-  const ShapeType& get_Shape() const;
-  ShapeType& get_Shape();
-  ShapeType& assign_Shape(const ShapeType& value);
+  const ShapeType& get_Shape() const {
+    return internal::child_of<ShapeType>(chosen_ == 0 ? slot_.object : nullptr);
+  }
+  ShapeType& get_Shape() { return choose_as<ShapeType>(k_rows[0]); }
+  ShapeType& assign_Shape(const ShapeType& value) { return choose_as(k_rows[0], value); }
   // Takes ownership, so that an object of a derived type can stand here. If the
   // alternative is chosen already, its object is not freed. A null pointer is chosen
   // as it is, and cannot be written: 45.
-  ShapeType& assign_Shape(ShapeType* value);
+  ShapeType& assign_Shape(ShapeType* value) { return adopt_as(k_rows[0], value); }
 
   // Round: alternative, RoundType
-  const RoundType& get_Round() const;
-  RoundType& get_Round();
-  RoundType& assign_Round(const RoundType& value);
+  const RoundType& get_Round() const {
+    return internal::child_of<RoundType>(chosen_ == 1 ? slot_.object : nullptr);
+  }
+  RoundType& get_Round() { return choose_as<RoundType>(k_rows[1]); }
+  RoundType& assign_Round(const RoundType& value) { return choose_as(k_rows[1], value); }
   // Takes ownership, so that an object of a derived type can stand here. If the
   // alternative is chosen already, its object is not freed. A null pointer is chosen
   // as it is, and cannot be written: 45.
-  RoundType& assign_Round(RoundType* value);
+  RoundType& assign_Round(RoundType* value) { return adopt_as(k_rows[1], value); }
 
   // Ring: alternative, RingType
-  const RingType& get_Ring() const;
-  RingType& get_Ring();
-  RingType& assign_Ring(const RingType& value);
+  const RingType& get_Ring() const {
+    return internal::child_of<RingType>(chosen_ == 2 ? slot_.object : nullptr);
+  }
+  RingType& get_Ring() { return choose_as<RingType>(k_rows[2]); }
+  RingType& assign_Ring(const RingType& value) { return choose_as(k_rows[2], value); }
 
  private:
-  void release_choice();
-  // Takes ownership of a new member and makes it the chosen one; null is refused.
-  template <class T>
-  T* hold(T* member, int selection);
-  friend struct internal::PlainAccess;
-  static const lmx::s_event_map* member_rows();
-  lmx::elmx_error marshal_child_elements(lmx::c_xml_writer& writer) const;
+  static const internal::Row k_rows[];
 
-  ShapeType* member_ = nullptr;
-  int chosen_ = chosen_none;
+  internal::Slot slot_;
 };
 
 // The head element AnyShape of its family, which can be read but not written.
@@ -676,87 +619,67 @@ class ZOL_API AnyShape : public ShapeType {
  public:
   AnyShape();
   AnyShape(const AnyShape& other);
-  AnyShape& operator=(const AnyShape& other);
+  AnyShape* clone() const override { return new AnyShape(*this); }
+  ~AnyShape() override;
+  AnyShape& operator=(const AnyShape& other) = default;
+  static const internal::Class k_class;
 
   using ShapeType::unmarshal;
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader);
+  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader) {
+    return internal::unmarshal_document(*this, k_class, reader);
+  }
 };
 
 // The element Round, of type RoundType.
-class ZOL_API Round : public RoundType {
+class ZOL_API Round : public RoundType, public internal::Document<Round> {
  public:
   Round();
   Round(const Round& other);
-  Round& operator=(const Round& other);
+  Round* clone() const override { return new Round(*this); }
+  ~Round() override;
+  Round& operator=(const Round& other) = default;
+  static const internal::Class k_class;
 
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const override;
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name) override;
-
-  // The element as a document of its own. A file that cannot be opened gives 1. A document
-  // with another root gives 16.
   static constexpr char k_element_name[] = "Zol:Round";
-  static const lmx::s_ns_map* ns_map();
-  Round(const char* file, lmx::elmx_error* err);
-  Round(const char* buffer, std::size_t size, lmx::elmx_error* err);
-  Round(const std::string& text, lmx::elmx_error* err);
-  // A failed marshal leaves no file and the string as it was; a stream keeps the partial text.
-  lmx::elmx_error marshal(const char* file) const;
-  lmx::elmx_error marshal(std::string* out) const;
-  lmx::elmx_error marshal(std::ostream& stream) const;
-  // What was read before the first failure stays. A second reading appends to lists and
-  // overwrites elements; an attribute that is set gives 3.
-  lmx::elmx_error unmarshal(const char* file);
-  lmx::elmx_error unmarshal(const char* buffer, std::size_t size);
-  lmx::elmx_error unmarshal(const std::string& text);
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader);
+  Round(const char* file, lmx::elmx_error* err) : Round() { construct(err, file); }
+  Round(const char* buffer, std::size_t size, lmx::elmx_error* err) : Round() {
+    construct(err, buffer, size);
+  }
+  Round(const std::string& text, lmx::elmx_error* err) : Round() { construct(err, text); }
+  using Document::marshal;
+  using Document::unmarshal;
+  using RoundType::marshal;
+  using RoundType::unmarshal;
 };
 
 // The element Ring, of type RingType.
-class ZOL_API Ring : public RingType {
+class ZOL_API Ring : public RingType, public internal::Document<Ring> {
  public:
   Ring();
   Ring(const Ring& other);
-  Ring& operator=(const Ring& other);
+  Ring* clone() const override { return new Ring(*this); }
+  ~Ring() override;
+  Ring& operator=(const Ring& other) { return assigned(*this, other, k_class); }
+  void swap(Ring& other) { internal::swap(*this, other, k_class); }
+  void reset() { internal::reset(*this, k_class); }
+  bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  static const internal::Class k_class;
 
-  void swap(Ring& other);
-  void reset();
-  bool is_occurs_ok() const;
-
-  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const override;
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name) override;
-
-  // The element as a document of its own. A file that cannot be opened gives 1. A document
-  // with another root gives 16.
   static constexpr char k_element_name[] = "Zol:Ring";
-  static const lmx::s_ns_map* ns_map();
-  Ring(const char* file, lmx::elmx_error* err);
-  Ring(const char* buffer, std::size_t size, lmx::elmx_error* err);
-  Ring(const std::string& text, lmx::elmx_error* err);
-  // A failed marshal leaves no file and the string as it was; a stream keeps the partial text.
-  lmx::elmx_error marshal(const char* file) const;
-  lmx::elmx_error marshal(std::string* out) const;
-  lmx::elmx_error marshal(std::ostream& stream) const;
-  // What was read before the first failure stays. A second reading appends to lists and
-  // overwrites elements; an attribute that is set gives 3.
-  lmx::elmx_error unmarshal(const char* file);
-  lmx::elmx_error unmarshal(const char* buffer, std::size_t size);
-  lmx::elmx_error unmarshal(const std::string& text);
-  lmx::elmx_error unmarshal(lmx::c_xml_reader& reader);
+  Ring(const char* file, lmx::elmx_error* err) : Ring() { construct(err, file); }
+  Ring(const char* buffer, std::size_t size, lmx::elmx_error* err) : Ring() {
+    construct(err, buffer, size);
+  }
+  Ring(const std::string& text, lmx::elmx_error* err) : Ring() { construct(err, text); }
+  using Document::marshal;
+  using Document::unmarshal;
+  using RingType::marshal;
+  using RingType::unmarshal;
 
   // A nilled element is written as xsi:nil without content. Only reset(), swap(), copying and
   // reading take the mark away again.
-  void setnil_Ring() { nil_ = true; }
-  bool isnil_Ring() const { return nil_; }
-
- protected:
-  bool unmarshal_attributes(lmx::c_xml_reader& reader, const std::string& name,
-                            lmx::elmx_error* err);
-
- private:
-  template <class T, unsigned traits>
-  friend struct internal::Steps;
-
-  bool nil_ = false;
+  void setnil_Ring() { touch(5); }
+  bool isnil_Ring() const { return has(5); }
 };
 
 }  // namespace zol_v2

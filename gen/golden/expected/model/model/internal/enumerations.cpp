@@ -1,16 +1,25 @@
 // Generated from model/schema by gen/emit_model.py: edit those, not this.
-#include "model/internal/enumerations.h"
+#include "model/Zol.h"
 
 namespace zol_v2::internal {
 
-static const std::wstring k_Grade_wide[] = {
-  L"Grade_A",
-  L"Grade_B-plus"
+namespace {
+
+// The same texts in the other width.
+template <std::size_t size>
+struct WideTexts {
+  explicit WideTexts(const std::string_view (&narrow)[size]) {
+    for (std::size_t i = 0; i < size; ++i) text[i].assign(narrow[i].begin(), narrow[i].end());
+  }
+  std::wstring text[size];
 };
-static const std::string_view k_Grade_narrow[] = {
-  "Grade_A",
-  "Grade_B-plus"
+
+}  // namespace
+
+static constexpr std::string_view k_Grade_narrow[] = {
+  "Grade_A", "Grade_B-plus"
 };
-const EnumTable k_Grade{k_Grade_wide, k_Grade_narrow, 2};
+static const WideTexts k_Grade_wide(k_Grade_narrow);
+const EnumTable k_Grade{k_Grade_wide.text, k_Grade_narrow, 2};
 
 }  // namespace zol_v2::internal
