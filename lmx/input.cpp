@@ -99,13 +99,8 @@ bool c_read_memory::read_whole(const char** begin, std::size_t* size) {
 
 c_read_file::c_read_file(const char* path)
     : source_id_(path != nullptr ? path : ""),
-      file_(std::fopen(source_id_.c_str(), "rb")),
-      capacity_(k_own_block) {
-  // Some systems open what can't be read, a directory for one.
-  if (file_ != nullptr && std::ungetc(std::fgetc(file_), file_) == EOF && std::ferror(file_)) {
-    close();
-  }
-}
+      file_(zol::port::open_file(source_id_.c_str(), "rb")),
+      capacity_(k_own_block) {}
 
 c_read_file::c_read_file(const wchar_t* path)
     : source_id_(source_name(path)),
@@ -130,7 +125,7 @@ bool c_read_file::refill() {
   if (file_ == nullptr) return false;
   if (buffer_ == nullptr) buffer_ = std::make_unique<char[]>(capacity_);
   index_ = 0;
-  count_ = std::fread(buffer_.get(), 1, capacity_, file_);
+  count_ = zol::port::read_file(file_, buffer_.get(), capacity_);
   return count_ != 0;
 }
 
