@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <locale>
+#include <random>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -253,6 +255,37 @@ TEST(ManipulatorTest, WritesWideText) {
   if constexpr (sizeof(wchar_t) > 2) {
     EXPECT_EQ(streamed(c_as_xml<std::wstring>({static_cast<wchar_t>(0x1F600)})),
               "\xF0\x9F\x98\x80");
+  }
+}
+
+// Runs of one kind of character of many lengths, so that every edge of a block is met, and that of
+// the writer's store too.
+TEST(ManipulatorTest, LongTextsAreWrittenAsTheirCharactersAre) {
+  const std::wstring characters[] = {
+      L"a", L"&", L"\u00E9", L"<", L"\u20AC", std::wstring(1, wchar_t{0xDC00}), {0xD83C, 0xDFA8},
+      L"\""};
+  std::vector<std::string> bytes;
+  for (const auto& character : characters) {
+    bytes.push_back(streamed(c_as_xml<std::wstring>(character)));
+  }
+  std::mt19937 random(1);
+  for (int round = 0; round < 1000; ++round) {
+    std::wstring wide;
+    std::string narrow;
+    std::string expected;
+    for (unsigned run = random() % 16; run != 0; --run) {
+      const std::size_t kind = random() % std::size(characters);
+      for (unsigned i = random() % (run == 1 ? 2000 : 40); i != 0; --i) {
+        wide += characters[kind];
+        narrow += convert_to_narrow(characters[kind]);
+        expected += bytes[kind];
+      }
+    }
+    ASSERT_EQ(streamed(c_as_xml<std::wstring>(wide)), expected) << round;
+    ASSERT_EQ(streamed(c_as_xml<std::string>(narrow)), expected) << round;
+    wide += static_cast<wchar_t>(0xD800);
+    wide += L"lost behind the broken pair";
+    ASSERT_EQ(streamed(c_as_xml<std::wstring>(wide)), expected) << round;
   }
 }
 
