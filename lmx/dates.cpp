@@ -7,11 +7,12 @@
 #include <limits>
 #include <locale>
 #include <ostream>
-#include <sstream>
 #include <string_view>
 #include <type_traits>
 
 #include "lmx/internal/lexical.h"
+#include "lmx/internal/number_text.h"
+#include "lmx/internal/plain_stream.h"
 #include "lmx/internal/scan.h"
 
 namespace lmx {
@@ -114,33 +115,76 @@ std::uint32_t offset_magnitude(std::int32_t offset) {
   return offset < 0 ? 0 - bits : bits;
 }
 
+// What a stream begins with.
+constexpr int k_stream_precision = 6;
+
 // Too small for the general format to do without an exponent; negative values count as small.
 bool needs_fixed(float secs) { return secs != 0.0f && secs < 0.001f; }
 
+// A stream's general format at its first precision; no float takes more than 47 characters.
 char* put_secs(char* out, float secs) {
-  if (!std::signbit(secs) && secs < 100.0f && secs == std::floor(secs)) {
-    return put_two_digits(out, static_cast<std::uint32_t>(secs));
+  if (std::isfinite(secs) && secs > 0.0f && !needs_fixed(secs)) {
+    return internal::format_seconds(secs, out);
   }
-  // A stream's general format at its first precision; no float takes more than 47 characters.
-  constexpr int k_precision = 6;
-  if (secs < 10.0f) *out++ = '0';
   const auto format = needs_fixed(secs) ? std::chars_format::fixed : std::chars_format::general;
-  return std::to_chars(out, out + 48, secs, format, k_precision).ptr;
+  return std::to_chars(out, out + 48, secs, format, k_stream_precision).ptr;
 }
 
-void write_secs(std::ostream& os, float secs) {
-  if (needs_fixed(secs)) os.setf(std::ios_base::fixed, std::ios_base::floatfield);
-  os << secs;
-  os.unsetf(std::ios_base::fixed);
-}
+// Where a date is written. In memory as on a fresh stream in the classic locale:
+class TextOut {
+ public:
+  explicit TextOut(char* out) : out_(out) {}
+  char* end() const { return out_; }
 
-template <class T>
-std::string written(const T& value) {
-  std::ostringstream os;
-  os.imbue(std::locale::classic());
-  os << value;
-  return os.str();
-}
+  void put(char c) { *out_++ = c; }
+  void put(std::string_view text) { out_ = std::copy(text.begin(), text.end(), out_); }
+  void number(std::uint32_t value) { out_ = put_padded(out_, 0, value); }
+  void two_places(std::uint32_t value) { out_ = put_two_places(out_, value); }
+  void year(std::int32_t value) {
+    if (value >= 0 && value < 10000) {
+      out_ = put_two_digits(out_, static_cast<std::uint32_t>(value) / 100);
+      out_ = put_two_digits(out_, static_cast<std::uint32_t>(value) % 100);
+    } else {
+      out_ = put_padded(out_, 4, value);
+    }
+  }
+  void secs(float value) { out_ = put_secs(out_, value); }
+  void clock_secs(float value) {
+    if (!std::signbit(value) && value < 100.0f && value == std::floor(value)) {
+      out_ = put_two_digits(out_, static_cast<std::uint32_t>(value));
+      return;
+    }
+    if (value < 10.0f) put('0');
+    secs(value);
+  }
+
+ private:
+  char* out_;
+};
+
+// Or on any stream, as that writes numbers.
+class StreamOut {
+ public:
+  explicit StreamOut(std::ostream& os) : os_(os) {}
+
+  void put(char c) { os_ << c; }
+  void put(std::string_view text) { os_ << text; }
+  void number(std::uint32_t value) { os_ << value; }
+  void two_places(std::uint32_t value) { os_ << std::setw(2) << value; }
+  void year(std::int32_t value) { os_ << std::setw(4) << value; }
+  void secs(float value) {
+    if (needs_fixed(value)) os_.setf(std::ios_base::fixed, std::ios_base::floatfield);
+    os_ << value;
+    os_.unsetf(std::ios_base::fixed);
+  }
+  void clock_secs(float value) {
+    if (value < 10.0f) put('0');
+    secs(value);
+  }
+
+ private:
+  std::ostream& os_;
+};
 
 }  // namespace
 
@@ -293,45 +337,107 @@ struct DateFields {
            cursor.skip('-');
   }
 
-  static void write_year(std::ostream& os, const c_datetime_base& value) {
-    os << std::setw(4) << value.year_;
+  template <class Out>
+  static void write_date(Out& out, const c_datetime_base& value) {
+    out.year(value.year_);
+    out.put('-');
+    out.two_places(value.month_);
+    out.put('-');
+    out.two_places(value.day_);
   }
 
-  static void write_month(std::ostream& os, const c_datetime_base& value) {
-    os << std::setw(2) << value.month_;
+  template <class Out>
+  static void write_clock(Out& out, const c_datetime_base& value) {
+    out.two_places(value.hours_);
+    out.put(':');
+    out.two_places(value.mins_);
+    out.put(':');
+    out.clock_secs(value.secs_);
   }
 
-  static void write_day(std::ostream& os, const c_datetime_base& value) {
-    os << std::setw(2) << value.day_;
-  }
-
-  static void write_clock(std::ostream& os, const c_datetime_base& value) {
-    os << std::setw(2) << value.hours_ << ':' << std::setw(2) << value.mins_ << ':';
-    if (value.secs_ < 10.0f) os << '0';
-    write_secs(os, value.secs_);
-  }
-
-  static void write_zone(std::ostream& os, const c_datetime_base& value) {
+  template <class Out>
+  static void write_zone(Out& out, const c_datetime_base& value) {
     if (value.is_utc_) {
-      os << 'Z';
+      out.put('Z');
     } else if (value.total_offset_mins_ != 0) {
       const std::uint32_t mins = offset_magnitude(value.total_offset_mins_);
-      os << (value.total_offset_mins_ < 0 ? '-' : '+') << std::setw(2) << mins / 60 << ':'
-         << std::setw(2) << mins % 60;
+      out.put(value.total_offset_mins_ < 0 ? '-' : '+');
+      out.two_places(mins / 60);
+      out.put(':');
+      out.two_places(mins % 60);
     }
   }
 
-  static char* format_zone(const c_datetime_base& value, char* out) {
-    if (value.is_utc_) {
-      *out++ = 'Z';
-    } else if (value.total_offset_mins_ != 0) {
-      const std::uint32_t mins = offset_magnitude(value.total_offset_mins_);
-      *out++ = value.total_offset_mins_ < 0 ? '-' : '+';
-      out = put_two_places(out, mins / 60);
-      *out++ = ':';
-      out = put_two_digits(out, mins % 60);
+  template <class Out>
+  static void write(Out& out, const c_datetime& value) {
+    write_date(out, value);
+    out.put('T');
+    write_clock(out, value);
+    write_zone(out, value);
+  }
+  template <class Out>
+  static void write(Out& out, const c_time& value) {
+    write_clock(out, value);
+    write_zone(out, value);
+  }
+  template <class Out>
+  static void write(Out& out, const c_date& value) {
+    write_date(out, value);
+    write_zone(out, value);
+  }
+  template <class Out>
+  static void write(Out& out, const c_gyearmonth& value) {
+    out.year(value.year_);
+    out.put('-');
+    out.two_places(value.month_);
+    write_zone(out, value);
+  }
+  template <class Out>
+  static void write(Out& out, const c_gyear& value) {
+    out.year(value.year_);
+    write_zone(out, value);
+  }
+  template <class Out>
+  static void write(Out& out, const c_gmonthday& value) {
+    out.put("--");
+    out.two_places(value.month_);
+    out.put('-');
+    out.two_places(value.day_);
+    write_zone(out, value);
+  }
+  template <class Out>
+  static void write(Out& out, const c_gday& value) {
+    out.put("---");
+    out.two_places(value.day_);
+    write_zone(out, value);
+  }
+  template <class Out>
+  static void write(Out& out, const c_gmonth& value) {
+    out.put("--");
+    out.two_places(value.month_);
+    out.put("--");
+    write_zone(out, value);
+  }
+  template <class Out>
+  static void write(Out& out, const c_duration& value) {
+    const auto write_part = [&out](std::uint32_t number, char designator) {
+      if (number == 0) return;
+      out.number(number);
+      out.put(designator);
+    };
+    if (value.get_is_neg()) out.put('-');
+    out.put('P');
+    write_part(value.get_years(), 'Y');
+    write_part(value.get_months(), 'M');
+    write_part(value.get_days(), 'D');
+    if (value.get_hours() == 0 && value.get_mins() == 0 && value.get_secs() == 0.0f) return;
+    out.put('T');
+    write_part(value.get_hours(), 'H');
+    write_part(value.get_mins(), 'M');
+    if (value.get_secs() != 0.0f) {
+      out.secs(value.get_secs());
+      out.put('S');
     }
-    return out;
   }
 
   static bool is_same(const c_datetime_base& a, const c_datetime_base& b) {
@@ -417,27 +523,36 @@ bool parse_datetime(std::string_view text, c_datetime* value, bool* has_zone) {
 }
 
 char* format_datetime(const c_datetime& value, char* out) {
-  const std::int32_t year = value.get_year();
-  if (year >= 0 && year < 10000) {
-    out = put_two_digits(out, static_cast<std::uint32_t>(year) / 100);
-    out = put_two_digits(out, static_cast<std::uint32_t>(year) % 100);
-  } else {
-    out = put_padded(out, 4, year);
-  }
-  *out++ = '-';
-  out = put_two_places(out, value.get_month());
-  *out++ = '-';
-  out = put_two_places(out, value.get_day());
-  *out++ = 'T';
-  out = put_two_places(out, value.get_hours());
-  *out++ = ':';
-  out = put_two_places(out, value.get_mins());
-  *out++ = ':';
-  out = put_secs(out, value.get_secs());
-  return DateFields::format_zone(value, out);
+  TextOut text(out);
+  DateFields::write(text, value);
+  return text.end();
 }
 
 }  // namespace internal
+
+namespace {
+
+template <class T>
+std::string_view written(const T& value, char (&text)[internal::k_max_datetime_text]) {
+  TextOut out(text);
+  DateFields::write(out, value);
+  return {text, static_cast<std::size_t>(out.end() - text)};
+}
+
+template <class T>
+std::ostream& write(std::ostream& os, const T& value) {
+  os.fill('0');
+  if (internal::is_plain_stream(os) && os.precision() == k_stream_precision) {
+    char text[internal::k_max_datetime_text];
+    const std::string_view characters = written(value, text);
+    return os.write(characters.data(), static_cast<std::streamsize>(characters.size()));
+  }
+  StreamOut out(os);
+  DateFields::write(out, value);
+  return os;
+}
+
+}  // namespace
 
 void c_datetime_base::set_offset(int hours, unsigned mins) {
   const std::uint32_t whole_hours = static_cast<std::uint32_t>(hours) * 60;
@@ -446,79 +561,14 @@ void c_datetime_base::set_offset(int hours, unsigned mins) {
   is_utc_ = total_offset_mins_ == 0;
 }
 
-std::ostream& operator<<(std::ostream& os, const c_datetime& value) {
-  os.fill('0');
-  DateFields::write_year(os, value);
-  os << '-';
-  DateFields::write_month(os, value);
-  os << '-';
-  DateFields::write_day(os, value);
-  os << 'T';
-  DateFields::write_clock(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
-
-std::ostream& operator<<(std::ostream& os, const c_time& value) {
-  os.fill('0');
-  DateFields::write_clock(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
-
-std::ostream& operator<<(std::ostream& os, const c_date& value) {
-  os.fill('0');
-  DateFields::write_year(os, value);
-  os << '-';
-  DateFields::write_month(os, value);
-  os << '-';
-  DateFields::write_day(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
-
-std::ostream& operator<<(std::ostream& os, const c_gyearmonth& value) {
-  os.fill('0');
-  DateFields::write_year(os, value);
-  os << '-';
-  DateFields::write_month(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
-
-std::ostream& operator<<(std::ostream& os, const c_gyear& value) {
-  os.fill('0');
-  DateFields::write_year(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
-
-std::ostream& operator<<(std::ostream& os, const c_gmonthday& value) {
-  os.fill('0');
-  os << "--";
-  DateFields::write_month(os, value);
-  os << '-';
-  DateFields::write_day(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
-
-std::ostream& operator<<(std::ostream& os, const c_gday& value) {
-  os.fill('0');
-  os << "---";
-  DateFields::write_day(os, value);
-  DateFields::write_zone(os, value);
-  return os;
-}
-
-std::ostream& operator<<(std::ostream& os, const c_gmonth& value) {
-  os.fill('0');
-  os << "--";
-  DateFields::write_month(os, value);
-  os << "--";
-  DateFields::write_zone(os, value);
-  return os;
-}
+std::ostream& operator<<(std::ostream& os, const c_datetime& value) { return write(os, value); }
+std::ostream& operator<<(std::ostream& os, const c_time& value) { return write(os, value); }
+std::ostream& operator<<(std::ostream& os, const c_date& value) { return write(os, value); }
+std::ostream& operator<<(std::ostream& os, const c_gyearmonth& value) { return write(os, value); }
+std::ostream& operator<<(std::ostream& os, const c_gyear& value) { return write(os, value); }
+std::ostream& operator<<(std::ostream& os, const c_gmonthday& value) { return write(os, value); }
+std::ostream& operator<<(std::ostream& os, const c_gday& value) { return write(os, value); }
+std::ostream& operator<<(std::ostream& os, const c_gmonth& value) { return write(os, value); }
 
 namespace internal {
 
@@ -550,14 +600,8 @@ bool DateType<T>::is_valid(const std::string& text) {
 
 template <class T>
 std::string DateType<T>::get_as_string() const {
-  const T& self = static_cast<const T&>(*this);
-  if constexpr (std::is_same_v<T, c_datetime>) {
-    char text[k_max_datetime_text];
-    const char* const end = format_datetime(self, text);
-    return std::string(text, static_cast<std::size_t>(end - text));
-  } else {
-    return written(self);
-  }
+  char text[k_max_datetime_text];
+  return std::string(written(static_cast<const T&>(*this), text));
 }
 
 template class DateType<c_datetime>;
@@ -710,7 +754,10 @@ bool c_duration::is_valid(const std::string& text) {
   return walk_duration(text, value);
 }
 
-std::string c_duration::get_as_string() const { return written(*this); }
+std::string c_duration::get_as_string() const {
+  char text[internal::k_max_datetime_text];
+  return std::string(written(*this, text));
+}
 
 void c_duration::normalize() {
   // Seconds may be anything that a float holds; what no integer can take is left alone.
@@ -746,25 +793,6 @@ bool operator<=(const c_duration& a, const c_duration& b) {
   return !is_indeterminate(a, b) && !(a > b);
 }
 
-std::ostream& operator<<(std::ostream& os, const c_duration& value) {
-  const auto write = [&os](std::uint32_t number, char designator) {
-    if (number != 0) os << number << designator;
-  };
-  os.fill('0');
-  if (value.get_is_neg()) os << '-';
-  os << 'P';
-  write(value.get_years(), 'Y');
-  write(value.get_months(), 'M');
-  write(value.get_days(), 'D');
-  if (value.get_hours() == 0 && value.get_mins() == 0 && value.get_secs() == 0.0f) return os;
-  os << 'T';
-  write(value.get_hours(), 'H');
-  write(value.get_mins(), 'M');
-  if (value.get_secs() != 0.0f) {
-    write_secs(os, value.get_secs());
-    os << 'S';
-  }
-  return os;
-}
+std::ostream& operator<<(std::ostream& os, const c_duration& value) { return write(os, value); }
 
 }  // namespace lmx

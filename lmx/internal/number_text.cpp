@@ -285,4 +285,6 @@ char* format_double(double value, char* out) { return format_number<14>(value, o
 
 char* format_float(float value, char* out) { return format_number<7>(value, out); }
 
+char* format_seconds(float value, char* out) { return format_number<6>(value, out); }
+
 }  // namespace lmx::internal

@@ -21,4 +21,7 @@ bool read_double(std::string_view text, double* value);
 char* format_double(double value, char* out);
 char* format_float(float value, char* out);
 
+// The same at a stream's first precision of 6, for finite values above zero.
+char* format_seconds(float value, char* out);
+
 }  // namespace lmx::internal

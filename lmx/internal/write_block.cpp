@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "lmx/internal/number_text.h"
+#include "lmx/internal/plain_stream.h"
 #include "lmx/internal/unicode.h"
 #include "lmx/internal/unit_blocks.h"
 #include "lmx/writer.h"
@@ -29,15 +30,6 @@ constexpr std::string_view escape_of(unsigned char byte) {
 char* put(char* out, std::string_view text) {
   std::memcpy(out, text.data(), text.size());
   return out + text.size();
-}
-
-// The flags that change how a stream writes numbers. std::ios_base::dec may be set or not.
-constexpr std::ios_base::fmtflags k_number_flags =
-    std::ios_base::oct | std::ios_base::hex | std::ios_base::floatfield | std::ios_base::showbase |
-    std::ios_base::showpoint | std::ios_base::showpos | std::ios_base::uppercase;
-
-bool writes_plain_numbers(const std::ostream& stream) {
-  return (stream.flags() & k_number_flags) == std::ios_base::fmtflags{};
 }
 
 }  // namespace
@@ -121,7 +113,7 @@ void WriteBlock::append_escaped(std::string_view text) {
 }
 
 void WriteBlock::append_number(double value) {
-  if (!writes_plain_numbers(stream_)) {
+  if (!has_plain_flags(stream_)) {
     flush();
     stream_ << c_as_xml<double>(value);
     return;
@@ -130,7 +122,7 @@ void WriteBlock::append_number(double value) {
 }
 
 void WriteBlock::append_number(float value) {
-  if (!writes_plain_numbers(stream_)) {
+  if (!has_plain_flags(stream_)) {
     flush();
     stream_ << c_as_xml<float>(value);
     return;
@@ -139,7 +131,7 @@ void WriteBlock::append_number(float value) {
 }
 
 void WriteBlock::append_integer(std::int64_t value) {
-  if (!writes_plain_numbers(stream_)) {
+  if (!has_plain_flags(stream_)) {
     flush();
     stream_ << value;
     return;

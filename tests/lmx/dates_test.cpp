@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <iomanip>
 #include <limits>
 #include <locale>
@@ -208,6 +209,51 @@ TEST(DatesTest, WritingLeavesTheFillAndClearsFixed) {
   EXPECT_EQ(os.str(), "08:09:10.500 001 0.5");
 }
 
+TEST(DatesTest, StreamsWriteInTheirOwnWay) {
+  struct Grouping : std::numpunct<char> {
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+  };
+  const c_datetime date("2005-06-07T08:09:10.25Z");
+  const struct {
+    const char* what;
+    std::function<void(std::ostream&)> prepare;
+    const char* date;
+    const char* month_day;
+    const char* duration;
+  } rows[] = {
+      {"fresh", [](std::ostream&) {}, "2005-06-07T08:09:10.25Z", "--06-07", "P1234YT1.5S"},
+      {"precision", [](std::ostream& os) { os << std::setprecision(2); }, "2005-06-07T08:09:10Z",
+       "--06-07", "P1234YT1.5S"},
+      {"hexadecimal", [](std::ostream& os) { os << std::hex; }, "07d5-06-07T08:09:10.25Z",
+       "--06-07", "P4d2YT1.5S"},
+      {"left", [](std::ostream& os) { os << std::left; }, "2005-60-70T80:90:10.25Z", "--60-70",
+       "P1234YT1.5S"},
+      {"width", [](std::ostream& os) { os << std::setw(6); }, "2005-06-07T08:09:10.25Z",
+       "0000--06-07", "00000P1234YT1.5S"},
+      {"grouping",
+       [](std::ostream& os) { os.imbue(std::locale(std::locale::classic(), new Grouping)); },
+       "2.005-06-07T08:09:10.25Z", "--06-07", "P1.234YT1.5S"},
+  };
+  for (const auto& row : rows) {
+    const auto written = [&row](const auto& value) {
+      std::ostringstream os;
+      os.imbue(std::locale::classic());
+      row.prepare(os);
+      os << value;
+      EXPECT_EQ(os.fill(), '0') << row.what;
+      return os.str();
+    };
+    EXPECT_EQ(written(date), row.date) << row.what;
+    EXPECT_EQ(written(c_gmonthday("--06-07")), row.month_day) << row.what;
+    EXPECT_EQ(written(c_duration("P1234YT1.5S")), row.duration) << row.what;
+  }
+  std::ostringstream failed;
+  failed.setstate(std::ios_base::badbit);
+  failed << date;
+  EXPECT_EQ(failed.str(), "");
+}
+
 TEST(DatesTest, TextKnowsNoLocale) {
   struct Comma : std::numpunct<char> {
     char do_decimal_point() const override { return ','; }
@@ -355,9 +401,11 @@ std::string formatted(const c_datetime& value) {
   return std::string(text, static_cast<std::size_t>(end - text));
 }
 
-std::string through_stream(const c_datetime& value) {
+// By a stream's own means, since no other locale is known to write as the classic one does.
+template <class T>
+std::string through_stream(const T& value) {
   std::ostringstream os;
-  os.imbue(std::locale::classic());
+  os.imbue(std::locale(std::locale::classic(), new std::numpunct<char>));
   os << value;
   return os.str();
 }
@@ -397,6 +445,9 @@ TEST(DateTimeRoadTest, WritesSecondsAsAStreamDoes) {
     c_datetime date;
     date.set_secs(value);
     ASSERT_EQ(formatted(date), through_stream(date)) << value;
+    c_duration duration;
+    duration.set_secs(value);
+    ASSERT_EQ(duration.get_as_string(), through_stream(duration)) << value;
   }
 }
 
@@ -416,6 +467,49 @@ TEST(DateTimeRoadTest, WritesEveryFieldAsAStreamDoes) {
     date.set_total_offset_mins(static_cast<std::int32_t>(random() % 2 ? any() : 0 - any()));
     date.set_is_utc(random() % 4 == 0);
     ASSERT_EQ(formatted(date), through_stream(date));
+
+    const auto as_a_stream_does = [&](auto value) {
+      value.set_total_offset_mins(date.get_total_offset_mins());
+      value.set_is_utc(date.get_is_utc());
+      EXPECT_EQ(value.get_as_string(), through_stream(value));
+    };
+    c_time time;
+    time.set_hours(any());
+    time.set_mins(any());
+    time.set_secs(static_cast<float>(any()) * 0.25f);
+    as_a_stream_does(time);
+    c_date day;
+    day.set_year(date.get_year());
+    day.set_month(any());
+    day.set_day(any());
+    as_a_stream_does(day);
+    c_gyearmonth year_month;
+    year_month.set_year(date.get_year());
+    year_month.set_month(any());
+    as_a_stream_does(year_month);
+    c_gyear year;
+    year.set_year(date.get_year());
+    as_a_stream_does(year);
+    c_gmonthday month_day;
+    month_day.set_month(any());
+    month_day.set_day(any());
+    as_a_stream_does(month_day);
+    c_gday only_day;
+    only_day.set_day(any());
+    as_a_stream_does(only_day);
+    c_gmonth month;
+    month.set_month(any());
+    as_a_stream_does(month);
+
+    c_duration duration;
+    duration.set_is_neg(random() % 2 == 0);
+    for (const auto set : {&c_duration::set_years, &c_duration::set_months, &c_duration::set_days,
+                           &c_duration::set_hours, &c_duration::set_mins}) {
+      if (random() % 2 == 0) (duration.*set)(any());
+    }
+    duration.set_secs(static_cast<float>(random() % 2 * any()) * 0.25f);
+    ASSERT_EQ(duration.get_as_string(), through_stream(duration));
+    if (HasFailure()) return;
   }
 
   c_datetime longest;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iomanip>
 #include <iterator>
 #include <limits>
 #include <locale>
@@ -314,6 +315,18 @@ TEST(ManipulatorTest, WritesNumbersInTheStreamsFormatAndLeavesItsPrecision) {
          << c_as_xml<double>(0.0);
   EXPECT_EQ(stream.str(), "+0.50000000000000 INF 0.0");
   EXPECT_EQ(stream.precision(), 3);
+
+  struct Comma : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+  };
+  std::ostringstream other;
+  other.imbue(std::locale::classic());
+  other.fill('_');
+  other << std::setw(5) << c_as_xml<double>(0.5) << ' ' << std::setw(5) << c_as_xml<float>(0.0F)
+        << ' ' << c_as_xml<double>(0.5) << ' ' << std::uppercase << c_as_xml<double>(1e30);
+  other.imbue(std::locale(std::locale::classic(), new Comma));
+  other << std::nouppercase << ' ' << c_as_xml<double>(0.5) << ' ' << c_as_xml<double>(0.0);
+  EXPECT_EQ(other.str(), "__0.5 __0.0 0.5 1E+30 0,5 0.0");
 }
 
 TEST(WriteBlockTest, WritesNumbersAsTheStreamWould) {
