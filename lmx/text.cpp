@@ -174,6 +174,12 @@ class Narrower {
             reinterpret_cast<const char*>(at), &out);
         at += taken;
         if (taken != 0) continue;
+      } else {
+        const wchar_t* const tail = at;
+        while (at != end_ && static_cast<std::uint32_t>(*at) < 0x80) {
+          *out++ = static_cast<char>(*at++);
+        }
+        if (at != tail) continue;
       }
       // One character of several bytes is mostly followed by others.
       do {
@@ -194,16 +200,41 @@ class Narrower {
   const wchar_t* const end_;
 };
 
+bool is_ascii(std::string_view text) {
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (; end - at >= 8; at += 8) {
+    if ((internal::load_word(at) & internal::k_highs) != 0) return false;
+  }
+  while (at != end && byte_at(at) < 0x80) ++at;
+  return at == end;
+}
+
+// Appends a piece. The string's own way to grow is longer than that to begin anew.
+template <class Text, class Char>
+void store_piece(Text* out, const Char* begin, const Char* end) {
+  const auto size = static_cast<std::size_t>(end - begin);
+  if (out->empty() && size > out->capacity()) {
+    *out = Text(begin, size);
+  } else {
+    out->append(begin, size);
+  }
+}
+
 }  // namespace
 
 namespace internal {
 
 std::size_t append_wide(std::wstring* out, std::string_view utf8) {
+  if (out->empty() && is_ascii(utf8)) {
+    *out = std::wstring(utf8.begin(), utf8.end());  // with neither slack nor a first filling
+    return utf8.size();
+  }
   Widener widener(utf8);
   wchar_t piece[k_piece];
   const wchar_t* end = widener.fill(piece, piece + k_piece);
   if (widener.is_done()) {
-    out->append(piece, static_cast<std::size_t>(end - piece));
+    store_piece(out, piece, end);
   } else {
     const std::size_t start = out->size();
     const auto first = static_cast<std::size_t>(end - piece);
@@ -225,7 +256,7 @@ void append_narrow(std::string* out, const std::wstring& in) {
     out->reserve(out->size() + static_cast<std::size_t>(end - piece) +
                  count_bytes(narrower.rest()));
   }
-  out->append(piece, static_cast<std::size_t>(end - piece));
+  store_piece(out, piece, end);
   while (!narrower.is_done()) {
     end = narrower.fill(piece, piece + k_piece);
     out->append(piece, static_cast<std::size_t>(end - piece));

@@ -244,12 +244,13 @@ std::size_t narrow_block(const char* in, char** out) {
   std::uint16_t pairs[k_unit_block];
   store_lanes(pairs, spell(low));
   store_lanes(pairs + 8, spell(high));
-  char* to = *out;
-  for (std::size_t i = 0; i < k_unit_block; ++i) {
-    std::memcpy(to, &pairs[i], 2);
-    to += 1 + (longs >> i & 1);
-  }
-  *out = to;
+  const auto place = [longs, &pairs](unsigned half, char* to) {
+    const unsigned flags = longs >> 8 * half & 0xFF;
+    const unsigned char* const ranks = k_bit_ranks.of[flags];
+    for (unsigned i = 0; i < 8; ++i) std::memcpy(to + i + ranks[i], &pairs[8 * half + i], 2);
+    return to + 8 + ranks[7] + (flags >> 7);
+  };
+  *out = place(1, place(0, *out));
   return k_unit_block;
 }
 

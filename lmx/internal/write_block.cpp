@@ -27,6 +27,21 @@ constexpr std::string_view escape_of(unsigned char byte) {
   }
 }
 
+// The characters that are copied as they are: ASCII without the four that are escaped.
+struct PlainTable {
+  bool is_plain[128] = {};
+
+  constexpr PlainTable() {
+    for (unsigned c = 0; c < 128; ++c) is_plain[c] = !EscapesOwn::has(c);
+  }
+};
+constexpr PlainTable k_plain;
+
+bool is_plain(wchar_t unit) {
+  const auto value = static_cast<std::uint32_t>(unit);
+  return value < 128 && k_plain.is_plain[value];
+}
+
 char* put(char* out, std::string_view text) {
   std::memcpy(out, text.data(), text.size());
   return out + text.size();
@@ -68,6 +83,10 @@ void WriteBlock::append_escaped(const std::wstring& text) {
             narrow_block<WideUnits, EscapesOwn>(reinterpret_cast<const char*>(next), &out);
         next += taken;
         if (taken != 0) continue;
+      } else {
+        const wchar_t* const tail = next;
+        while (next != end && is_plain(*next)) *out++ = static_cast<char>(*next++);
+        if (next != tail) continue;
       }
       // One character of several bytes is mostly followed by others.
       do {
