@@ -37,6 +37,10 @@ const std::string k_documents[] = {
     "<r><longer-name-than-a-word:and.more-of_it0 attribute-of-some-length='and its "
     "value'>0123456789"
     "0123456789</longer-name-than-a-word:and.more-of_it0></r>",
+    "<r><!-- a note that goes on\r\nover lines, caf\xC3\xA9 - \xC2\x85 -- dashes\n\r-->"
+    "<?pi more than one ? block of it\r\n?>x</r>",
+    "<r><a>x<![CDATA[ section of <more> than ]] a block > &c;\r\r\n caf\xC3\xA9 \xE2\x80\xA8"
+    "]]]></a></r>",
 };
 
 // Every source of the same bytes gives this trace.
