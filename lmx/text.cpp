@@ -1,5 +1,6 @@
 #include "lmx/text.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <type_traits>
