@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "lmx/internal/lexical.h"
+#include "lmx/internal/number_text.h"
 #include "lmx/internal/scan.h"
 #include "lmx/internal/word.h"
 
@@ -138,6 +139,10 @@ char* put_secs(char* out, float secs, const SecondsFormat& format) {
     return put_two_digits(out, static_cast<std::uint32_t>(secs));
   }
   if (secs < 10.0f) *out++ = '0';
+  const bool is_usual = !format.is_fixed && format.precision == SecondsFormat().precision;
+  if (is_usual && std::isfinite(secs) && secs > 0.0f && !needs_fixed(secs)) {
+    return internal::format_seconds(secs, out);
+  }
   return put_float(out, secs, format);
 }
 

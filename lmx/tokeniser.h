@@ -82,6 +82,9 @@ class ZOL_API c_get_for_xml : public c_get_with_entities {
       add_run_wsp(out, begin, end);
     }
   }
+  // Takes what the window has up to a character of ASCII, as it stands. Appends it unless `out` is
+  // null.
+  void take_up_to(char stop, std::string* out);
 
  private:
   bool report(elmx_error_type type, elmx_error code, const std::string& text);

@@ -182,9 +182,8 @@ elmx_error parse_datetime(std::string_view text, lmx::c_datetime& out, Faults& f
 }
 
 elmx_error parse_binary(std::string_view text, lmx::c_binary& out, Faults& faults) {
-  if (!lmx::internal::is_valid_base64(text)) {
-    if (const elmx_error error = faults.judge(lmx::elmx_bad_value_format)) return error;
-  }
+  if (lmx::internal::read_base64(text, &out)) return lmx::elmx_ok;
+  if (const elmx_error error = faults.judge(lmx::elmx_bad_value_format)) return error;
   out.from_base64(std::string(text));
   return lmx::elmx_ok;
 }
