@@ -214,11 +214,11 @@ bool c_get_as_utf8::peek_whole(std::string_view* bytes) {
   return true;
 }
 
-void c_get_as_utf8::take_whole(std::size_t size, int extra_lines) {
-  encoding_ = k_utf8;
-  is_plain_ = true;
-  uncounted_ = {at_, size};
-  take_window(at_ + size, extra_lines);
+void c_get_as_utf8::take_whole(const internal::SourceBytes& bytes) {
+  encoding_ = bytes.encoding;
+  is_plain_ = encoding_ == k_utf8;
+  if (is_plain_) uncounted_ = {at_, bytes.size};
+  take_window(at_ + bytes.size, bytes.lines);
 }
 
 int c_get_as_utf8::count_lines(std::string_view text) {

@@ -139,6 +139,15 @@ class ZOL_API c_unget_buffer {
 
 namespace internal {
 
+// What was read of a source as a whole, without the getter.
+struct SourceBytes {
+  std::size_t size;  // with a mark
+  // As the getter numbers it. The line ends of UTF-8 are counted when somebody asks: `lines` are
+  // then those that count twice, and all of them in another encoding.
+  int encoding;
+  int lines;
+};
+
 // The unread rest of the current block or piece, in the plain state.
 struct Window {
   const char* at;
@@ -203,9 +212,8 @@ class ZOL_API c_get_as_utf8 {
   // The whole source as one window, before the first character was asked for. False, with nothing
   // changed, if there is no such window.
   bool peek_whole(std::string_view* bytes);
-  // Takes so many bytes of it, UTF-8 with or without a mark. Line ends are counted when somebody asks,
-  // and `extra_lines` with them.
-  void take_whole(std::size_t size, int extra_lines);
+  // Takes the first bytes of it.
+  void take_whole(const internal::SourceBytes& bytes);
   // Bytes of the source that were read and not pushed back.
   std::uint64_t bytes_read() const {
     return bytes_fetched_ - unread_in_block() - static_cast<std::uint64_t>(unget_.size());

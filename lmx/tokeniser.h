@@ -181,10 +181,10 @@ class ZOL_API c_xml {
   bool peek_whole(std::string_view* bytes) {
     return !content_begun_ && !dtd_read_ && getter_.peek_whole(bytes);
   }
-  void take_whole(std::size_t size, int extra_lines, elmx_whitespace mode) {
+  void take_whole(const internal::SourceBytes& bytes, elmx_whitespace mode) {
     content_begun_ = true;
     getter_.set_ws_mode(mode);
-    getter_.take_whole(size, extra_lines);
+    getter_.take_whole(bytes);
   }
 
  private:

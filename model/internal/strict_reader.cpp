@@ -65,6 +65,13 @@ std::string_view view(const char* begin, const char* end) {
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
+// In any case; `word` is in small letters.
+bool is_same_word(std::string_view text, std::string_view word) {
+  return std::equal(text.begin(), text.end(), word.begin(), word.end(), [](char a, char b) {
+    return (a >= 'A' && a <= 'Z' ? static_cast<char>(a + 32) : a) == b;
+  });
+}
+
 constexpr int k_max_depth = lmx::internal::ElementDepthGuard::k_max_depth;
 
 // A text that collapsing leaves as it is; values of the types that collapse have no blanks.
@@ -243,12 +250,53 @@ inline bool StrictReader::read_content(Object& self, const Row& row, Tag tag) {
 // --- The document -----------------------------------------------------------------------------------
 
 bool StrictReader::read(Object& self, const Class& type) {
-  constexpr std::string_view k_mark = "\xEF\xBB\xBF";
-  at_ = text_.data();
-  end_ = at_ + text_.size();
-  if (text_.substr(0, k_mark.size()) == k_mark) at_ += k_mark.size();
-  if (at_ == end_ || (*at_ != '<' && !is_space(*at_))) return false;
-  return read_declaration() && read_root(self, type);
+  return open() && (*at_ == '<' || is_space(*at_)) && read_declaration() && read_root(self, type);
+}
+
+// Finds the encoding by the first bytes, as the getter does.
+bool StrictReader::open() {
+  using lmx::internal::SourceEncoding;
+  at_ = bytes_.data();
+  end_ = at_ + bytes_.size();
+  const auto begins_with = [this](std::string_view mark) {
+    return bytes_.substr(0, mark.size()) == mark;
+  };
+  if (bytes_.size() < 4) return false;
+  if (begins_with("\xFF\xFE") || begins_with("\xFE\xFF")) {
+    at_ += 2;
+    return go_on_in(begins_with("\xFF") ? SourceEncoding::utf16_le : SourceEncoding::utf16_be);
+  }
+  if (begins_with("\xEF\xBB\xBF")) at_ += 3;
+  if (bytes_[0] == '\0') return go_on_in(SourceEncoding::utf16_be);
+  if (bytes_[1] == '\0') return go_on_in(SourceEncoding::utf16_le);
+  return true;
+}
+
+// The rest of the text is turned into UTF-8.
+bool StrictReader::go_on_in(lmx::internal::SourceEncoding encoding) {
+  using lmx::internal::SourceEncoding;
+  transcoded_at_ = static_cast<std::size_t>(at_ - bytes_.data());
+  if (!lmx::internal::transcode(view(at_, end_), encoding, &transcoded_)) return false;
+  encoding_ = encoding == SourceEncoding::latin1 ? 1 : encoding == SourceEncoding::utf16_be ? 3 : 4;
+  at_ = transcoded_.data();
+  end_ = at_ + transcoded_.size();
+  return at_ != end_;
+}
+
+lmx::internal::SourceBytes StrictReader::bytes_read() const {
+  constexpr int k_utf8 = 2, k_latin1 = 1;
+  if (encoding_ == k_utf8) {
+    return {static_cast<std::size_t>(at_ - bytes_.data()), encoding_, extra_lines_};
+  }
+  // Each sequence was one unit, those of four bytes two.
+  std::size_t units = 0;
+  for (const char* p = transcoded_.data(); p != at_; ++p) {
+    units += static_cast<std::size_t>((*p & 0xC0) != 0x80) + static_cast<std::size_t>(byte_at(p) >= 0xF0);
+  }
+  const char* const begin = bytes_.data();
+  return {transcoded_at_ + units * (encoding_ == k_latin1 ? 1 : 2), encoding_,
+          extra_lines_ + lmx::internal::count_line_ends(begin, begin + transcoded_at_) +
+              lmx::internal::count_line_ends(transcoded_.data(), at_)};
 }
 
 // The XML declaration, if the document begins with one.
@@ -283,15 +331,14 @@ bool StrictReader::read_declaration() {
     return false;
   }
   skip();
-  const bool is_utf8 = encoding.size() == 5 && (encoding[0] | 0x20) == 'u' &&
-                       (encoding[1] | 0x20) == 't' && (encoding[2] | 0x20) == 'f' &&
-                       encoding.substr(3) == "-8";
-  if (!rest.empty() || (version != "1.0" && version != "1.1") || standalone == "no" ||
-      (encoding.data() != nullptr && !is_utf8)) {
-    return false;
-  }
+  if (!rest.empty() || (version != "1.0" && version != "1.1") || standalone == "no") return false;
   at_ += length + 2;
-  return true;
+  if (encoding.data() == nullptr) return true;
+  if (transcoded_.size() != 0) return is_same_word(encoding, "utf-16");
+  if (is_same_word(encoding, "iso-8859-1") || is_same_word(encoding, "us-ascii")) {
+    return go_on_in(lmx::internal::SourceEncoding::latin1);
+  }
+  return is_same_word(encoding, "utf-8");
 }
 
 bool StrictReader::read_root(Object& self, const Class& type) {

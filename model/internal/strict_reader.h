@@ -15,7 +15,9 @@
 #include <string_view>
 #include <vector>
 
+#include "lmx/internal/byte_buffer.h"
 #include "lmx/internal/pool.h"
+#include "lmx/internal/transcode.h"
 #include "lmx/reader.h"
 #include "lmx/tokeniser.h"
 #include "model/internal/document_namespace.h"
@@ -26,18 +28,17 @@ namespace zol_v2::internal {
 
 class StrictReader {
  public:
-  // UTF-8, with or without a mark; stays the caller's.
-  StrictReader(std::string_view text, Pool& pool) : text_(text), pool_(pool) {}
+  // In any encoding that a reader knows, with or without a mark. Stays the caller's; what is not
+  // UTF-8 is turned into it first.
+  StrictReader(std::string_view bytes, Pool& pool) : bytes_(bytes), pool_(pool) {}
 
   // False if the other road must be taken; the object then holds what was read so far.
   bool read(Object& self, const Class& type);
 
   // --- What the other road would have left in its reader ------------------------------------------
 
-  // Behind the root's end tag.
-  std::size_t size_read() const { return static_cast<std::size_t>(at_ - text_.data()); }
-  // Line ends that count twice, since they follow a name that only the character behind it ends.
-  int extra_lines() const { return extra_lines_; }
+  // Up to behind the root's end tag.
+  lmx::internal::SourceBytes bytes_read() const;
   // The name in the root's end tag, the last value, and the last name of an element or attribute.
   std::string_view end_name() const { return root_name_; }
   std::string_view last_value() const { return last_value_; }
@@ -68,6 +69,8 @@ class StrictReader {
   class Entries;
 
   // --- Objects
+  bool open();
+  bool go_on_in(lmx::internal::SourceEncoding encoding);
   bool read_root(Object& self, const Class& type);
   // From behind the name of the start tag to behind the end tag.
   bool read_object(Object& self, const Class& type, Tag tag);
@@ -138,8 +141,13 @@ class StrictReader {
   bool is_full() const { return depth_ >= lmx::internal::ElementDepthGuard::k_max_depth; }
   bool is_near_end(std::size_t size) const { return static_cast<std::size_t>(end_ - at_) <= size; }
 
-  const std::string_view text_;
+  const std::string_view bytes_;
   Pool& pool_;
+  // Of another encoding: the text from transcoded_at_ on in UTF-8. The encodings are numbered as the
+  // getter does.
+  lmx::internal::ByteBuffer transcoded_{0};
+  std::size_t transcoded_at_ = 0;
+  int encoding_ = 2;
   const char* at_ = nullptr;
   const char* end_ = nullptr;
 
@@ -172,7 +180,7 @@ class StrictReader {
   lmx::elmx_whitespace last_mode_ = lmx::elmx_preserve;
   std::string_view last_name_;
   int last_name_ns_id_ = 0;
-  int extra_lines_ = 0;
+  int extra_lines_ = 0;  // line ends that count twice, since only they end the name before them
   std::vector<std::string> declared_;
 };
 
