@@ -583,8 +583,9 @@ void swap_row(Object& a, Object& b, const Row& row) {
 
 void swap(Object& a, Object& b, const Class& type) {
   if (&a == &b) return;
-  if (type.base != nullptr) swap(a, b, *type.base);
-  for (const Row& row : type.fields()) swap_row(a, b, row);
+  for (const Class* level = &type; level != nullptr; level = level->base) {
+    for (const Row& row : level->fields()) swap_row(a, b, row);
+  }
   if (type.is_choice()) {
     swap_values<Slot>(a, b, *type.alternatives().first);
     std::swap(Head::chosen(a), Head::chosen(b));
