@@ -152,7 +152,9 @@ bool StrictReader::read(Object& self, const Class& type) {
   end_ = at_ + text_.size();
   if (text_.substr(0, k_mark.size()) == k_mark) at_ += k_mark.size();
   if (at_ == end_ || (*at_ != '<' && !is_space(*at_))) return false;
-  return read_declaration() && read_root(self, type);
+  // Which number a foreign namespace has is told by the order of all that were declared.
+  return read_declaration() && read_root(self, type) &&
+         last_name_ns_id_ <= k_document_namespace_id;
 }
 
 // The XML declaration, if the document begins with one.
@@ -212,6 +214,7 @@ bool StrictReader::read_root(Object& self, const Class& type) {
   const Scope scope(*this);
   at_ = name_end;
   bool is_empty = false;
+  count_pushed_back();
   if (!scan_tag(&is_empty) || !set_prefix(tag.view().substr(0, local_at))) return false;
   note_name(tag);
   std::uint32_t seen = 0;
@@ -229,9 +232,14 @@ bool StrictReader::read_object(Object& self, const Class& type, Tag tag) {
   bool is_empty = false;
   if (*at_ == '>') {
     ++at_;
-  } else if (!take_plain_attributes(self, type, &seen) &&
-             (!scan_tag(&is_empty) || !apply_attributes(self, type, &seen))) {
-    return false;
+  } else {
+    count_pushed_back();
+    if (!take_plain_attributes(self, type, &seen)) {
+      if (!scan_tag(&is_empty)) return false;
+      // A declaration holds for the attributes before it as well.
+      if (seen != 0) last_name_ns_id_ = default_ns_id_;
+      if (!apply_attributes(self, type, &seen)) return false;
+    }
   }
   return read_opened(self, type, tag, seen, is_empty);
 }
@@ -366,6 +374,7 @@ bool StrictReader::read_holder(Object& self, const Row& alternative) {
   int ns_id = 0;
   std::string name;
   attributes_.clear();
+  count_pushed_back();
   if (!scan_tag(&is_empty) || !find_named_type(&ns_id, &name)) return false;
   if (!name.empty() || ns_id != 0) {
     slot.object = make_named(*alternative.type, ns_id, name, &pool_);
@@ -402,6 +411,8 @@ bool StrictReader::read_foreign(Object& self, const Row& row) {
   while (next_ == Next::start_tag) {
     lmx::c_xml_reader_memory reader(at_, static_cast<std::size_t>(end_ - at_));
     for (const Binding& binding : bindings_) {
+      // A mapping cannot take the default back.
+      if (binding.prefix.empty() && binding.uri.empty()) return false;
       reader.add_namespace_mapping(std::string(binding.prefix), std::string(binding.uri));
     }
     reader.set_ns_map(document_ns_map());
@@ -728,7 +739,6 @@ const Row* StrictReader::attribute_at(const Class& type, const char* name) const
 
 bool StrictReader::scan_tag(bool* is_empty) {
   attributes_.clear();
-  count_pushed_back();
   while (true) {
     at_ = skip_space(at_, end_);
     if (is_near_end(2)) return false;
@@ -783,7 +793,8 @@ bool StrictReader::declare(const Attribute& attribute) {
     return false;
   }
   bindings_.push_back({prefix, attribute.value});
-  default_ns_id_ = ns_id_of({});
+  // Looked for only then, since a tag may declare very many.
+  if (prefix.empty()) default_ns_id_ = ns_id_of({});
   const bool undeclares = prefix.empty() && attribute.value.empty();
   if (!undeclares) declared_.emplace_back(attribute.value);
   return true;
@@ -908,6 +919,10 @@ bool StrictReader::skip_instruction() {
   const char* const begin = at_ + 2;
   const std::size_t size = view(begin, end_).find("?>");
   if (size == std::string_view::npos || !is_plain_utf8(begin, begin + size)) return false;
+  // The other road looks for "xml" first, and counts a line end that it pushes back again.
+  const char* target = begin;
+  for (const char c : {'x', 'm', 'l'}) target += *target == c ? 1 : 0;
+  if (*target == '\n' || *target == '\r') return false;
   at_ = begin + size + 2;
   return true;
 }
