@@ -400,7 +400,8 @@ namespace {
 
 // The digits of eight bytes that are like the pattern, where a "0" stands for any digit: each as a
 // number in its byte. False if one is not like it.
-bool take_like(const char* at, const char* pattern, std::uint64_t separators, std::uint64_t* digits) {
+bool take_like(const char* at, const char* pattern, std::uint64_t separators,
+               std::uint64_t* digits) {
   const std::uint64_t word = load_word(at) ^ load_word(pattern);
   const std::uint64_t too_big = (word + k_ones * 0x76) | word;
   *digits = word;

@@ -179,9 +179,7 @@ class ZOL_API c_get_as_utf8 {
   // False, after a fatal report of 6 for an unknown name or of 15 for one that does not agree with
   // the bytes seen. Names are compared without regard to case.
   bool set_encoding(const char* name);
-  int get_line_num() const {
-    return uncounted_.empty() ? line_ : line_ + count_lines(uncounted_);
-  }
+  int get_line_num() const { return uncounted_.empty() ? line_ : line_ + count_lines(uncounted_); }
   const char* get_source_id() const { return source_->get_source_id(); }
   void rewind();
 

@@ -113,9 +113,9 @@ class ElementDepthGuard;
 
 // What reading a whole document through events would leave in a reader.
 struct WholeDocument {
-  SourceBytes bytes;        // up to behind the root's end tag
-  std::string_view name;    // of the root
-  std::string_view value;   // the last that was read, in this mode
+  SourceBytes bytes;       // up to behind the root's end tag
+  std::string_view name;   // of the root
+  std::string_view value;  // the last that was read, in this mode
   elmx_whitespace mode;
   std::string_view last_name;  // of an element or attribute, with the id of its namespace
   int last_name_ns_id;

@@ -272,7 +272,8 @@ namespace {
 
 // The digits at `at`, of which eight bytes can be read, behind those that `digits` holds already.
 inline const char* take_digits(const char* at, std::uint64_t* digits) {
-  constexpr std::uint64_t k_tens[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
+  constexpr std::uint64_t k_tens[] = {1,      10,      100,      1000,     10000,
+                                      100000, 1000000, 10000000, 100000000};
   const std::uint64_t word = load_word(at) ^ (k_ones * '0');
   // A byte above 9 carries into its high bit.
   const std::uint64_t others = (word + k_ones * 0x76) | word;
@@ -283,7 +284,8 @@ inline const char* take_digits(const char* at, std::uint64_t* digits) {
   std::uint64_t value = word << (64 - 8 * count);
   value = value * 10 + (value >> 8);
   value = ((value & 0x000000FF000000FF) * 0x000F424000000064 +
-           ((value >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >> 32;
+           ((value >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >>
+          32;
   *digits = *digits * k_tens[count] + static_cast<std::uint32_t>(value);
   return at + count;
 }

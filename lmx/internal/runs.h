@@ -51,8 +51,8 @@ inline const char* pass_plain_ascii(const char* p, const char* end) {
 #else
   for (; end - p >= 8; p += 8) {
     const std::uint64_t word = load_word(p);
-    const std::uint64_t stop = (word & k_highs) | flag_below(word, ' ') | flag_equal(word, '<') |
-                               flag_equal(word, '&');
+    const std::uint64_t stop =
+        (word & k_highs) | flag_below(word, ' ') | flag_equal(word, '<') | flag_equal(word, '&');
     if (stop != 0) return p + lowest_byte(stop);
   }
 #endif

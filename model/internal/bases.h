@@ -58,9 +58,7 @@ class Document {
   lmx::elmx_error unmarshal(const char* buffer, std::size_t size) {
     return unmarshal_memory(self(), T::k_class, buffer, size);
   }
-  lmx::elmx_error unmarshal(const std::string& text) {
-    return unmarshal(text.data(), text.size());
-  }
+  lmx::elmx_error unmarshal(const std::string& text) { return unmarshal(text.data(), text.size()); }
   lmx::elmx_error unmarshal(lmx::c_xml_reader& reader) {
     return unmarshal_document(self(), T::k_class, reader);
   }

@@ -44,8 +44,9 @@ bool read_strictly(Object& self, const Class& type, lmx::c_xml_reader& reader) {
     reset(self, type);
     return false;
   }
-  reader.take_document({strict.bytes_read(), strict.end_name(), strict.last_value(), strict.last_mode(),
-                        strict.last_name(), strict.last_name_ns_id(), &strict.declared()});
+  reader.take_document({strict.bytes_read(), strict.end_name(), strict.last_value(),
+                        strict.last_mode(), strict.last_name(), strict.last_name_ns_id(),
+                        &strict.declared()});
   return true;
 }
 
@@ -65,8 +66,7 @@ elmx_error unmarshal_file(Object& self, const Class& type, const char* file) {
   return reader.is_open() ? unmarshal_document(self, type, reader) : lmx::elmx_no_file;
 }
 
-elmx_error unmarshal_memory(Object& self, const Class& type, const char* buffer,
-                            std::size_t size) {
+elmx_error unmarshal_memory(Object& self, const Class& type, const char* buffer, std::size_t size) {
   lmx::c_xml_reader_memory reader(buffer, size);
   return unmarshal_document(self, type, reader);
 }

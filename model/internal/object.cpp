@@ -69,8 +69,7 @@ void store_enumerated(Object& self, const Row& row, const std::wstring* text) {
     select(self, row, slot);
     return;
   }
-  delete_enumerated(*row.enumeration,
-                    std::exchange(row.field<const std::wstring*>(self), text));
+  delete_enumerated(*row.enumeration, std::exchange(row.field<const std::wstring*>(self), text));
   mark_set(self, row);
 }
 
@@ -99,7 +98,8 @@ void delete_entry(const Row& row, void* entry) noexcept {
   }
 }
 
-// --- Enumerations and texts -----------------------------------------------------------------------
+// --- Enumerations and texts
+// -----------------------------------------------------------------------
 
 template <>
 const std::wstring& empty_value<std::wstring>() {
@@ -179,13 +179,14 @@ void Text::swap(Text& other) {
   other.word_.store(word, std::memory_order_release);
 }
 
-// --- Lists ----------------------------------------------------------------------------------------
+// --- Lists
+// ----------------------------------------------------------------------------------------
 
 void PointerList::reserve(unsigned count) {
   const unsigned capacity = is_array() ? array().capacity : 1;
   if (count <= capacity) return;
-  const unsigned room =
-      std::max({count, 4u, capacity > std::numeric_limits<unsigned>::max() / 2 ? 0u : 2 * capacity});
+  const unsigned room = std::max(
+      {count, 4u, capacity > std::numeric_limits<unsigned>::max() / 2 ? 0u : 2 * capacity});
   void* const block = Pool::allocate_alone(sizeof(Array) + room * sizeof(void*));
   auto* const grown = ::new (block) Array{size(), room};
   std::copy(begin(), end(), grown->items());
@@ -267,7 +268,8 @@ void clear_objects(PointerList& list) {
   while (!list.empty()) remove_object(list, list.size() - 1);
 }
 
-// --- Setters --------------------------------------------------------------------------------------
+// --- Setters
+// --------------------------------------------------------------------------------------
 
 // Counts UTF-16 units, where a reader counts characters.
 lmx::elmx_error set(Object& self, const Row& row, const std::wstring& value) {
@@ -322,7 +324,8 @@ bool set_number(Object& self, const Row& row, int number) {
   return true;
 }
 
-// --- Choices --------------------------------------------------------------------------------------
+// --- Choices
+// --------------------------------------------------------------------------------------
 
 void select(Object& self, const Row& row, Slot slot) {
   const Class& type = Head::class_of(self);
@@ -372,7 +375,8 @@ void get_foreign(const Values<AnyElement>& list, unsigned index, std::string* fu
   if (text != nullptr) *text = element.text;
 }
 
-// --- Destruction ----------------------------------------------------------------------------------
+// --- Destruction
+// ----------------------------------------------------------------------------------
 
 namespace {
 
@@ -443,7 +447,8 @@ void release(Object& self, const Class& type) noexcept {
   }
 }
 
-// --- Copies ---------------------------------------------------------------------------------------
+// --- Copies
+// ---------------------------------------------------------------------------------------
 
 namespace {
 
@@ -486,8 +491,7 @@ void copy_single(Object& to, const Object& from, const Row& row) {
       }
       break;
     case Kind::enumerated:
-      (void)set_number(to, row,
-                       row.enumeration->number_at(row.field<const std::wstring*>(from)));
+      (void)set_number(to, row, row.enumeration->number_at(row.field<const std::wstring*>(from)));
       break;
     case Kind::real:
       copy_value<double>(to, from, row);
@@ -544,18 +548,18 @@ void copy_choice(Object& to, const Object& from, const Class& type) {
   switch (row.kind) {
     case Kind::object:
       if (type.shape == Shape::holder) {
-        adopt(to, row, slot.object == nullptr
-                           ? nullptr
-                           : Head::class_of(*slot.object).copy(*slot.object));
+        adopt(to, row,
+              slot.object == nullptr ? nullptr : Head::class_of(*slot.object).copy(*slot.object));
       } else {
         choose(to, row, *slot.object);
       }
       break;
     case Kind::enumerated:
       // The selection is copied in any case: a text that is not listed stays a text of its own.
-      store_enumerated(to, row, row.enumeration->number_at(slot.enumerated) != 0
-                                    ? slot.enumerated
-                                    : make_owned<const std::wstring>(*slot.enumerated).release());
+      store_enumerated(to, row,
+                       row.enumeration->number_at(slot.enumerated) != 0
+                           ? slot.enumerated
+                           : make_owned<const std::wstring>(*slot.enumerated).release());
       break;
     case Kind::text:
       (void)set(to, row, *slot.text);
@@ -631,8 +635,9 @@ void swap_row(Object& a, Object& b, const Row& row) {
 
 void swap(Object& a, Object& b, const Class& type) {
   if (&a == &b) return;
-  if (type.base != nullptr) swap(a, b, *type.base);
-  for (const Row& row : type.fields()) swap_row(a, b, row);
+  for (const Class* level = &type; level != nullptr; level = level->base) {
+    for (const Row& row : level->fields()) swap_row(a, b, row);
+  }
   if (type.is_choice()) {
     swap_values<Slot>(a, b, *type.alternatives().first);
     std::swap(Head::chosen(a), Head::chosen(b));
@@ -673,7 +678,8 @@ Object* make_named(const Class& type, int ns_id, const std::string& type_name, P
   return nullptr;
 }
 
-// --- Comparison -----------------------------------------------------------------------------------
+// --- Comparison
+// -----------------------------------------------------------------------------------
 
 namespace {
 
@@ -703,9 +709,8 @@ bool is_same_entry(Kind kind, const void* a, const void* b) {
 }
 
 bool is_same_list(const PointerList& a, const PointerList& b, Kind kind) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [kind](const void* x, const void* y) {
-    return is_same_entry(kind, x, y);
-  });
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [kind](const void* x, const void* y) { return is_same_entry(kind, x, y); });
 }
 
 // To the bit, so that a value that is no number is the same as itself.
@@ -778,7 +783,8 @@ bool is_same(const Object& a, const Object& b, const Class& type) {
                      [&](const Row& row) { return is_same_row(a, b, row); });
 }
 
-// --- The head -------------------------------------------------------------------------------------
+// --- The head
+// -------------------------------------------------------------------------------------
 
 Object::~Object() = default;
 

@@ -360,14 +360,15 @@ inline Slot slot_of(unsigned value) {
   return slot;
 }
 
-// --- What the accessors call ----------------------------------------------------------------------
+// --- What the accessors call
+// ----------------------------------------------------------------------
 
 inline const std::wstring& text_of(const std::wstring* text) {
   return text != nullptr ? *text : empty_value<std::wstring>();
 }
 
-// Checks the facets of the row, in their order, and stores the value if they hold: 0, or the code of
-// the first that fails. An alternative becomes the chosen one.
+// Checks the facets of the row, in their order, and stores the value if they hold: 0, or the code
+// of the first that fails. An alternative becomes the chosen one.
 ZOL_API lmx::elmx_error set(Object& self, const Row& row, const std::wstring& value);
 ZOL_API lmx::elmx_error set(Object& self, const Row& row, double value);
 ZOL_API lmx::elmx_error set(Object& self, const Row& row, int value);
@@ -401,7 +402,8 @@ void select(Object& self, const Row& row, Slot slot);
 ZOL_API void get_foreign(const Values<AnyElement>& list, unsigned index, std::string* full_name,
                          std::string* namespace_uri, std::string* text);
 
-// --- Walkers --------------------------------------------------------------------------------------
+// --- Walkers
+// --------------------------------------------------------------------------------------
 
 // As if through the accessors: what is optional is copied if it is set, what is required is stored
 // and so counts as set afterwards, unless its facets refuse the value.
@@ -441,12 +443,11 @@ constexpr Making making() {
 }
 
 template <class Root>
-constexpr Family k_family{
-    [](const Object& self, lmx::c_xml_writer& writer, const char* name) {
-      return static_cast<const Root&>(self).marshal(writer, name);
-    },
-    [](Object& self, lmx::c_xml_reader& reader, const std::string& name) {
-      return static_cast<Root&>(self).unmarshal(reader, name);
-    }};
+constexpr Family k_family{[](const Object& self, lmx::c_xml_writer& writer, const char* name) {
+                            return static_cast<const Root&>(self).marshal(writer, name);
+                          },
+                          [](Object& self, lmx::c_xml_reader& reader, const std::string& name) {
+                            return static_cast<Root&>(self).unmarshal(reader, name);
+                          }};
 
 }  // namespace zol_v2::internal

@@ -16,8 +16,8 @@ namespace {
 
 constexpr lmx::s_event_map k_no_rows[] = {{0, nullptr, 0, lmx::elxp_unknown}};
 
-// Gives the name at hand the event of the first of these rows that bears it. `more` rows of the same
-// table may follow.
+// Gives the name at hand the event of the first of these rows that bears it. `more` rows of the
+// same table may follow.
 void tokenise(c_xml_reader& reader, Rows rows, lmx::elxp_attr_elem kind) {
   // Names of the instance namespace have events of their own; any other gets 1.
   reader.tokenise(k_no_rows, kind);
@@ -32,8 +32,8 @@ void tokenise(c_xml_reader& reader, Rows rows, lmx::elxp_attr_elem kind) {
   }
 }
 
-// Where something is read, for whoever finds fault with it: the item is an element or attribute, the
-// line that of its row.
+// Where something is read, for whoever finds fault with it: the item is an element or attribute,
+// the line that of its row.
 class Site final : public Faults {
  public:
   Site(c_xml_reader& reader, const std::string& item, int line)
@@ -160,8 +160,7 @@ class BodyReader {
   elmx_error read_mark(const Row& row) {
     if (!is_at(row)) return lmx::elmx_ok;
     if (!reader_.skip_rest_of_empty_element(name_)) {
-      const elmx_error error =
-          Site(reader_, name_, row.line).judge(lmx::elmx_bad_end_of_element);
+      const elmx_error error = Site(reader_, name_, row.line).judge(lmx::elmx_bad_end_of_element);
       if (error != lmx::elmx_ok) return error;
     }
     return next(row, &row + 1);
@@ -175,8 +174,7 @@ class BodyReader {
       element->full_name = name_;
       reader_.get_namespace(name_, &element->namespace_uri);
       if (!reader_.get_any_element(*reader_.get_reader_local(), name_, &element->text)) {
-        const elmx_error error =
-            Site(reader_, name_, row.line).judge(lmx::elmx_bad_element_value);
+        const elmx_error error = Site(reader_, name_, row.line).judge(lmx::elmx_bad_element_value);
         if (error != lmx::elmx_ok) return error;
       }
       list.reserve(list.size() + 1);
@@ -386,8 +384,8 @@ class ElementReader {
     }
     for (const Row& row : type.attributes()) {
       if (!row.is_required || Head::has(self_, row.bit)) continue;
-      const elmx_error error = Site(reader_, type.name, row.line)
-                                   .judge(lmx::elmx_required_attributes_missing);
+      const elmx_error error =
+          Site(reader_, type.name, row.line).judge(lmx::elmx_required_attributes_missing);
       if (error != lmx::elmx_ok) return error;
     }
     return lmx::elmx_ok;
@@ -422,12 +420,10 @@ class ElementReader {
     const Row& row = type_.content_class().content();
     Site site(reader_, reader_.name, row.line);
     reader_.value.clear();
-    if (!is_at_end_tag() &&
-        !reader_.get_element_value(&reader_.value, whitespace_of(row), true)) {
+    if (!is_at_end_tag() && !reader_.get_element_value(&reader_.value, whitespace_of(row), true)) {
       if (const elmx_error error = site.judge(lmx::elmx_bad_element_value)) return error;
     }
-    if (const elmx_error error =
-            parse_into(self_, row, reader_.value, &reader_.pool(), site)) {
+    if (const elmx_error error = parse_into(self_, row, reader_.value, &reader_.pool(), site)) {
       return error;
     }
     if (is_at_end_tag()) return lmx::elmx_ok;
@@ -447,8 +443,8 @@ class ElementReader {
   lmx::c_string_stack_node node_;
 };
 
-// The type that the element of an alternative asks for; null where it must name one that the factory
-// knows, and does not.
+// The type that the element of an alternative asks for; null where it must name one that the
+// factory knows, and does not.
 Object* made_member(const Row& row, c_xml_reader& reader) {
   if (row.named_type == NamedType::no) return row.type->make(&reader.pool());
   int ns_id = 0;

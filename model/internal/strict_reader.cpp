@@ -29,8 +29,8 @@ constexpr std::string_view k_xsi_uri = "http://www.w3.org/2001/XMLSchema-instanc
 constexpr std::string_view k_xmlns = "xmlns";
 constexpr int k_other_namespace = k_document_namespace_id + 1;
 
-// Every element that is open ends with at least "</", a letter and ">", so that a start tag which is
-// nearer to the end than a word cannot be whole.
+// Every element that is open ends with at least "</", a letter and ">", so that a start tag which
+// is nearer to the end than a word cannot be whole.
 constexpr std::size_t k_word = sizeof(std::uint64_t);
 
 bool is_space(char c) { return has_mask(c, lmx::internal::k_space); }
@@ -181,9 +181,10 @@ inline const Row* StrictReader::attribute_at(const Class& type, const char* name
   return nullptr;
 }
 
-// The rest of a start tag as most are: a blank before each attribute of the class, double quotes, and
-// values that stand as they are. False where it is not so, before the first that is otherwise.
-inline bool StrictReader::take_plain_attributes(Object& self, const Class& type, std::uint32_t* seen) {
+// The rest of a start tag as most are: a blank before each attribute of the class, double quotes,
+// and values that stand as they are. False where it is not so, before the first that is otherwise.
+inline bool StrictReader::take_plain_attributes(Object& self, const Class& type,
+                                                std::uint32_t* seen) {
   while (*at_ == ' ' && !is_near_end(4 * k_word)) {
     const Row* const row = attribute_at(type, at_ + 1);
     if (row == nullptr) return false;
@@ -222,8 +223,8 @@ inline bool StrictReader::take_plain_attributes(Object& self, const Class& type,
 inline bool StrictReader::read_real(const Row& row, double* out) {
   double value = 0;
   const char* const number_end = lmx::internal::read_plain_double(at_, end_, &value);
-  if (number_end == nullptr || number_end == end_ || *number_end != '<' ||
-      number_end + 1 == end_ || number_end[1] != '/') {
+  if (number_end == nullptr || number_end == end_ || *number_end != '<' || number_end + 1 == end_ ||
+      number_end[1] != '/') {
     std::string_view text;
     return take_content(lmx::elmx_collapse, &text) &&
            parse(row, text, out, &pool_, refuse_) == lmx::elmx_ok;
@@ -247,10 +248,13 @@ inline bool StrictReader::read_content(Object& self, const Row& row, Tag tag) {
   return take_end_tag(tag.view());
 }
 
-// --- The document -----------------------------------------------------------------------------------
+// --- The document
+// -----------------------------------------------------------------------------------
 
 bool StrictReader::read(Object& self, const Class& type) {
-  return open() && (*at_ == '<' || is_space(*at_)) && read_declaration() && read_root(self, type);
+  // Which number a foreign namespace has is told by the order of all that were declared.
+  return open() && (*at_ == '<' || is_space(*at_)) && read_declaration() && read_root(self, type) &&
+         last_name_ns_id_ <= k_document_namespace_id;
 }
 
 // Finds the encoding by the first bytes, as the getter does.
@@ -291,7 +295,8 @@ lmx::internal::SourceBytes StrictReader::bytes_read() const {
   // Each sequence was one unit, those of four bytes two.
   std::size_t units = 0;
   for (const char* p = transcoded_.data(); p != at_; ++p) {
-    units += static_cast<std::size_t>((*p & 0xC0) != 0x80) + static_cast<std::size_t>(byte_at(p) >= 0xF0);
+    units += static_cast<std::size_t>((*p & 0xC0) != 0x80) +
+             static_cast<std::size_t>(byte_at(p) >= 0xF0);
   }
   const char* const begin = bytes_.data();
   return {transcoded_at_ + units * (encoding_ == k_latin1 ? 1 : 2), encoding_,
@@ -355,13 +360,15 @@ bool StrictReader::read_root(Object& self, const Class& type) {
   const Scope scope(*this);
   at_ = name_end;
   bool is_empty = false;
+  count_pushed_back();
   if (!scan_tag(&is_empty) || !set_prefix(tag.view().substr(0, local_at))) return false;
   note_name(tag);
   std::uint32_t seen = 0;
   return apply_attributes(self, type, &seen) && read_opened(self, type, tag, seen, is_empty);
 }
 
-// --- Objects ----------------------------------------------------------------------------------------
+// --- Objects
+// ----------------------------------------------------------------------------------------
 
 bool StrictReader::read_object(Object& self, const Class& type, Tag tag) {
   note_name(tag);
@@ -371,6 +378,7 @@ bool StrictReader::read_object(Object& self, const Class& type, Tag tag) {
   if (*at_ == '>') {
     ++at_;
   } else {
+    count_pushed_back();
     is_plain = take_plain_attributes(self, type, &seen);
   }
   const Class& content = type.content_class();
@@ -380,9 +388,13 @@ bool StrictReader::read_object(Object& self, const Class& type, Tag tag) {
   }
   const Scope scope(*this);
   bool is_empty = false;
-  return !scope.is_too_deep() &&
-         (is_plain || (scan_tag(&is_empty) && apply_attributes(self, type, &seen))) &&
-         read_opened(self, type, tag, seen, is_empty);
+  if (scope.is_too_deep() || (!is_plain && !scan_tag(&is_empty))) return false;
+  if (!is_plain) {
+    // A declaration holds for the attributes before it as well.
+    if (seen != 0) last_name_ns_id_ = default_ns_id_;
+    if (!apply_attributes(self, type, &seen)) return false;
+  }
+  return read_opened(self, type, tag, seen, is_empty);
 }
 
 bool StrictReader::read_opened(Object& self, const Class& type, Tag tag, std::uint32_t seen,
@@ -482,9 +494,8 @@ bool StrictReader::read_child(Object& self, const Row& row) {
   if (row.is_in_place()) return read_object(row.field<Object>(self), *row.type, tag_of(row));
   Object*& child = row.field<Object*>(self);
   if (child == nullptr) child = row.type->make(&pool_);
-  return row.kind == Kind::member
-             ? read_holder(*child, *alternative_at(*row.type))
-             : read_object(*child, *row.type, tag_of(row));
+  return row.kind == Kind::member ? read_holder(*child, *alternative_at(*row.type))
+                                  : read_object(*child, *row.type, tag_of(row));
 }
 
 bool StrictReader::read_holder(Object& self, const Row& alternative) {
@@ -503,6 +514,7 @@ bool StrictReader::read_holder(Object& self, const Row& alternative) {
   int ns_id = 0;
   std::string name;
   attributes_.clear();
+  count_pushed_back();
   if (!scan_tag(&is_empty) || !find_named_type(&ns_id, &name)) return false;
   if (!name.empty() || ns_id != 0) {
     slot.object = make_named(*alternative.type, ns_id, name, &pool_);
@@ -539,6 +551,8 @@ bool StrictReader::read_foreign(Object& self, const Row& row) {
   while (next_ == Next::start_tag) {
     lmx::c_xml_reader_memory reader(at_, static_cast<std::size_t>(end_ - at_));
     for (const Binding& binding : bindings_) {
+      // A mapping cannot take the default back.
+      if (binding.prefix.empty() && binding.uri.empty()) return false;
       reader.add_namespace_mapping(std::string(binding.prefix), std::string(binding.uri));
     }
     reader.set_ns_map(document_ns_map());
@@ -579,7 +593,8 @@ bool StrictReader::read_mark(const Row& row) {
   return take_end_tag(tag.view());
 }
 
-// --- Values -----------------------------------------------------------------------------------------
+// --- Values
+// -----------------------------------------------------------------------------------------
 
 bool StrictReader::read_value(Object& self, const Row& row) {
   if (row.kind == Kind::real) {
@@ -723,8 +738,8 @@ bool StrictReader::treat_reference(const char** at, const char* end, lmx::elmx_w
     const bool is_hex = name.size() > 1 && name[1] == 'x';
     const std::string_view digits = name.substr(is_hex ? 2 : 1);
     unsigned value = 0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value,
-                                        is_hex ? 16 : 10);
+    const auto result =
+        std::from_chars(digits.data(), digits.data() + digits.size(), value, is_hex ? 16 : 10);
     const bool is_whole = result.ec == std::errc() && result.ptr == digits.data() + digits.size();
     constexpr unsigned k_last = 0x100000;
     if (!is_whole || value == 0 || value > k_last || (value >= 0xD800 && value < 0xE000)) {
@@ -751,7 +766,8 @@ bool StrictReader::treat_reference(const char** at, const char* end, lmx::elmx_w
   return false;
 }
 
-// --- Tags -------------------------------------------------------------------------------------------
+// --- Tags
+// -------------------------------------------------------------------------------------------
 
 bool StrictReader::find_tag() {
   const char* p = skip_space(at_, end_);
@@ -760,20 +776,21 @@ bool StrictReader::find_tag() {
     if (p[1] == '/') {
       at_ = p;
       next_ = Next::end_tag;
-      local_head_ = 0;  // which is no name's
+      forget_name();
       return true;
     }
     if (p[1] != '!' && p[1] != '?') break;
     at_ = p;
     // What begins like a declaration is taken for one.
-    if (p[1] == '!' ? !skip_comment() : view(p + 2, end_).substr(0, 3) == "xml" || !skip_instruction()) {
+    if (p[1] == '!' ? !skip_comment()
+                    : view(p + 2, end_).substr(0, 3) == "xml" || !skip_instruction()) {
       return false;
     }
     p = skip_space(at_, end_);
   }
   at_ = p;
   next_ = Next::start_tag;
-  local_head_ = 0;
+  forget_name();
   if (is_near_end(2 * k_word + prefix_.size())) {
     // Too near to look at whole words: only a document of a few bytes has such a tag.
     return depth_ == 0;
@@ -805,7 +822,6 @@ const Row* StrictReader::alternative_at(const Class& type) {
 
 bool StrictReader::scan_tag(bool* is_empty) {
   attributes_.clear();
-  count_pushed_back();
   while (true) {
     at_ = skip_space(at_, end_);
     if (is_near_end(2)) return false;
@@ -849,10 +865,11 @@ bool StrictReader::scan_attribute() {
 bool StrictReader::declare(const Attribute& attribute) {
   const std::string_view prefix =
       attribute.name.substr(std::min(attribute.name.size(), k_xmlns.size() + 1));
-  // References and line ends in it, a prefix of the format with a new meaning, and more of them than
-  // are looked through one by one, are rare enough.
+  // References and line ends in it, a prefix of the format with a new meaning, and more of them
+  // than are looked through one by one, are rare enough.
   constexpr std::size_t k_most = 32;
-  if (bindings_.size() == k_most || attribute.value.find_first_of("&\r") != std::string_view::npos || prefix == "xml" ||
+  if (bindings_.size() == k_most ||
+      attribute.value.find_first_of("&\r") != std::string_view::npos || prefix == "xml" ||
       prefix.find(':') != std::string_view::npos) {
     return false;
   }
@@ -862,7 +879,8 @@ bool StrictReader::declare(const Attribute& attribute) {
     return false;
   }
   bindings_.push_back({prefix, attribute.value});
-  default_ns_id_ = ns_id_of({});
+  // Looked for only then, since a tag may declare very many.
+  if (prefix.empty()) default_ns_id_ = ns_id_of({});
   const bool undeclares = prefix.empty() && attribute.value.empty();
   if (!undeclares) declared_.emplace_back(attribute.value);
   return true;
@@ -968,7 +986,8 @@ bool StrictReader::take_end_of_empty_tag() {
   return true;
 }
 
-// --- What is passed over ----------------------------------------------------------------------------
+// --- What is passed over
+// ----------------------------------------------------------------------------
 
 bool StrictReader::skip_comment() {
   constexpr std::string_view k_open = "<!--";
@@ -987,11 +1006,16 @@ bool StrictReader::skip_instruction() {
   const char* const begin = at_ + 2;
   const std::size_t size = view(begin, end_).find("?>");
   if (size == std::string_view::npos || !is_plain_utf8(begin, begin + size)) return false;
+  // The other road looks for "xml" first, and counts a line end that it pushes back again.
+  const char* target = begin;
+  for (const char c : {'x', 'm', 'l'}) target += *target == c ? 1 : 0;
+  if (*target == '\n' || *target == '\r') return false;
   at_ = begin + size + 2;
   return true;
 }
 
-// --- Namespaces -------------------------------------------------------------------------------------
+// --- Namespaces
+// -------------------------------------------------------------------------------------
 
 bool StrictReader::set_prefix(std::string_view prefix) {
   if (ns_id_of(prefix.substr(0, prefix.empty() ? 0 : prefix.size() - 1)) !=

@@ -1,12 +1,12 @@
 // Reads a document that has no faults, as fast as its bytes can be passed.
 //
-// The text stands in memory as a whole, the object is as new, and the tables of the classes say what
-// may come. There are no events and no handlers here: at the first thing that is not taken, a fault
-// above all, the reader gives up, and whoever asked reads the document again from its beginning by
-// reading.cpp, which alone knows faults, handlers and entities. What is taken is all that honest
-// documents hold: any prefix, comments, instructions, CDATA sections, references to characters and
-// the five predefined entities, CR LF, xsi:nil and xsi:type, text beyond ASCII, foreign entries.
-// What is read is exactly what the other road would have read.
+// The text stands in memory as a whole, the object is as new, and the tables of the classes say
+// what may come. There are no events and no handlers here: at the first thing that is not taken, a
+// fault above all, the reader gives up, and whoever asked reads the document again from its
+// beginning by reading.cpp, which alone knows faults, handlers and entities. What is taken is all
+// that honest documents hold: any prefix, comments, instructions, CDATA sections, references to
+// characters and the five predefined entities, CR LF, xsi:nil and xsi:type, text beyond ASCII,
+// foreign entries. What is read is exactly what the other road would have read.
 #pragma once
 
 #include <cstddef>
@@ -35,7 +35,8 @@ class StrictReader {
   // False if the other road must be taken; the object then holds what was read so far.
   bool read(Object& self, const Class& type);
 
-  // --- What the other road would have left in its reader ------------------------------------------
+  // --- What the other road would have left in its reader
+  // ------------------------------------------
 
   // Up to behind the root's end tag.
   lmx::internal::SourceBytes bytes_read() const;
@@ -101,6 +102,10 @@ class StrictReader {
   // --- Tags
   // Moves to the next tag. False for anything but white space, comments and instructions before it.
   bool find_tag();
+  void forget_name() {
+    local_ = nullptr;
+    local_head_ = 0;  // which is no name's
+  }
   bool begins_like(const Row& row) const { return ((local_head_ ^ row.head) & row.filled) == 0; }
   bool is_at(const Row& row) const;
   const Row* alternative_at(const Class& type);
@@ -143,8 +148,8 @@ class StrictReader {
 
   const std::string_view bytes_;
   Pool& pool_;
-  // Of another encoding: the text from transcoded_at_ on in UTF-8. The encodings are numbered as the
-  // getter does.
+  // Of another encoding: the text from transcoded_at_ on in UTF-8. The encodings are numbered as
+  // the getter does.
   lmx::internal::ByteBuffer transcoded_{0};
   std::size_t transcoded_at_ = 0;
   int encoding_ = 2;
@@ -153,11 +158,11 @@ class StrictReader {
 
   // The tag that find_tag() found: at_ is its "<".
   Next next_ = Next::start_tag;
-  const char* local_ = nullptr;   // the local name of a start tag with the prefix,
-  std::uint64_t local_head_ = 0;  // its first bytes, and 0 for a tag without
+  const char* local_ = nullptr;   // the local name of a start tag with the prefix, else null
+  std::uint64_t local_head_ = 0;  // its first bytes
 
-  // How a start tag of the format begins: "<" and the prefix with its colon, or as much of that as a
-  // word holds.
+  // How a start tag of the format begins: "<" and the prefix with its colon, or as much of that as
+  // a word holds.
   std::string_view prefix_;
   std::uint64_t prefix_word_ = '<';
   std::uint64_t prefix_mask_ = 0xFF;

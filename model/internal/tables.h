@@ -71,7 +71,7 @@ enum class End : unsigned char { none, inclusive, strict };
 enum class NamedType : unsigned char { no, optional, required };
 
 struct Row {
-  const char* tag;          // as it is written: "Zol:Red", an attribute without the prefix
+  const char* tag;  // as it is written: "Zol:Red", an attribute without the prefix
   // The first eight bytes of the name, those of them that it fills, and the last eight of a longer
   // one. A row that has no element of its own fills none, so that anything begins like it.
   std::uint64_t head = 0;
@@ -81,15 +81,15 @@ struct Row {
   const EnumTable* enumeration = nullptr;
   double lower = 0;
   double upper = 0;
-  const char* unit = nullptr;   // as in "nm", null for none
-  const char* note = nullptr;   // what the row is for, if its name does not say it
-  std::uint16_t offset = 0;     // of the field in the object
+  const char* unit = nullptr;  // as in "nm", null for none
+  const char* note = nullptr;  // what the row is for, if its name does not say it
+  std::uint16_t offset = 0;    // of the field in the object
   std::uint16_t event = 0;
   std::uint16_t line = 0;  // of this row in the source, for error handlers
   Place place;
   Kind kind;
   std::uint8_t name_length = 0;
-  std::uint8_t bit = 0;  // its flag in the object, from 1; the selection of an alternative
+  std::uint8_t bit = 0;     // its flag in the object, from 1; the selection of an alternative
   std::uint8_t length = 0;  // exactly so many characters, 0 for any number
   End lower_end = End::none;
   End upper_end = End::none;
@@ -121,12 +121,18 @@ struct Row {
   }
 
   // The words of a table, each a row with one thing more.
-  constexpr Row required() const { return with([](Row& row) { row.is_required = true; }); }
-  constexpr Row list() const { return with([](Row& row) { row.is_list = true; }); }
+  constexpr Row required() const {
+    return with([](Row& row) { row.is_required = true; });
+  }
+  constexpr Row list() const {
+    return with([](Row& row) { row.is_list = true; });
+  }
   constexpr Row number(unsigned value) const {
     return with([=](Row& row) { row.bit = static_cast<std::uint8_t>(value); });
   }
-  constexpr Row of(const Class& value) const { return with([&](Row& row) { row.type = &value; }); }
+  constexpr Row of(const Class& value) const {
+    return with([&](Row& row) { row.type = &value; });
+  }
   constexpr Row of(const EnumTable& value) const {
     return with([&](Row& row) { row.enumeration = &value; });
   }
@@ -142,19 +148,27 @@ struct Row {
       row.upper_end = end;
     });
   }
-  constexpr Row on_read() const { return with([](Row& row) { row.lower_on_read = true; }); }
+  constexpr Row on_read() const {
+    return with([](Row& row) { row.lower_on_read = true; });
+  }
   constexpr Row characters(unsigned value) const {
     return with([=](Row& row) { row.length = static_cast<std::uint8_t>(value); });
   }
-  constexpr Row collapsed() const { return with([](Row& row) { row.collapses = true; }); }
+  constexpr Row collapsed() const {
+    return with([](Row& row) { row.collapses = true; });
+  }
   constexpr Row named(NamedType value) const {
     return with([=](Row& row) { row.named_type = value; });
   }
-  constexpr Row adopting() const { return with([](Row& row) { row.is_adopting = true; }); }
+  constexpr Row adopting() const {
+    return with([](Row& row) { row.is_adopting = true; });
+  }
   constexpr Row starts_at(unsigned value) const {
     return with([=](Row& row) { row.initial = static_cast<std::uint8_t>(value); });
   }
-  constexpr Row in(const char* value) const { return with([=](Row& row) { row.unit = value; }); }
+  constexpr Row in(const char* value) const {
+    return with([=](Row& row) { row.unit = value; });
+  }
   constexpr Row about(const char* value) const {
     return with([=](Row& row) { row.note = value; });
   }
@@ -261,11 +275,11 @@ struct Class {
   std::uint32_t flags = 0;
   std::uint32_t pointers = 0;  // a bit for each row of its own, in order, that is_pointer()
   unsigned marks = 0;
-  const char* type_name = nullptr;          // of a polymorphic class, as xsi:type has it
-  const char* const* identity = nullptr;    // where such a class keeps its id
-  const Class* const* factory = nullptr;    // what xsi:type may name, up to a null
-  const Family* family = nullptr;           // of a polymorphic class, and of a holder's members
-  const char* note = "";                    // what the class is for
+  const char* type_name = nullptr;        // of a polymorphic class, as xsi:type has it
+  const char* const* identity = nullptr;  // where such a class keeps its id
+  const Class* const* factory = nullptr;  // what xsi:type may name, up to a null
+  const Family* family = nullptr;         // of a polymorphic class, and of a holder's members
+  const char* note = "";                  // what the class is for
 
   constexpr Class(const char* is_called, Shape built, unsigned at, Making made)
       : name(is_called), making(made), number(static_cast<std::uint16_t>(at)), shape(built) {}
@@ -321,9 +335,7 @@ struct Class {
   }
 
   Rows attributes() const { return {rows, rows + attribute_count}; }
-  Rows elements() const {
-    return {rows + attribute_count, rows + attribute_count + element_count};
-  }
+  Rows elements() const { return {rows + attribute_count, rows + attribute_count + element_count}; }
   Rows alternatives() const {
     return {rows + attribute_count + element_count,
             rows + attribute_count + element_count + rest_count};

@@ -78,8 +78,8 @@ std::int64_t integer_value(std::string_view text) {
                                        : lmx::c_big_int(std::string(text)).get(nullptr);
 }
 
-// What a text that is no number is taken for when that is waived: the number that it begins with, as
-// the standard library has it, with a point whatever the locale.
+// What a text that is no number is taken for when that is waived: the number that it begins with,
+// as the standard library has it, with a point whatever the locale.
 double leading_number(std::string_view text) {
   std::string number(text);
   const std::string_view point = std::localeconv()->decimal_point;

@@ -19,7 +19,8 @@ class WriteBlock;
 
 namespace zol_v2::internal {
 
-// --- Reading from events (reading.cpp) ------------------------------------------------------------
+// --- Reading from events (reading.cpp)
+// ------------------------------------------------------------
 //
 // This is the road that knows everything: faults and the handlers that may let them pass, entities,
 // sources that give one byte at a time, objects that already hold something. Documents without any
@@ -35,7 +36,8 @@ ZOL_API bool read_member(Object& self, const Class& type, lmx::c_xml_reader& rea
 // Whether the element at hand is one of theirs; if not, the reader is left as it was.
 ZOL_API bool is_member(const Class& type, lmx::c_xml_reader& reader);
 
-// --- Writing (writing.cpp) ------------------------------------------------------------------------
+// --- Writing (writing.cpp)
+// ------------------------------------------------------------------------
 
 // One element with its start and end tag; of a holder or an anonymous group the element of what it
 // holds. 46 with nothing written if a required row is missing, or the code of a child.
@@ -46,7 +48,8 @@ ZOL_API lmx::elmx_error write_element(const Object& self, const Class& type,
 void write_field(lmx::internal::WriteBlock& block, const Object& self, const Row& row);
 void write_value(lmx::internal::WriteBlock& block, const Row& row, const void* field);
 
-// --- Whole documents (documents.cpp) --------------------------------------------------------------
+// --- Whole documents (documents.cpp)
+// --------------------------------------------------------------
 
 // The namespace of the format: one row, and the row that ends the table.
 ZOL_API const lmx::s_ns_map* document_ns_map();
@@ -59,8 +62,8 @@ ZOL_API lmx::elmx_error unmarshal_file(Object& self, const Class& type, const ch
 ZOL_API lmx::elmx_error unmarshal_memory(Object& self, const Class& type, const char* buffer,
                                          std::size_t size);
 
-// With declaration, one tab for a level, line feeds. 1: cannot be opened. A file is removed again if
-// the object cannot be written, a string left alone, a stream keeps the partial text.
+// With declaration, one tab for a level, line feeds. 1: cannot be opened. A file is removed again
+// if the object cannot be written, a string left alone, a stream keeps the partial text.
 ZOL_API lmx::elmx_error marshal_document(const Object& self, const Class& type, const char* file);
 ZOL_API lmx::elmx_error marshal_document(const Object& self, const Class& type, std::string* out);
 ZOL_API lmx::elmx_error marshal_document(const Object& self, const Class& type,

@@ -81,8 +81,8 @@ elmx_error write_list(c_xml_writer& writer, const Row& row, const PointerList& l
   for (const void* const entry : list) {
     if (row.is_simple()) {
       write_simple(writer, row, entry);
-    } else if (const elmx_error error = write_element(*static_cast<const Object*>(entry), *row.type,
-                                                      writer, row.tag)) {
+    } else if (const elmx_error error =
+                   write_element(*static_cast<const Object*>(entry), *row.type, writer, row.tag)) {
       return error;
     }
   }

@@ -98,6 +98,20 @@ TEST(Depth, BeyondIsAFault) {
   }
 }
 
+// Only documents have a limit.
+TEST(Depth, OfWhatAccessorsMakeHasNoLimit) {
+  run_in_small_stack([] {
+    ColorSpaceNCSType root;
+    for (int round = 0; round < 2; ++round) {
+      ColorSpaceNCSType* innermost = &root;
+      for (int i = 0; i < 200'000; ++i) {
+        innermost = &innermost->get_ParentColorSpace().get_ColorSpace().get_ColorSpaceNCS();
+      }
+      if (round == 0) root.reset();
+    }
+  });
+}
+
 TEST(Depth, OfForeignElementsHasNoLimit) {
   constexpr int k_many = 1'000'000;
   const std::string foreign = repeated("<a>", k_many) + repeated("</a>", k_many);

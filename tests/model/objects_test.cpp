@@ -436,5 +436,53 @@ TEST(Identities, FollowTheBases) {
   EXPECT_NE(dynamic_cast<ColorSpaceCMYKPlusNType*>(clone.get()), nullptr);
 }
 
+// What the bases of a class hold goes along.
+TEST(Swaps, TakeThePresenceOfInheritedRowsAlong) {
+  ColorSpaceRGBType full, empty;
+  (void)full.set_Comments(L"c");
+  (void)full.set_Alpha(0.5);
+  full.swap(empty);
+  EXPECT_TRUE(empty.isset_Comments() && empty.isset_Alpha());
+  EXPECT_FALSE(full.isset_Comments() || full.isset_Alpha());
+  EXPECT_EQ(empty.get_Comments(), L"c");
+  empty.reset();
+  EXPECT_FALSE(empty.isset_Comments() || empty.isset_Alpha());
+}
+
+TEST(Lists, AreWalkedThroughInOrder) {
+  OwnerType owner;
+  const OwnerType& fixed = owner;
+  EXPECT_TRUE(fixed.each_Person().empty());
+  for (const Person& person : fixed.each_Person()) ADD_FAILURE() << person.is_occurs_ok();
+  for (const wchar_t* const name : {L"a", L"b", L"c"}) {
+    (void)owner.append_Person();
+    (void)owner.back_Person().set_Name(name);
+    std::wstring all;
+    for (const Person& person : fixed.each_Person()) all += person.get_Name();
+    EXPECT_EQ(all, std::wstring(L"abc").substr(0, owner.size_Person()));
+  }
+  for (Person& person : owner.each_Person()) (void)person.set_Name(L"d");
+  EXPECT_EQ(owner.get_Person(0).get_Name() + owner.get_Person(2).get_Name(), L"dd");
+  EXPECT_EQ(fixed.each_Person().size(), 3u);
+}
+
+TEST(Holders, ShowAVisitorWhatIsChosen) {
+  struct Visitor {
+    void operator()(const FunctionDE94Type& function) { param_l = function.get_Param_l(); }
+    void operator()(const FunctionType&) { ++others; }
+    double param_l = 0;
+    int others = 0;
+  } visitor;
+  sg_Function holder;
+  EXPECT_FALSE(holder.visit(visitor));
+  (void)holder.get_FunctionDE94().set_Param_l(2);
+  EXPECT_TRUE(holder.visit(visitor));
+  EXPECT_EQ(visitor.param_l, 2);
+  EXPECT_EQ(visitor.others, 0);
+  holder.get_FunctionDECMC();
+  EXPECT_TRUE(holder.visit(visitor));
+  EXPECT_EQ(visitor.others, 1);
+}
+
 }  // namespace
 }  // namespace zol_test

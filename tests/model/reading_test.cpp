@@ -216,6 +216,18 @@ TEST(Reading, TwiceIntoOneObject) {
   EXPECT_EQ(category.get_Name(), L"1");
 }
 
+TEST(Reading, ClearsAStandingMarkOfNil) {
+  SDKVersion version;
+  EXPECT_EQ(read(version, "<s xsi:nil='1'/>"), Outcome());
+  EXPECT_TRUE(version.isnil_SDKVersion());
+  EXPECT_EQ(read(version, "<s>2</s>"), Outcome());
+  EXPECT_FALSE(version.isnil_SDKVersion());
+  ParentColorSpace parent;
+  parent.setnil_ParentColorSpace();
+  EXPECT_EQ(read(parent, "<p/>"), Outcome());
+  EXPECT_FALSE(parent.isnil_ParentColorSpace());
+}
+
 TEST(Reading, LeavesWhatCameBeforeTheFault) {
   OwnerType owner;
   EXPECT_EQ(read(owner,
@@ -260,6 +272,25 @@ TEST(Handlers, GetWhatTheyWaive) {
   ToleranceType tolerance;
   EXPECT_EQ(read_element(other, tolerance), 44) << "nobody is asked";
   EXPECT_EQ(other.count, 0);
+}
+
+TEST(Handlers, SeeEventOneForAnAttributeThatNobodyKnows) {
+  struct Handler : lmx::c_xml_reader_memory {
+    using c_xml_reader_memory::c_xml_reader_memory;
+    using c_xml_reader_memory::user_handle_error;
+    lmx::elmx_error user_handle_error(lmx::elmx_error code) override {
+      EXPECT_EQ(code, 39);
+      events.push_back(get_current_event());
+      return lmx::elmx_ok;
+    }
+    std::vector<int> events;
+  };
+  // A class with attributes, and one without.
+  const std::string text =
+      document("<Zol:Color a='1' ColorName='c'>" + k_history + "<Zol:Owner a='1'/></Zol:Color>");
+  Handler reader(text.data(), text.size());
+  EXPECT_EQ(Zol().unmarshal(reader), lmx::elmx_ok);
+  EXPECT_EQ(reader.events, std::vector<int>({1, 1}));
 }
 
 TEST(Handlers, MayPutAnotherCodeOrThrow) {
