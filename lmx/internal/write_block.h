@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "lmx/internal/byte_buffer.h"
+
 namespace lmx::internal {
 
 class WriteBlock {
@@ -25,7 +27,7 @@ class WriteBlock {
   }
   void append(std::string_view text) {
     if (text.size() > room()) return append_beyond_room(text);
-    std::memcpy(bytes_ + size_, text.data(), text.size());
+    copy_short(bytes_ + size_, text.data(), text.size());
     size_ += text.size();
   }
 

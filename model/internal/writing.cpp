@@ -16,6 +16,9 @@ using lmx::internal::WriteBlock;
 
 namespace {
 
+elmx_error write_tagged(const Object& self, const Class& type, c_xml_writer& writer,
+                        std::string_view tag);
+
 template <class T>
 const T& at(const void* field) {
   return *static_cast<const T*>(field);
@@ -109,7 +112,8 @@ elmx_error write_row(const Object& self, c_xml_writer& writer, const Row& row) {
   }
   const Object* const child =
       row.is_in_place() ? &row.field<Object>(self) : row.field<Object*>(self);
-  return write_element(child != nullptr ? *child : row.type->empty(), *row.type, writer, row.tag);
+  return write_tagged(child != nullptr ? *child : row.type->empty(), *row.type, writer,
+                      tag_of(row));
 }
 
 elmx_error write_rows(const Object& self, const Class& type, c_xml_writer& writer) {
@@ -138,7 +142,9 @@ elmx_error write_alternative(const Object& self, const Class& type, c_xml_writer
     write_simple(writer, row, value_of(slot, row.kind));
     return lmx::elmx_ok;
   }
-  if (type.shape != Shape::holder) return write_element(*slot.object, *row.type, writer, row.tag);
+  if (type.shape != Shape::holder) {
+    return write_tagged(*slot.object, *row.type, writer, tag_of(row));
+  }
   if (slot.object == nullptr) return lmx::elmx_type_not_set;
   // Where a derived type may stand, the member has to say so.
   if (row.named_type != NamedType::no) writer.set_expected_class_identity(*row.type->identity);
@@ -165,6 +171,53 @@ void write_attributes(const Object& self, const Class& type, WriteBlock& block) 
     write_field(block, self, row);
     block.append('"');
   }
+}
+
+elmx_error write_tagged(const Object& self, const Class& type, c_xml_writer& writer,
+                         std::string_view tag) {
+  if (!is_occurs_ok(self, type)) return lmx::elmx_occurs_on_marshal;
+  const lmx::internal::MarshalScope scope(writer);
+  if (type.shape == Shape::holder || type.shape == Shape::anonymous) {
+    return write_alternative(self, type, writer);
+  }
+  WriteBlock& block = writer.block();
+
+  writer.begin_line();
+  open_tag(block, tag);
+  if (type.is(Class::k_names_namespaces)) {
+    writer.conditionally_select_ns_map(document_ns_map());
+    writer.conditionally_write_ns_attrs(true);
+  }
+  if (type.type_name != nullptr) write_type(type, writer);
+  write_attributes(self, type, block);
+
+  if (Head::is_nil(self, type)) {
+    block.append(std::string_view(" xsi:nil=\"true\"/>"));
+    writer.end_line();
+    return lmx::elmx_ok;
+  }
+  if (type.is(Class::k_blank)) {
+    block.append(std::string_view("/>"));
+    writer.end_line();
+    return lmx::elmx_ok;
+  }
+  block.append('>');
+  const Class& root = type.content_class();
+  if (root.shape == Shape::simple) {
+    write_field(block, self, root.content());
+  } else {
+    writer.end_line();
+    writer.indent();
+    // A child's code leaves the depth raised: the text stops here.
+    const elmx_error error = root.shape == Shape::choice ? write_alternative(self, root, writer)
+                                                         : write_rows(self, root, writer);
+    if (error != lmx::elmx_ok) return error;
+    writer.undent();
+    writer.begin_line();
+  }
+  close_tag(block, tag);
+  writer.end_line();
+  return lmx::elmx_ok;
 }
 
 }  // namespace
@@ -210,50 +263,7 @@ void write_value(WriteBlock& block, const Row& row, const void* field) {
 
 elmx_error write_element(const Object& self, const Class& type, c_xml_writer& writer,
                          const char* name) {
-  if (!is_occurs_ok(self, type)) return lmx::elmx_occurs_on_marshal;
-  const lmx::internal::MarshalScope scope(writer);
-  if (type.shape == Shape::holder || type.shape == Shape::anonymous) {
-    return write_alternative(self, type, writer);
-  }
-  WriteBlock& block = writer.block();
-  const std::string_view tag(name);
-
-  writer.begin_line();
-  open_tag(block, tag);
-  if (type.is(Class::k_names_namespaces)) {
-    writer.conditionally_select_ns_map(document_ns_map());
-    writer.conditionally_write_ns_attrs(true);
-  }
-  if (type.type_name != nullptr) write_type(type, writer);
-  write_attributes(self, type, block);
-
-  if (Head::is_nil(self, type)) {
-    block.append(std::string_view(" xsi:nil=\"true\"/>"));
-    writer.end_line();
-    return lmx::elmx_ok;
-  }
-  if (type.is(Class::k_blank)) {
-    block.append(std::string_view("/>"));
-    writer.end_line();
-    return lmx::elmx_ok;
-  }
-  block.append('>');
-  const Class& root = type.content_class();
-  if (root.shape == Shape::simple) {
-    write_field(block, self, root.content());
-  } else {
-    writer.end_line();
-    writer.indent();
-    // A child's code leaves the depth raised: the text stops here.
-    const elmx_error error = root.shape == Shape::choice ? write_alternative(self, root, writer)
-                                                         : write_rows(self, root, writer);
-    if (error != lmx::elmx_ok) return error;
-    writer.undent();
-    writer.begin_line();
-  }
-  close_tag(block, tag);
-  writer.end_line();
-  return lmx::elmx_ok;
+  return write_tagged(self, type, writer, name);
 }
 
 }  // namespace zol_v2::internal
