@@ -9,6 +9,7 @@
 #include "lmx/internal/number_text.h"
 #include "lmx/internal/runs.h"
 #include "model/internal/values.h"
+#include "model/internal/walkers.h"
 
 namespace zol_v2::reflection {
 
@@ -73,8 +74,7 @@ void append_utf8(std::string* out, const std::wstring& text) {
 
 }  // namespace
 
-// --- Types and rows
-// -------------------------------------------------------------------------------
+// --- Types and rows ------------------------------------------------------------------------------
 
 TypeRange all_types() { return {internal::k_classes, internal::k_class_count}; }
 
@@ -127,8 +127,7 @@ bool Row::collapses() const {
   return is_simple() && internal::whitespace_of(*table_) == lmx::elmx_collapse;
 }
 
-// --- Values
-// ---------------------------------------------------------------------------------------
+// --- Values --------------------------------------------------------------------------------------
 
 double Value::number() const {
   return row_ != nullptr && row_->kind == Kind::real ? at<double>(at_)
@@ -212,8 +211,7 @@ void Value::append_text(std::string* out) const {
   out->append(buffer, static_cast<std::size_t>(end - buffer));
 }
 
-// --- Looking at objects
-// ---------------------------------------------------------------------------
+// --- Looking at objects --------------------------------------------------------------------------
 
 unsigned ConstRef::count(Row row) const {
   const internal::Row& table = row.table();
@@ -244,8 +242,7 @@ Row ConstRef::chosen() const {
   return chosen >= 0 && chosen < rows.last - rows.first ? Row(rows.first[chosen]) : Row();
 }
 
-// --- Changing objects
-// -----------------------------------------------------------------------------
+// --- Changing objects ----------------------------------------------------------------------------
 
 namespace {
 
@@ -408,8 +405,18 @@ bool Ref::set_nil(bool is_nil) const {
   return true;
 }
 
-// --- Children
-// -------------------------------------------------------------------------------------
+elmx_error Ref::read(lmx::c_xml_reader& reader, const std::string& name) const {
+  return internal::read_element(*object_, type().table(), reader, name);
+}
+
+bool Ref::read_member(lmx::c_xml_reader& reader, std::string* name, elmx_error* error) const {
+  *error = lmx::elmx_ok;
+  const Class& table = type().table();
+  return internal::is_member(table, reader) &&
+         internal::read_member(*object_, table, reader, name, error);
+}
+
+// --- Children ------------------------------------------------------------------------------------
 
 void Items::Iterator::settle() {
   while (!is_at_end()) {
@@ -460,8 +467,7 @@ void Item::append_step(std::string* out) const {
   }
 }
 
-// --- Paths
-// ----------------------------------------------------------------------------------------
+// --- Paths ---------------------------------------------------------------------------------------
 
 namespace {
 

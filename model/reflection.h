@@ -27,6 +27,10 @@
 #include "model/internal/tables.h"
 #include "port/export.h"
 
+namespace lmx {
+class c_xml_reader;
+}
+
 namespace zol_v2::reflection {
 
 using internal::AnyElement;
@@ -43,8 +47,7 @@ class Ref;
 class ConstRef;
 class Items;
 
-// --- Types
-// ----------------------------------------------------------------------------------------
+// --- Types ---------------------------------------------------------------------------------------
 
 class TypeRange;
 
@@ -139,8 +142,7 @@ ZOL_API Type find_type(std::string_view name);
 // The class that the object was made as; one that a client derived counts as its base in the model.
 inline Type type_of(const Object& object) { return internal::Head::class_of(object); }
 
-// --- Rows
-// -----------------------------------------------------------------------------------------
+// --- Rows ----------------------------------------------------------------------------------------
 
 // The values of an enumeration, which are numbered from 1.
 class EnumValues {
@@ -293,8 +295,7 @@ TypeRange Type::named_types() const {
   return {table_->factory, size};
 }
 
-// --- Values
-// ---------------------------------------------------------------------------------------
+// --- Values --------------------------------------------------------------------------------------
 
 // What a row of an object holds, where it stands, or nothing. To ask it for another kind of value
 // than its own gives 0, false, an empty text, or no object.
@@ -333,8 +334,7 @@ class Value {
   const void* at_ = nullptr;
 };
 
-// --- Objects
-// --------------------------------------------------------------------------------------
+// --- Objects -------------------------------------------------------------------------------------
 
 // An object to look at, or none. Rows that are asked for must be of the object's type.
 class ConstRef {
@@ -423,12 +423,19 @@ class Ref {
   // False if the type is not nillable.
   ZOL_API bool set_nil(bool is_nil) const;
 
+  // Reads the element at hand, which is called `name` there; 0, or the code that stands. Its end
+  // tag is then the last event.
+  ZOL_API lmx::elmx_error read(lmx::c_xml_reader& reader, const std::string& name) const;
+  // The same for a holder or group, if the element at hand is one of theirs: false if it is not, or
+  // with *error set after a failure. What follows the element is then at hand, with its name.
+  ZOL_API bool read_member(lmx::c_xml_reader& reader, std::string* name,
+                           lmx::elmx_error* error) const;
+
  private:
   Object* object_ = nullptr;
 };
 
-// --- Children and paths
-// ---------------------------------------------------------------------------
+// --- Children and paths --------------------------------------------------------------------------
 
 // One thing in an object: an attribute, an element, foreign or not, or the content.
 struct Item {

@@ -54,14 +54,14 @@ lmx::elmx_error write_standard_output(const zol_v2::Zol& document) {
 }
 
 // What can't be written, with its lines if the input can be read once more.
-void explain(zol_v2::Zol& document, const std::string& input) {
+void explain(const zol_v2::Zol& document, const std::string& input) {
   DocumentText text;
   std::string reason;
   if (input != k_standard_stream) (void)text.read(input, &reason);
   print_faults(input, find_unwritable(document, text));
 }
 
-ExitStatus write(zol_v2::Zol& document, const Options& options) {
+ExitStatus write(const zol_v2::Zol& document, const Options& options) {
   const lmx::elmx_error code = options.output == k_standard_stream ? write_standard_output(document)
                                                                    : save(document, options.output);
   switch (code) {

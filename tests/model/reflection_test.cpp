@@ -14,8 +14,7 @@ namespace {
 using namespace zol_v2;
 using namespace zol_v2::reflection;
 
-// --- Types
-// ----------------------------------------------------------------------------------------
+// --- Types ---------------------------------------------------------------------------------------
 
 // The names of the elements that an object of the type may have.
 void collect_names(Type type, std::vector<std::string>* names) {
@@ -131,8 +130,7 @@ TEST(Rows, HaveTheirDefaultsInUntouchedObjects) {
   EXPECT_FALSE(type.untouched().has(type.row("AxisNominalScale")));
 }
 
-// --- Documents by reflection alone
-// ----------------------------------------------------------------
+// --- Documents by reflection alone ---------------------------------------------------------------
 
 void append_escaped(const std::string& text, std::string* out) {
   for (const char c : text) {
@@ -393,8 +391,7 @@ TEST_P(Reflected, IsAskedWithoutAllocation) {
   EXPECT_GT(allocation_count(), before) << "an allocation would have been noticed";
 }
 
-// --- Values
-// ---------------------------------------------------------------------------------------
+// --- Values --------------------------------------------------------------------------------------
 
 TEST(Values, AreThoseOfTheAccessors) {
   const Zol document = loaded<Zol>(sample_bytes("named-colours"));
@@ -576,8 +573,7 @@ TEST(Changing, ChoosesMembersAndTheirTypes) {
   EXPECT_FALSE(changed.choose(spaces));
 }
 
-// --- Paths
-// ----------------------------------------------------------------------------------------
+// --- Paths ---------------------------------------------------------------------------------------
 
 TEST(Paths, LeadSomewhereOrSayWhyNot) {
   Zol document;
