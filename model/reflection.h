@@ -87,7 +87,8 @@ class Type {
   // What stands between the tags of a type with a simple value; none for others.
   ZOL_API Row content() const;
 
-  // What xsi:type may name where this type stands.
+  // What xsi:type may name where this type stands. A holder holds the types of its alternatives
+  // and, where one of those may name its type, what that type knows here.
   inline TypeRange named_types() const;
 
   // An object that was never touched, whose values are the defaults of the rows.
@@ -511,7 +512,7 @@ Items ConstRef::children() const { return Items(*this); }
 // type, then the names of elements, numbered from 1 among those of their name, at the end perhaps
 // "@" and an attribute, or "text()" for the content:
 //
-//   Zol/Color[3]/ColorSpaceSpectral/ReflectancePoint[2]/@Wavelength
+//   Zol/Color[3]/ColorSpaceCIELab/L
 //
 // The number is written for rows that are lists, and from the second on for members of a list of
 // holders; a path without one means the first. A foreign element goes by the name of its row.

@@ -3,6 +3,7 @@
 #include "model/reflection.h"
 
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "model/documents.h"
@@ -499,6 +500,100 @@ TEST(Setting, GivesTheCodeOfTheFirstFacetThatFails) {
   }
 }
 
+// Passes over every fault and keeps the first of one value.
+class FacetReader : public lmx::c_xml_reader_memory {
+ public:
+  // The item is what faults of the value are blamed on. The text must outlive the reader.
+  FacetReader(const std::string& text, std::string item)
+      : c_xml_reader_memory(text.data(), text.size()), item_(std::move(item)) {}
+  using c_xml_reader_memory::user_handle_error;
+
+  lmx::elmx_error user_handle_error(lmx::elmx_error code, const std::string& item, const char*,
+                                    int) override {
+    if (first == lmx::elmx_ok && item == item_) first = code;
+    return lmx::elmx_ok;
+  }
+
+  lmx::elmx_error first = lmx::elmx_ok;
+
+ private:
+  std::string item_;
+};
+
+// Reads an object that has nothing but this value, and gives what the reader finds wrong with it.
+lmx::elmx_error code_of_reader(Type type, Row row, const std::string& text) {
+  const std::string name(row.name());
+  std::string item = row.place() == Place::content ? "Zol:x" : "Zol:" + name;
+  std::string whole = "<Zol:x><" + item + '>' + text + "</" + item + "></Zol:x>";
+  if (row.place() == Place::content) whole = "<Zol:x>" + text + "</Zol:x>";
+  if (row.is_attribute()) {
+    whole = "<Zol:x " + name + "='" + text + "'/>";
+    item = name;
+  }
+  FacetReader reader(whole, item);
+  reader.add_namespace_mapping("Zol", k_uri);
+  reader.set_ns_map(Zol::ns_map());
+  const lmx::c_xml_reader_local scope(reader);
+  lmx::elmx_error error = lmx::elmx_ok;
+  reader.get_element_event(nullptr, &error, &reader.name);
+  const auto object = type.make();
+  (void)Ref(*object).read(reader, reader.name);
+  return reader.first;
+}
+
+TEST(Setting, JudgesEachRowAsTheReaderDoes) {
+  const char* const texts[] = {"",
+                               "0",
+                               "1",
+                               "-1",
+                               " 5 ",
+                               "5.",
+                               "1.5",
+                               "100",
+                               "101",
+                               "360",
+                               "1e400",
+                               "-1e-400",
+                               "NaN",
+                               "-INF",
+                               "+3",
+                               "0x10",
+                               "2147483648",
+                               "-2147483649",
+                               "99999999999999999999",
+                               "true",
+                               " false ",
+                               "yes",
+                               "2020-01-01T10:00:00Z",
+                               "2020-01-01T10:00:00",
+                               "2020-01-01",
+                               "AQID",
+                               "AQI",
+                               "a b",
+                               "ab",
+                               "\xE8\x97\x8D",
+                               "\xF0\x9F\x8E\xA8",
+                               "Scale_Log",
+                               "Spectrum_Custom",
+                               "Status_A"};
+  int refused = 0;
+  for (const Type type : all_types()) {
+    // What stands around a group's value is read with the class that has the group.
+    if (type.is_transparent()) continue;
+    for (const Row row : type.rows()) {
+      if (!row.is_simple()) continue;
+      for (const char* const text : texts) {
+        const auto object = type.make();
+        const lmx::elmx_error code = Ref(*object).set_text(row, text);
+        EXPECT_EQ(code, code_of_reader(type, row, text))
+            << type.name() << '/' << row.name() << " '" << text << '\'';
+        if (code != lmx::elmx_ok) ++refused;
+      }
+    }
+  }
+  EXPECT_GT(refused, 1000);
+}
+
 TEST(Setting, CollapsesWhereTheRowSaysSo) {
   int count = 0;
   for (const Type type : all_types()) {
@@ -571,6 +666,24 @@ TEST(Changing, ChoosesMembersAndTheirTypes) {
   EXPECT_FALSE(changed.append(changed.type().row("Comments")));
   EXPECT_FALSE(changed.child(spaces, 1));
   EXPECT_FALSE(changed.choose(spaces));
+}
+
+TEST(Reading, TakesAMemberOrLeavesIt) {
+  const auto outcome = [](const std::string& text) {
+    lmx::c_xml_reader_memory reader(text.data(), text.size());
+    reader.add_namespace_mapping("Zol", k_uri);
+    reader.set_ns_map(Zol::ns_map());
+    const lmx::c_xml_reader_local scope(reader);
+    lmx::elmx_error error = lmx::elmx_ok;
+    reader.get_element_event(nullptr, &error, &reader.name);
+    anon_TextValue group;
+    const bool is_read = Ref(group).read_member(reader, &reader.name, &error);
+    return std::to_string(group.getchosen()) + (is_read ? " read " : " left ") +
+           std::to_string(error);
+  };
+  EXPECT_EQ(outcome("<Zol:NumberValue>1.5</Zol:NumberValue><Zol:x/>"), "1 read 0");
+  EXPECT_EQ(outcome("<Zol:NumberValue>x</Zol:NumberValue><Zol:x/>"), "2 left 35");
+  EXPECT_EQ(outcome("<Zol:Number>1</Zol:Number>"), "2 left 0");
 }
 
 // --- Paths ---------------------------------------------------------------------------------------
