@@ -1,14 +1,22 @@
 #include "tools/color_values.h"
 
-#include <initializer_list>
-#include <iterator>
+#include <algorithm>
+#include <string_view>
 #include <tuple>
+#include <utility>
 
 #include "model/Zol.h"
+#include "model/reflection.h"
 #include "tools/text.h"
 
 using zol_v2::ColorType;
 using zol_v2::sg_ColorSpace;
+using zol_v2::reflection::ConstRef;
+using zol_v2::reflection::Item;
+using zol_v2::reflection::Kind;
+using zol_v2::reflection::Row;
+using zol_v2::reflection::Type;
+using zol_v2::reflection::Value;
 
 namespace {
 
@@ -35,276 +43,109 @@ void visit_record(const zol_v2::ColorQualityControlType& record, const Visit& vi
   }
 }
 
-using Coordinates = std::vector<Coordinate>;
+// Not of a member of the family of spaces alone, but of all of them.
+bool is_common(Type space, Row row) {
+  while (space.base()) space = space.base();
+  return static_cast<bool>(space.row(row.name()));
+}
 
-template <class Space>
-struct Axis {
-  const char* name;
-  double (Space::*get)() const;
-};
+std::string text_of(const Value& value) {
+  if (value.kind() == Kind::real) return number_text(value.number());
+  return utf8(value.text());
+}
 
-template <class Space>
-Coordinates numbers(const Space& space, std::initializer_list<Axis<Space>> axes) {
-  Coordinates result;
-  for (const Axis<Space>& axis : axes) {
-    result.push_back({axis.name, number_text((space.*axis.get)())});
+// What the entry of a list is called: by its attributes, or by the first text in it.
+bool find_label(ConstRef entry, std::string* label) {
+  for (const Row row : entry.type().attributes()) {
+    if (!label->empty()) *label += ' ';
+    *label += text_of(entry.value(row));
   }
-  return result;
-}
-
-template <class Rgb>
-Coordinates rgb(const Rgb& space) {
-  Coordinates result = numbers<Rgb>(
-      space, {{"Red", &Rgb::get_Red}, {"Green", &Rgb::get_Green}, {"Blue", &Rgb::get_Blue}});
-  if (space.isset_Alpha()) result.push_back({"Alpha", number_text(space.get_Alpha())});
-  return result;
-}
-
-template <class Xyz>
-Coordinates xyz(const Xyz& space) {
-  return numbers<Xyz>(space, {{"X", &Xyz::get_X}, {"Y", &Xyz::get_Y}, {"Z", &Xyz::get_Z}});
-}
-
-template <class Chromaticity>
-Coordinates chromaticity(const Chromaticity& space) {
-  return numbers<Chromaticity>(
-      space,
-      {{"x", &Chromaticity::get_X}, {"y", &Chromaticity::get_Y}, {"Y", &Chromaticity::get_CapY}});
-}
-
-template <class Space>
-void add_spot_colors(const Space& space, Coordinates* result) {
-  for (unsigned i = 0; i < space.size_SpotColor(); ++i) {
-    const zol_v2::SpotColorType& spot = space.get_SpotColor(i);
-    result->push_back({utf8(spot.get_Name()), number_text(spot.get_Percentage())});
-  }
-}
-
-// Also an extension to more channels that stands in the element of the plain space.
-Coordinates cmyk(const zol_v2::ColorSpaceCMYKType& space) {
-  using Cmyk = zol_v2::ColorSpaceCMYKType;
-  Coordinates result = numbers<Cmyk>(space, {{"Cyan", &Cmyk::get_Cyan},
-                                             {"Magenta", &Cmyk::get_Magenta},
-                                             {"Yellow", &Cmyk::get_Yellow},
-                                             {"Black", &Cmyk::get_Black}});
-  add_spot_colors(space, &result);
-  if (const auto* more = dynamic_cast<const zol_v2::ColorSpaceCMYKPlusNType*>(&space)) {
-    for (unsigned i = 0; i < more->size_Color(); ++i) {
-      result.push_back(
-          {utf8(more->get_Color(i).get_Name()), number_text(more->get_Color(i).get_Value())});
+  if (!label->empty()) return true;
+  for (const Item& item : entry.children()) {
+    if (item.way.is_list()) continue;
+    if (const ConstRef child = item.object()) {
+      if (find_label(child, label)) return true;
+    } else if (item.row.kind() == Kind::text) {
+      *label = text_of(item.value());
+      return true;
     }
   }
-  return result;
+  return false;
 }
 
-Coordinates vantiline(const zol_v2::ColorSpaceOMBRELLVantilineType& space) {
-  using Space = zol_v2::ColorSpaceOMBRELLVantilineType;
-  Coordinates result = numbers<Space>(space, {{"Cyan", &Space::get_Cyan},
-                                              {"Magenta", &Space::get_Magenta},
-                                              {"Yellow", &Space::get_Yellow},
-                                              {"Black", &Space::get_Black},
-                                              {"Orange", &Space::get_Orange},
-                                              {"Green", &Space::get_Green}});
-  add_spot_colors(space, &result);
-  return result;
-}
-
-template <class Generic>
-Coordinates named_axes(const Generic& space) {
-  Coordinates result;
-  for (unsigned i = 0; i < space.size_Axis(); ++i) {
-    const zol_v2::AxisType& axis = space.get_Axis(i);
-    const zol_v2::AxisValueChoice& choice = axis.get_AxisValueChoice();
-    const bool is_text = choice.getchosen() == zol_v2::AxisValueChoice::chosen_AxisStringValue;
-    result.push_back(
-        {utf8(axis.get_AxisName()),
-         is_text ? utf8(choice.get_AxisStringValue())
-                 : number_text(choice.get_AxisFloatingPointValue().get_FloatingPointValueType())});
+// What it is worth: the last value in it.
+std::string value_of(ConstRef entry) {
+  std::string value;
+  for (const Item& item : entry.children()) {
+    if (item.way.is_list()) continue;
+    const ConstRef child = item.object();
+    value = child ? value_of(child) : text_of(item.value());
   }
+  return value;
+}
+
+std::string joined_texts(ConstRef object) {
+  std::string result;
+  for (const Item& item : object.children()) result += text_of(item.value()) + ' ';
+  if (!result.empty()) result.pop_back();
   return result;
 }
 
-Coordinates densities(const zol_v2::ColorSpaceDensityType& space) {
-  Coordinates result;
-  for (unsigned i = 0; i < space.size_Density(); ++i) {
-    const zol_v2::DensityType& density = space.get_Density(i);
-    result.push_back({utf8(density.get_DensityStatus()) + ' ' + utf8(density.get_DensityFilter()),
-                      number_text(density.get_DensityType())});
+// A child with a type of a family is a specification or another space, and no coordinate.
+bool holds_family_member(Type type) {
+  for (const Row row : type.elements()) {
+    if (row.type() && row.type().is_polymorphic()) return true;
   }
-  return result;
+  return false;
 }
 
-Coordinates recipe(const zol_v2::ColorSpaceRecipeType& space) {
-  Coordinates result;
-  for (unsigned i = 0; i < space.size_ColorantElement(); ++i) {
-    const zol_v2::ColorantElementType& element = space.get_ColorantElement(i);
-    result.push_back(
-        {utf8(element.get_Colorant().get_Name()), number_text(element.get_Contribution())});
+void add_coordinate(const Item& item, std::vector<Coordinate>* result) {
+  const std::string name(item.name());
+  if (const ConstRef child = item.object()) {
+    if (child.type().is_polymorphic() || holds_family_member(child.type())) return;
+    if (item.row.is_list()) {
+      std::string label;
+      (void)find_label(child, &label);
+      result->push_back({std::move(label), value_of(child)});
+    } else if (item.row.is_required()) {
+      result->push_back({name, joined_texts(child)});
+    }
+    return;
   }
-  return result;
-}
-
-Coordinates fan_deck(const zol_v2::ColorSpaceOMBRELLType& space) {
-  const zol_v2::ColorName& name = space.get_ColorName();
-  return {{"FamilyName", utf8(space.get_FamilyName())},
-          {"ColorName", utf8(name.get_PrefixName()) + ' ' + utf8(name.get_BaseName()) + ' ' +
-                            utf8(name.get_SuffixName())},
-          {"Page", utf8(space.get_Page())}};
-}
-
-// By the number of the selection.
-constexpr const char* k_space_names[] = {"Recipe",
-                                         "OMBRELL",
-                                         "Generic",
-                                         "EmissiveGeneric",
-                                         "Density",
-                                         "RGB",
-                                         "SRGB",
-                                         "AdobeRGB",
-                                         "CMYKPlusN",
-                                         "AdobeWideGamutRGB",
-                                         "Spectral",
-                                         "EmissiveSpectral",
-                                         "CIELab",
-                                         "CIELCh",
-                                         "CIEXYZ",
-                                         "EmissiveCIEXYZ",
-                                         "CIExyY",
-                                         "EmissiveCIExyY",
-                                         "CIELuv",
-                                         "HSL",
-                                         "HSV",
-                                         "CMYK",
-                                         "OMBRELLVantiline",
-                                         "YUV",
-                                         "YIQ",
-                                         "YBR",
-                                         "NCS",
-                                         "Munsell"};
-static_assert(std::size(k_space_names) == sg_ColorSpace::chosen_ColorSpaceMunsell + 1);
-
-// The two kinds of spectra differ in the names of their rows.
-const zol_v2::ReflectancePointType& point(const zol_v2::ColorSpaceSpectralType& space, unsigned i) {
-  return space.get_ReflectancePoint(i);
-}
-const zol_v2::EmissiveSpectralPointType& point(const zol_v2::ColorSpaceEmissiveSpectralType& space,
-                                               unsigned i) {
-  return space.get_EmissiveSpectralPoint(i);
-}
-double point_value(const zol_v2::ReflectancePointType& point) {
-  return point.get_ReflectancePointType();
-}
-double point_value(const zol_v2::EmissiveSpectralPointType& point) {
-  return point.get_EmissiveSpectralPointType();
-}
-
-template <class Spectrum>
-Coordinates spectrum(const Spectrum& space, unsigned size) {
-  Coordinates result;
-  for (unsigned i = 0; i < size; ++i) {
-    result.push_back(
-        {number_text(point(space, i).get_Wavelength()), number_text(point_value(point(space, i)))});
+  // A text that may be missing is a remark.
+  if (item.row.kind() == Kind::real || (item.row.kind() == Kind::text && item.row.is_required())) {
+    result->push_back({name, text_of(item.value())});
   }
-  return result;
 }
 
-template <class Spectrum>
-std::optional<SpectralRange> range(const Spectrum& space, unsigned size) {
-  if (size == 0) return std::nullopt;
-  return SpectralRange{point(space, 0).get_Wavelength(), point(space, size - 1).get_Wavelength(),
-                       size};
+// The format tells the chromaticity y from the luminance Y by another name.
+void spell_chromaticity(std::vector<Coordinate>* coordinates) {
+  const auto has_luminance = [](const Coordinate& coordinate) { return coordinate.axis == "CapY"; };
+  if (std::none_of(coordinates->begin(), coordinates->end(), has_luminance)) return;
+  for (Coordinate& coordinate : *coordinates) {
+    coordinate.axis = coordinate.axis == "CapY" ? "Y" : coordinate.axis == "X" ? "x" : "y";
+  }
 }
 
-Coordinates coordinates_of(const sg_ColorSpace& space) {
-  using namespace zol_v2;
-  switch (space.getchosen()) {
-    case sg_ColorSpace::chosen_ColorSpaceRecipe:
-      return recipe(space.get_ColorSpaceRecipe());
-    case sg_ColorSpace::chosen_ColorSpaceOMBRELL:
-      return fan_deck(space.get_ColorSpaceOMBRELL());
-    case sg_ColorSpace::chosen_ColorSpaceGeneric:
-      return named_axes(space.get_ColorSpaceGeneric());
-    case sg_ColorSpace::chosen_ColorSpaceEmissiveGeneric:
-      return named_axes(space.get_ColorSpaceEmissiveGeneric());
-    case sg_ColorSpace::chosen_ColorSpaceDensity:
-      return densities(space.get_ColorSpaceDensity());
-    case sg_ColorSpace::chosen_ColorSpaceRGB:
-      return rgb(space.get_ColorSpaceRGB());
-    case sg_ColorSpace::chosen_ColorSpaceSRGB:
-      return rgb(space.get_ColorSpaceSRGB());
-    case sg_ColorSpace::chosen_ColorSpaceAdobeRGB:
-      return rgb(space.get_ColorSpaceAdobeRGB());
-    case sg_ColorSpace::chosen_ColorSpaceAdobeWideGamutRGB:
-      return rgb(space.get_ColorSpaceAdobeWideGamutRGB());
-    case sg_ColorSpace::chosen_ColorSpaceCMYKPlusN:
-      return cmyk(space.get_ColorSpaceCMYKPlusN());
-    case sg_ColorSpace::chosen_ColorSpaceCMYK:
-      return cmyk(space.get_ColorSpaceCMYK());
-    case sg_ColorSpace::chosen_ColorSpaceOMBRELLVantiline:
-      return vantiline(space.get_ColorSpaceOMBRELLVantiline());
-    case sg_ColorSpace::chosen_ColorSpaceSpectral:
-      return spectrum(space.get_ColorSpaceSpectral(),
-                      space.get_ColorSpaceSpectral().size_ReflectancePoint());
-    case sg_ColorSpace::chosen_ColorSpaceEmissiveSpectral:
-      return spectrum(space.get_ColorSpaceEmissiveSpectral(),
-                      space.get_ColorSpaceEmissiveSpectral().size_EmissiveSpectralPoint());
-    case sg_ColorSpace::chosen_ColorSpaceCIELab:
-      return numbers<ColorSpaceCIELabType>(space.get_ColorSpaceCIELab(),
-                                           {{"L", &ColorSpaceCIELabType::get_L},
-                                            {"A", &ColorSpaceCIELabType::get_A},
-                                            {"B", &ColorSpaceCIELabType::get_B}});
-    case sg_ColorSpace::chosen_ColorSpaceCIELCh:
-      return numbers<ColorSpaceCIELChType>(space.get_ColorSpaceCIELCh(),
-                                           {{"L", &ColorSpaceCIELChType::get_L},
-                                            {"C", &ColorSpaceCIELChType::get_C},
-                                            {"H", &ColorSpaceCIELChType::get_H}});
-    case sg_ColorSpace::chosen_ColorSpaceCIELuv:
-      return numbers<ColorSpaceCIELuvType>(space.get_ColorSpaceCIELuv(),
-                                           {{"L", &ColorSpaceCIELuvType::get_L},
-                                            {"U", &ColorSpaceCIELuvType::get_U},
-                                            {"V", &ColorSpaceCIELuvType::get_V}});
-    case sg_ColorSpace::chosen_ColorSpaceCIEXYZ:
-      return xyz(space.get_ColorSpaceCIEXYZ());
-    case sg_ColorSpace::chosen_ColorSpaceEmissiveCIEXYZ:
-      return xyz(space.get_ColorSpaceEmissiveCIEXYZ());
-    case sg_ColorSpace::chosen_ColorSpaceCIExyY:
-      return chromaticity(space.get_ColorSpaceCIExyY());
-    case sg_ColorSpace::chosen_ColorSpaceEmissiveCIExyY:
-      return chromaticity(space.get_ColorSpaceEmissiveCIExyY());
-    case sg_ColorSpace::chosen_ColorSpaceHSL:
-      return numbers<ColorSpaceHSLType>(space.get_ColorSpaceHSL(),
-                                        {{"Hue", &ColorSpaceHSLType::get_Hue},
-                                         {"Saturation", &ColorSpaceHSLType::get_Saturation},
-                                         {"Lightness", &ColorSpaceHSLType::get_Lightness}});
-    case sg_ColorSpace::chosen_ColorSpaceHSV:
-      return numbers<ColorSpaceHSVType>(space.get_ColorSpaceHSV(),
-                                        {{"Hue", &ColorSpaceHSVType::get_Hue},
-                                         {"Saturation", &ColorSpaceHSVType::get_Saturation},
-                                         {"Value", &ColorSpaceHSVType::get_Value}});
-    case sg_ColorSpace::chosen_ColorSpaceYUV:
-      return numbers<ColorSpaceYUVType>(space.get_ColorSpaceYUV(),
-                                        {{"Y", &ColorSpaceYUVType::get_Y},
-                                         {"U", &ColorSpaceYUVType::get_U},
-                                         {"V", &ColorSpaceYUVType::get_V}});
-    case sg_ColorSpace::chosen_ColorSpaceYIQ:
-      return numbers<ColorSpaceYIQType>(space.get_ColorSpaceYIQ(),
-                                        {{"Y", &ColorSpaceYIQType::get_Y},
-                                         {"I", &ColorSpaceYIQType::get_I},
-                                         {"Q", &ColorSpaceYIQType::get_Q}});
-    case sg_ColorSpace::chosen_ColorSpaceYBR:
-      return numbers<ColorSpaceYBRType>(space.get_ColorSpaceYBR(),
-                                        {{"Y", &ColorSpaceYBRType::get_Y},
-                                         {"B", &ColorSpaceYBRType::get_B},
-                                         {"R", &ColorSpaceYBRType::get_R}});
-    case sg_ColorSpace::chosen_ColorSpaceNCS:
-      return {{"ColorName", utf8(space.get_ColorSpaceNCS().get_ColorName())}};
-    case sg_ColorSpace::chosen_ColorSpaceMunsell:
-      return {{"CollectionName", utf8(space.get_ColorSpaceMunsell().get_CollectionName())},
-              {"ColorName", utf8(space.get_ColorSpaceMunsell().get_ColorName())}};
-    case sg_ColorSpace::chosen_none:
-      break;
+// The list of a space that is measured by wavelength; none of another.
+Row spectrum_of(Type space) {
+  for (const Row row : space.elements()) {
+    if (!row.is_list() || !row.type()) continue;
+    for (const Row attribute : row.type().attributes()) {
+      if (attribute.unit() == "nm") return row;
+    }
   }
   return {};
+}
+
+double wavelength(ConstRef point) {
+  return point.value(*point.type().attributes().begin()).number();
+}
+
+// The colour space that a member is.
+ConstRef space_in(ConstRef member) {
+  const Row chosen = member.chosen();
+  return chosen ? member.value(chosen).child() : ConstRef();
 }
 
 }  // namespace
@@ -319,13 +160,21 @@ void for_each_color(const zol_v2::Zol& document, const Visit& visit) {
   }
 }
 
-Rendering rendering_of(const sg_ColorSpace& space) {
-  return {space_name(space), coordinates_of(space)};
+Rendering rendering_of(const sg_ColorSpace& member) {
+  Rendering result{space_name(member), {}};
+  const ConstRef space = space_in(member);
+  if (!space) return result;
+  for (const Item& item : space.children()) {
+    if (!is_common(space.type(), item.way)) add_coordinate(item, &result.coordinates);
+  }
+  spell_chromaticity(&result.coordinates);
+  return result;
 }
 
-std::string space_name(const sg_ColorSpace& space) {
-  const auto number = static_cast<std::size_t>(space.getchosen());
-  return number < std::size(k_space_names) ? k_space_names[number] : "none";
+std::string space_name(const sg_ColorSpace& member) {
+  constexpr std::string_view k_prefix = "ColorSpace";
+  const Row chosen = ConstRef(member).chosen();
+  return chosen ? std::string(chosen.name().substr(k_prefix.size())) : "none";
 }
 
 bool SpectralRange::operator<(const SpectralRange& other) const {
@@ -337,15 +186,11 @@ std::string SpectralRange::text() const {
          counted(points, "point", "points");
 }
 
-std::optional<SpectralRange> spectral_range(const sg_ColorSpace& space) {
-  switch (space.getchosen()) {
-    case sg_ColorSpace::chosen_ColorSpaceSpectral:
-      return range(space.get_ColorSpaceSpectral(),
-                   space.get_ColorSpaceSpectral().size_ReflectancePoint());
-    case sg_ColorSpace::chosen_ColorSpaceEmissiveSpectral:
-      return range(space.get_ColorSpaceEmissiveSpectral(),
-                   space.get_ColorSpaceEmissiveSpectral().size_EmissiveSpectralPoint());
-    default:
-      return std::nullopt;
-  }
+std::optional<SpectralRange> spectral_range(const sg_ColorSpace& member) {
+  const ConstRef space = space_in(member);
+  const Row points = space ? spectrum_of(space.type()) : Row();
+  const unsigned count = points ? space.count(points) : 0;
+  if (count == 0) return std::nullopt;
+  return SpectralRange{wavelength(space.value(points, 0).child()),
+                       wavelength(space.value(points, count - 1).child()), count};
 }

@@ -1,5 +1,7 @@
 #include "tools/element_lines.h"
 
+#include <map>
+
 #include "lmx/reader.h"
 
 namespace {
@@ -29,24 +31,23 @@ class PathWalk {
     }
   }
 
+  // Of the element.
+  const std::string& path() const { return path_; }
+  int line() const { return line_; }
+
+ private:
   struct Level {
     std::string path;
     std::map<std::string, unsigned> counts;
   };
-  // Of the element; the parent is null for the root.
-  const std::string& path() const { return path_; }
-  const std::string& name() const { return name_; }
-  const Level* parent() const { return parent_ < 0 ? nullptr : &levels_[parent_]; }
-  int line() const { return line_; }
 
- private:
   bool enter() {
     line_ = reader_.get_line_no();
     lmx::c_xml::get_local_name(reader_.name, &name_);
     name_.insert(0, "Zol:");
-    parent_ = static_cast<std::ptrdiff_t>(levels_.size()) - 1;
-    path_ = parent_ < 0 ? '/' + name_
-                        : child_path(levels_.back().path, name_, ++levels_.back().counts[name_]);
+    path_ = levels_.empty()
+                ? '/' + name_
+                : child_path(levels_.back().path, name_, ++levels_.back().counts[name_]);
     bool is_empty = false;
     if (!reader_.skip_start_tag(&is_empty)) return false;
     if (!is_empty) levels_.push_back({path_, {}});
@@ -58,16 +59,8 @@ class PathWalk {
   std::vector<Level> levels_;
   std::string path_;
   std::string name_;
-  std::ptrdiff_t parent_ = -1;
   int line_ = 0;
 };
-
-// Whether the element at hand is the one beyond those that were counted.
-bool is_beyond(const ElementPlace& place, const PathWalk& walk) {
-  const auto counted = place.counts.find(walk.name());
-  const unsigned written = counted == place.counts.end() ? 0 : counted->second;
-  return walk.parent()->counts.at(walk.name()) > written;
-}
 
 }  // namespace
 
@@ -76,27 +69,14 @@ std::string child_path(const std::string& parent, const std::string& name, unsig
 }
 
 void find_elements(const char* data, std::size_t size, std::vector<ElementPlace>* places) {
-  std::multimap<std::string, ElementPlace*> sought;
+  std::map<std::string, ElementPlace*> sought;
   for (ElementPlace& place : *places) sought.emplace(place.path, &place);
 
   PathWalk walk(data, size);
   while (!sought.empty() && walk.next()) {
-    const auto [begin, end] = sought.equal_range(walk.path());
-    for (auto at = begin; at != end;) {
-      at->second->line = walk.line();
-      at = at->second->is_child ? std::next(at) : sought.erase(at);
-    }
-    if (walk.parent() == nullptr) continue;
-    const auto [first, last] = sought.equal_range(walk.parent()->path);
-    for (auto at = first; at != last;) {
-      ElementPlace& place = *at->second;
-      if (!is_beyond(place, walk)) {
-        ++at;
-        continue;
-      }
-      place.path = walk.path();
-      place.line = walk.line();
-      at = sought.erase(at);
-    }
+    const auto found = sought.find(walk.path());
+    if (found == sought.end()) continue;
+    found->second->line = walk.line();
+    sought.erase(found);
   }
 }

@@ -1,38 +1,50 @@
 #include "tools/sibling_reading.h"
 
+#include <string_view>
+#include <vector>
+
 #include "lmx/reader.h"
 #include "model/Zol.h"
+#include "model/reflection.h"
+
+using zol_v2::reflection::all_types;
+using zol_v2::reflection::Ref;
+using zol_v2::reflection::Row;
+using zol_v2::reflection::Type;
 
 namespace {
 
-template <class T>
-lmx::elmx_error read(lmx::c_xml_reader& reader) {
-  T object;
-  return object.unmarshal(reader, reader.name);
+// Elements of one name may be of several types, each in its own place.
+std::vector<Type> types_of(std::string_view element) {
+  std::vector<Type> types;
+  if (element == zol_v2::Zol::k_class.name) types.emplace_back(zol_v2::Zol::k_class);
+  for (const Type type : all_types()) {
+    const Row row = type.row(element);
+    if (row && row.type() && !row.is_transparent()) types.push_back(row.type());
+  }
+  return types;
 }
 
-constexpr struct {
-  const char* parent;
-  const char* name;
-  lmx::elmx_error (*read)(lmx::c_xml_reader& reader);
-} k_rows[] = {
-    {"Zol", "Color", read<zol_v2::ColorType>},
-    {"Zol", "Palette", read<zol_v2::PaletteType>},
-    {"Zol", "ColorQualityControl", read<zol_v2::ColorQualityControlType>},
-    {"Palette", "ColorSet", read<zol_v2::ColorSetType>},
-    {"ColorSet", "Color", read<zol_v2::ColorType>},
-    {"ColorQualityControl", "StandardAndMeasurement", read<zol_v2::StandardAndMeasurementType>},
-    {"ColorQualityControl", "Tolerance", read<zol_v2::ToleranceType>},
-    {"StandardAndMeasurement", "Measurement", read<zol_v2::Measurement>},
-    {"StandardAndMeasurement", "Standard", read<zol_v2::Standard>},
-};
+// The type of a child with that name, or the holder that has it; none for values.
+Type type_in(Type parent, std::string_view element) {
+  for (const Row row : parent.elements()) {
+    if (!row.type()) continue;
+    const bool is_it =
+        row.is_transparent() ? static_cast<bool>(row.type().row(element)) : row.name() == element;
+    if (is_it) return row.type();
+  }
+  return {};
+}
 
-// Only a colour has members of this group.
-bool read_color_space(lmx::c_xml_reader& reader, lmx::elmx_error* error) {
-  if (!zol_v2::sg_ColorSpace::is_member(reader, reader.name)) return false;
-  zol_v2::sg_ColorSpace space;
-  (void)space.unmarshal(reader, &reader.name, error);
-  return true;
+// The one type that the element has in whatever may be called like the parent.
+Type type_in(std::string_view parent, std::string_view element) {
+  Type found;
+  for (const Type type : types_of(parent)) {
+    const Type child = type_in(type, element);
+    if (child && found && child != found) return {};
+    if (child) found = child;
+  }
+  return found;
 }
 
 }  // namespace
@@ -43,11 +55,13 @@ SiblingState read_sibling(lmx::c_xml_reader& reader, const std::string& parent,
   if (reader.get_element_ns_id() != zol_v2::Zol::ns_map()->ns_id) return SiblingState::unknown;
   std::string parent_name;
   lmx::c_xml_reader::get_local_name(parent, &parent_name);
-  for (const auto& row : k_rows) {
-    if (parent_name != row.parent || reader.get_local_name() != row.name) continue;
-    *error = row.read(reader);
+  const Type type = type_in(parent_name, reader.get_local_name());
+  if (!type) return SiblingState::unknown;
+  const auto object = type.make();
+  if (!type.is_transparent()) {
+    *error = Ref(*object).read(reader, reader.name);
     return SiblingState::read;
   }
-  if (parent_name == "Color" && read_color_space(reader, error)) return SiblingState::passed;
-  return SiblingState::unknown;
+  (void)Ref(*object).read_member(reader, &reader.name, error);
+  return SiblingState::passed;
 }

@@ -17,6 +17,7 @@ enum class SiblingState {
 };
 
 // The element at hand is read for its faults' sake. `parent` is the parent's name as the document
-// spells it. Known are the members of the lists that make up a document, and the colour spaces.
+// spells it. Known are the children that are no mere values, but where an element of that name
+// would be of one type here and of another there.
 SiblingState read_sibling(lmx::c_xml_reader& reader, const std::string& parent,
                           lmx::elmx_error* error);

@@ -10,7 +10,6 @@ namespace zol_v2 {
 class Zol;
 }
 
-// A fault for each colour, colour set, palette and record, and for the frame around them, that
-// can't be written: the first in it, with the path of the object as the item. Takes the document
-// apart; the text is the one that it was loaded from.
-std::vector<Fault> find_unwritable(zol_v2::Zol& document, const DocumentText& text);
+// A fault for each object that lacks what is required, with its path as the item. The text is the
+// one that the document was loaded from; without it the lines are 0.
+std::vector<Fault> find_unwritable(const zol_v2::Zol& document, const DocumentText& text);

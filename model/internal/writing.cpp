@@ -85,7 +85,7 @@ elmx_error write_list(c_xml_writer& writer, const Row& row, const PointerList& l
     if (row.is_simple()) {
       write_simple(writer, row, entry);
     } else if (const elmx_error error =
-                   write_element(*static_cast<const Object*>(entry), *row.type, writer, row.tag)) {
+                   write_tagged(*static_cast<const Object*>(entry), *row.type, writer, tag_of(row))) {
       return error;
     }
   }
