@@ -2,13 +2,18 @@
 
 #include <cerrno>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <new>
 #include <ostream>
+#include <string>
 #include <string_view>
 #include <utility>
 
 #include "facade/internal/block_sink.h"
+#include "facade/internal/file_source.h"
+#include "facade/internal/memory_file.h"
+#include "facade/internal/packed_document.h"
 #include "lmx/reader.h"
 #include "lmx/writer.h"
 #include "model/Zol.h"
@@ -69,39 +74,6 @@ elmx_error marshal_stamped(const Zol& document, std::streambuf& sink) {
   return document.marshal(writer, Zol::k_element_name);
 }
 
-// The document in the first entry of an archive.
-class ZippedDocument {
- public:
-  // Leaves the entry open, and room for it. False if there is none, or if the archive is too short
-  // for what the entry claims, which then nobody needs to allocate.
-  bool open(const std::wstring& path) {
-    archive_.Open(path, CZipArchive::modeReadOnly, 0);
-    archive_.OpenEntry(0);
-    const CZipFileHeader* const entry = archive_.EntryAt(0);
-    if (entry == nullptr || !archive_.CanHold(*entry)) return false;
-    text_.Allocate(entry->uncompressed_size, false);
-    return true;
-  }
-
-  // Everything, and the archive is closed. The entry must end exactly at its size.
-  void read() {
-    char more = 0;
-    const bool is_whole = archive_.ReadEntry(text_, text_.GetSize()) == text_.GetSize() &&
-                          archive_.ReadEntry(&more, 1) == 0 &&
-                          archive_.CloseEntry(nullptr, false) == 1;
-    if (!is_whole) throw CZipException(CZipException::generic, archive_.GetArchivePath());
-    archive_.Close(CZipArchive::closeNormal, false);
-  }
-
-  // Good as long as the object.
-  const char* text() const { return text_.GetBuffer(); }
-  std::size_t size() const { return text_.GetSize(); }
-
- private:
-  CZipArchive archive_;
-  CZipAutoBuffer text_;
-};
-
 // Closes at the end of its scope.
 struct OutputFile {
   explicit OutputFile(const std::wstring& path) {
@@ -140,11 +112,11 @@ elmx_error write_xml_file(const Zol& document, const std::wstring& path) {
 
 elmx_error Zol::loadFile(const std::wstring& path) {
   if (has_suffix(path, k_zipped_suffix)) {
-    ZippedDocument zipped;
-    if (!zipped.open(path)) return k_archive_error;
+    internal::PackedDocument packed;
+    if (!packed.open(path)) return k_archive_error;
     try {
-      zipped.read();
-      lmx::c_xml_reader_memory reader(zipped.text(), zipped.size());
+      if (!packed.read()) return k_archive_error;
+      lmx::c_xml_reader_memory reader(packed.text().data(), packed.text().size());
       return unmarshal(reader);
     } catch (...) {
       return k_archive_error;
@@ -179,69 +151,45 @@ elmx_error Zol::writeFile(const std::wstring& path) const {
 
 namespace {
 
-// A cause that is an `errno` value is about the file, any other one about the archive.
-elmx_error code_of(const CZipException& exception) {
-  return exception.GetCause() < CZipException::generic ? lmx::elmx_no_file : k_archive_error;
-}
-
-std::string message_of(const CZipException& exception) {
-  if (exception.GetCause() == CZipException::generic) {
-    return "The document in the archive can't be unpacked, or has not the size it claims.";
-  }
-  return port::to_utf8(exception.ErrorText());
-}
-
-LoadReport failure(elmx_error code, std::string message) {
-  LoadReport report;
+template <class Report>
+Report failure(elmx_error code, std::string message, std::int32_t archive_cause = 0) {
+  Report report;
   report.code = code;
   report.message = std::move(message);
+  report.archive_cause = archive_cause;
   return report;
 }
 
-// Reads the text, and reports on it.
-LoadReport read_document(Zol& document, lmx::c_xml_reader& reader) {
-  LoadReport report;
-  report.code = document.unmarshal(reader);
-  if (report.code == lmx::elmx_ok) return report;
-  report.line = reader.get_line_no();
-  report.item = reader.get_error_item_name();
-  reader.get_error_message(&report.message);
-  return report;
-}
+std::string system_text(int error) { return port::to_utf8(port::system_error_text(error)); }
 
-LoadReport load(Zol& document, const std::wstring& path) {
-  if (has_suffix(path, k_zipped_suffix)) {
-    ZippedDocument zipped;
-    if (!zipped.open(path)) {
-      throw CZipException(CZipException::generic, path);
-    }
-    zipped.read();
-    lmx::c_xml_reader_memory reader(zipped.text(), zipped.size());
-    return read_document(document, reader);
+// A cause that is an `errno` value is about the file, any other one about the archive. But where a
+// file of another name is missing, the archive's end asked for another part of it, as that of a cut
+// one may do by chance.
+template <class Report>
+Report failure(const CZipException& exception, const std::wstring& path) {
+  const std::int32_t cause = exception.GetCause();
+  if (cause == ENOENT && exception.GetFileName() != path) {
+    return failure<Report>(k_archive_error,
+                           "The archive is cut or damaged, or one part of several.", cause);
   }
-  errno = 0;
-  lmx::c_xml_reader_file reader(plain_name(path));
-  if (reader.is_open()) return read_document(document, reader);
-  return failure(lmx::elmx_no_file, port::to_utf8(port::system_error_text(errno)));
+  return failure<Report>(cause < CZipException::generic ? lmx::elmx_no_file : k_archive_error,
+                         port::to_utf8(exception.ErrorText()), cause);
 }
 
-}  // namespace
-
-elmx_error openFile(Zol& document, const std::wstring& path, LoadReport* report) noexcept {
-  LoadReport outcome;
+// Runs an operation on a file, which gives a report or throws, and hands over what it says.
+template <class Report, class Operation>
+elmx_error guarded(Report* report, const std::wstring& path, Operation operation) noexcept {
+  Report outcome;
   try {
     try {
-      Zol loaded;
-      outcome = load(loaded, path);
-      if (outcome.code == lmx::elmx_ok) document.swap(loaded);
+      outcome = operation();
     } catch (const CZipException& exception) {
-      outcome = failure(code_of(exception), message_of(exception));
-      outcome.archive_cause = exception.GetCause();
+      outcome = failure<Report>(exception, path);
     } catch (const std::bad_alloc&) {
-      outcome = failure(k_archive_error, "Not enough memory.");
+      outcome = failure<Report>(k_archive_error, "Not enough memory.");
     }
   } catch (...) {
-    outcome = LoadReport();
+    outcome = Report();
     outcome.code = k_archive_error;
   }
   const elmx_error code = outcome.code;
@@ -249,28 +197,149 @@ elmx_error openFile(Zol& document, const std::wstring& path, LoadReport* report)
   return code;
 }
 
-namespace {
-
-elmx_error save_plain(const Zol& document, port::ReplacementFile& file) {
-  internal::BlockSink sink([&file](const char* bytes, std::uint32_t size) {
-    return port::write_handle(file.handle(), bytes, size);
-  });
-  if (const elmx_error error = marshal_stamped(document, sink)) return error;
-  return sink.finish() ? lmx::elmx_ok : lmx::elmx_no_file;
+LoadReport unusable(const internal::PackedDocument& packed) {
+  return failure<LoadReport>(k_archive_error, packed.complaint(), CZipException::generic);
 }
 
+// Of a source that is not whole.
+LoadReport failure_of(const internal::FileSource& source, const LoadOptions& options) {
+  if (source.error() != 0) {
+    return failure<LoadReport>(lmx::elmx_no_file, system_text(source.error()));
+  }
+  return failure<LoadReport>(k_archive_error, "The document is larger than the limit of " +
+                                                  std::to_string(options.largest_document) +
+                                                  " bytes.");
+}
+
+LoadReport read_document(Zol& document, lmx::c_xml_reader& reader) {
+  LoadReport report;
+  report.code = document.unmarshal(reader);
+  if (report.code == lmx::elmx_ok) return report;
+  report.line = reader.get_line_no();
+  report.item = reader.get_error_item_name();
+  reader.get_error_message(&report.message);
+  if (report.message == lmx::get_error_description(lmx::elmx_ok)) {
+    // No handler was asked, which would have noted these: the fault is in the element at hand.
+    report.item = reader.get_full_name();
+    report.message = "line:" + std::to_string(report.line) + "-'" + report.item + "'-" +
+                     lmx::get_error_description(report.code);
+  }
+  return report;
+}
+
+LoadReport read_document(Zol& document, std::string_view text) {
+  lmx::c_xml_reader_memory reader(text.data(), text.size());
+  return read_document(document, reader);
+}
+
+LoadReport load(Zol& document, const std::wstring& path, const LoadOptions& options) {
+  if (has_suffix(path, k_zipped_suffix)) {
+    internal::PackedDocument packed;
+    if (!packed.open(path, options.largest_document) || !packed.read()) return unusable(packed);
+    return read_document(document, packed.text());
+  }
+  internal::FileSource source(path, options.largest_document);
+  if (!source.is_open()) return failure<LoadReport>(lmx::elmx_no_file, system_text(errno));
+  lmx::c_xml_reader reader(source);
+  LoadReport report = read_document(document, reader);
+  if (source.is_whole()) return report;
+  return failure_of(source, options);
+}
+
+LoadReport read_text(std::string& text, const std::wstring& path, const LoadOptions& options) {
+  if (has_suffix(path, k_zipped_suffix)) {
+    internal::PackedDocument packed;
+    if (!packed.open(path, options.largest_document) || !packed.read()) return unusable(packed);
+    text = packed.text();
+    return {};
+  }
+  internal::FileSource source(path, options.largest_document);
+  if (!source.is_open()) return failure<LoadReport>(lmx::elmx_no_file, system_text(errno));
+  const char* block = nullptr;
+  while (const std::size_t size = source.read_block(&block)) text.append(block, size);
+  return source.is_whole() ? LoadReport() : failure_of(source, options);
+}
+
+// Runs an operation on something new, which takes the place of what stands there if all is well.
+template <class T, class Operation>
+LoadReport replacing(T& old, Operation operation) {
+  T fresh;
+  LoadReport report = operation(fresh);
+  if (report.code == lmx::elmx_ok) old.swap(fresh);
+  return report;
+}
+
+}  // namespace
+
+elmx_error openFile(Zol& document, const std::wstring& path, LoadReport* report,
+                    const LoadOptions& options) noexcept {
+  return guarded(report, path, [&] {
+    return replacing(document, [&](Zol& loaded) { return load(loaded, path, options); });
+  });
+}
+
+elmx_error openText(Zol& document, std::string_view text, LoadReport* report) noexcept {
+  return guarded(report, {}, [&] {
+    return replacing(document, [&](Zol& loaded) { return read_document(loaded, text); });
+  });
+}
+
+elmx_error readText(std::string& text, const std::wstring& path, LoadReport* report,
+                    const LoadOptions& options) noexcept {
+  return guarded(report, path, [&] {
+    return replacing(text, [&](std::string& bytes) { return read_text(bytes, path, options); });
+  });
+}
+
+elmx_error unpackText(std::string& text, std::string_view archive, LoadReport* report,
+                      const LoadOptions& options) noexcept {
+  return guarded(report, {}, [&] {
+    internal::MemoryFile file(archive);
+    internal::PackedDocument packed;
+    if (!packed.open(file, options.largest_document) || !packed.read()) return unusable(packed);
+    text = packed.text();
+    return LoadReport();
+  });
+}
+
+namespace {
+
+using Taker = internal::BlockSink::Target;
+// Hands a document to a taker, until that refuses a block, and gives the code of marshal.
+using Giver = std::function<elmx_error(const Taker& take)>;
+
+SaveReport save_plain(const Giver& give, port::ReplacementFile& file) {
+  int error = 0;
+  const elmx_error code = give([&](const char* bytes, std::uint32_t size) {
+    if (port::write_handle(file.handle(), bytes, size)) return true;
+    error = errno;
+    return false;
+  });
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, lmx::get_error_description(code));
+  if (error != 0) return failure<SaveReport>(lmx::elmx_no_file, system_text(error));
+  return {};
+}
+
+// Synced when it takes its place, and not before.
+class WorkingFile : public CZipFile {
+ public:
+  using CZipFile::CZipFile;
+  void Flush() override {}
+};
+
 // Straight into the archive, so that no plain file is needed beside it.
-elmx_error save_zipped(const Zol& document, port::ReplacementFile& file, const std::wstring& name) {
-  CZipFile borrowed(file.handle(), file.working_path());
+SaveReport save_zipped(const Giver& give, port::ReplacementFile& file, const std::wstring& path,
+                       const std::wstring& xml_path) {
+  WorkingFile borrowed(file.handle(), path);
   CZipArchive archive;
   archive.Open(borrowed, CZipArchive::modeCreate);
   auto header = std::make_unique<CZipFileHeader>();
-  header->SetFileName(CZipPathComponent(name).GetFileName());
+  header->SetFileName(CZipPathComponent(xml_path).GetFileName());
   header->SetSystemAttributes(port::k_attribute_archive);
-  if (!archive.OpenNewEntry(std::move(header), -1)) return k_archive_error;
+  archive.OpenNewEntry(std::move(header), -1);
 
   std::exception_ptr fault;
-  internal::BlockSink sink([&](const char* bytes, std::uint32_t size) {
+  const elmx_error code = give([&](const char* bytes, std::uint32_t size) {
     try {
       return archive.WriteNewEntry(bytes, size);
     } catch (...) {
@@ -278,34 +347,83 @@ elmx_error save_zipped(const Zol& document, port::ReplacementFile& file, const s
       return false;
     }
   });
-  const elmx_error error = marshal_stamped(document, sink);
-  const bool is_written = sink.finish();
   if (fault != nullptr) std::rethrow_exception(fault);
-  if (error != lmx::elmx_ok) return error;
-  if (!is_written) return k_archive_error;
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, lmx::get_error_description(code));
   archive.Close(CZipArchive::closeNormal, false);
-  return lmx::elmx_ok;
+  return {};
+}
+
+// Puts the file in its place. What is said of it beyond the code may be lost for want of memory.
+void commit(port::ReplacementFile& file, SaveReport& report) {
+  using Outcome = port::ReplacementFile::Outcome;
+  const Outcome outcome = file.commit();
+  const int error = errno;
+  const bool is_failed = outcome == Outcome::kept || outcome == Outcome::broken;
+  report.code = is_failed ? lmx::elmx_no_file : lmx::elmx_ok;
+  report.is_durable = outcome != Outcome::not_durable;
+  report.is_overwritten = outcome == Outcome::overwritten || outcome == Outcome::broken;
+  try {
+    switch (outcome) {
+      case Outcome::replaced:
+        break;
+      case Outcome::kept:
+        report.message = system_text(error);
+        break;
+      case Outcome::not_durable:
+        report.message = "Saved, but a loss of power may bring back what was there before: " +
+                         system_text(error);
+        break;
+      case Outcome::overwritten:
+        report.message = "The file could not be replaced, so it was written over.";
+        break;
+      case Outcome::broken:
+        report.message =
+            "The file could not be replaced, and is incomplete since writing over it failed: " +
+            system_text(error);
+    }
+  } catch (const std::bad_alloc&) {
+  }
+}
+
+SaveReport save(const Giver& give, const std::wstring& path) {
+  const Target target = target_of(path);
+  if (!target.is_valid) {
+    return failure<SaveReport>(k_suffix_error, "The name must end in .zol or .zolz.");
+  }
+  port::ReplacementFile file(path);
+  if (!file.is_open()) return failure<SaveReport>(lmx::elmx_no_file, system_text(errno));
+  SaveReport report =
+      target.is_zipped ? save_zipped(give, file, path, target.xml_path) : save_plain(give, file);
+  if (report.code == lmx::elmx_ok) commit(file, report);
+  return report;
 }
 
 }  // namespace
 
-elmx_error saveFile(const Zol& document, const std::wstring& path) noexcept {
-  bool is_zipped = false;
-  try {
-    const Target target = target_of(path);
-    if (!target.is_valid) return k_suffix_error;
-    is_zipped = target.is_zipped;
-    port::ReplacementFile file(path);
-    if (!file.is_open()) return lmx::elmx_no_file;
-    const elmx_error error =
-        is_zipped ? save_zipped(document, file, target.xml_path) : save_plain(document, file);
-    if (error != lmx::elmx_ok) return error;
-    return file.commit() ? lmx::elmx_ok : lmx::elmx_no_file;
-  } catch (const CZipException& exception) {
-    return code_of(exception);
-  } catch (...) {
-    return k_archive_error;
-  }
+elmx_error saveFile(const Zol& document, const std::wstring& path, SaveReport* report) noexcept {
+  const auto give = [&document](const Taker& take) {
+    internal::BlockSink sink(take);
+    const elmx_error code = marshal_stamped(document, sink);
+    static_cast<void>(sink.finish());  // the taker knows what became of it
+    return code;
+  };
+  return guarded(report, path, [&] { return save(give, path); });
+}
+
+#if !defined(_WIN32)
+void removeWorkingFiles() noexcept { port::remove_working_files(); }
+#endif
+
+elmx_error saveText(std::string_view text, const std::wstring& path, SaveReport* report) noexcept {
+  const auto give = [text](const Taker& take) {
+    constexpr std::size_t k_block_size = 0x10000;
+    for (std::size_t at = 0; at < text.size(); at += k_block_size) {
+      const std::string_view block = text.substr(at, k_block_size);
+      if (!take(block.data(), static_cast<std::uint32_t>(block.size()))) break;
+    }
+    return lmx::elmx_ok;
+  };
+  return guarded(report, path, [&] { return save(give, path); });
 }
 
 }  // namespace zol_v2

@@ -259,7 +259,7 @@ class RowInfo:
         if self.is_list or self.enum:
             return True
         if self.is_simple:
-            return self.type == "string" and not self.required
+            return self.type == "string"
         return self.is_holder or not self.required
 
     @property
@@ -267,7 +267,7 @@ class RowInfo:
         if self.kind in ("alt", "any", "mark") or self.is_pointer:
             return False
         if self.is_simple:
-            return self.type in ("string", "base64")
+            return self.type == "base64"
         return self.type_class.owns_heap_anywhere
 
     @property

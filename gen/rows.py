@@ -171,16 +171,16 @@ class SimpleRow(Enumerable):
                 initial = f"internal::k_{row.enum}.first + {row.enum_values.index(row.default)}"
             return f"const std::wstring* {row.member} = {initial};"
         if row.type == "string":
-            return f"std::wstring {row.member};" if row.required \
-                else f"std::wstring* {row.member} = nullptr;"
+            return f"internal::Text {row.member};"
         if row.type in ("dateTime", "base64"):
             return f"{self.type} {row.member};"
         return f"{self.type} {row.member} = {row.default or ('false' if row.type == 'bool' else 0)};"
 
     def accessors(self):
         row = self.row
-        is_pointer = bool(row.enum) or (row.type == "string" and not row.required)
-        get = f"internal::text_of({row.member})" if is_pointer else row.member
+        get = row.member
+        if row.type == "string":
+            get = f"internal::text_of({row.member})" if row.enum else f"{row.member}.get()"
         text = self.fill("""
             $Result$ get_$Name$() const { return $get$; }
             lmx::elmx_error set_$Name$($Param$ value) { return set(*this, $row$, value); }

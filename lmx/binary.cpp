@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <ostream>
 #include <string_view>
+#include <utility>
 
 #include "lmx/internal/lexical.h"
 #include "lmx/text.h"
@@ -36,28 +38,150 @@ constexpr Base64Table k_base64;
 
 unsigned char base64_code(char c) { return k_base64.code[static_cast<unsigned char>(c)]; }
 
+constexpr std::uint32_t k_no_letter = 0x80000000u;
+
+// What a letter adds to the 24 bits of its group, at each of the four places; k_no_letter for other
+// characters.
+struct Base64Places {
+  std::uint32_t bits[4][256] = {};
+
+  constexpr Base64Places() {
+    for (int place = 0; place < 4; ++place) {
+      for (int c = 0; c < 256; ++c) {
+        const std::uint32_t code = k_base64.code[c];
+        bits[place][c] = code < 64 ? code << (18 - 6 * place) : k_no_letter;
+      }
+    }
+  }
+};
+
+constexpr Base64Places k_base64_places;
+
+// The two letters of each twelve bits.
+struct Base64Pairs {
+  char letters[4096][2] = {};
+
+  constexpr Base64Pairs() {
+    for (int bits = 0; bits < 4096; ++bits) {
+      letters[bits][0] = k_base64_alphabet[bits >> 6];
+      letters[bits][1] = k_base64_alphabet[bits & 0x3F];
+    }
+  }
+};
+
+constexpr Base64Pairs k_base64_pairs;
+
 std::size_t base64_size(std::size_t bytes) { return (bytes + 2) / 3 * 4; }
+
+char* put_pair(std::uint64_t bits, char* out) {
+  std::memcpy(out, k_base64_pairs.letters[bits & 0xFFF], 2);
+  return out + 2;
+}
 
 // Writes base64_size(size) characters and returns their end.
 char* encode_base64(const unsigned char* data, std::size_t size, char* out) {
-  const auto letter = [](std::uint32_t bits, int shift) {
-    return k_base64_alphabet[bits >> shift & 0x3F];
+  const auto bits_of = [&data](int count) {
+    std::uint64_t bits = 0;
+    for (int i = 0; i < count; ++i) bits = bits << 8 | data[i];
+    return bits;
   };
-  for (; size >= 3; data += 3, size -= 3) {
-    const std::uint32_t bits = std::uint32_t{data[0]} << 16 | std::uint32_t{data[1]} << 8 | data[2];
-    *out++ = letter(bits, 18);
-    *out++ = letter(bits, 12);
-    *out++ = letter(bits, 6);
-    *out++ = letter(bits, 0);
+  for (; size >= 6; data += 6, size -= 6) {
+    const std::uint64_t bits = bits_of(6);
+    for (int shift = 36; shift >= 0; shift -= 12) out = put_pair(bits >> shift, out);
+  }
+  if (size >= 3) {
+    const std::uint64_t bits = bits_of(3);
+    out = put_pair(bits, put_pair(bits >> 12, out));
+    data += 3;
+    size -= 3;
   }
   if (size == 0) return out;
-  const std::uint32_t bits =
-      std::uint32_t{data[0]} << 16 | (size == 2 ? std::uint32_t{data[1]} << 8 : 0);
-  *out++ = letter(bits, 18);
-  *out++ = letter(bits, 12);
-  *out++ = size == 2 ? letter(bits, 6) : '=';
-  *out++ = '=';
-  return out;
+  const std::uint64_t bits = bits_of(static_cast<int>(size)) << 8 * (3 - size);
+  put_pair(bits, put_pair(bits >> 12, out));
+  std::fill(out + size + 1, out + 4, '=');
+  return out + 4;
+}
+
+// Letters on their way to bytes, which are appended to a vector that has room for them.
+class Base64Decoder {
+ public:
+  explicit Base64Decoder(unsigned char* out) : out_(out) {}
+
+  // The most bytes that a text gives.
+  static std::size_t room(std::string_view text) { return text.size() / 4 * 3 + 3; }
+
+  std::size_t letters() const { return letters_; }
+
+  // Takes letters and white space up to another character. Returns how much it took.
+  std::size_t take(std::string_view text) {
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    for (; at != end; ++at) {
+      if (count_ == 0) at = take_groups(at, end);
+      if (at == end) break;
+      const unsigned char code = base64_code(*at);
+      if (code == k_other) break;
+      if (code == k_space) continue;
+      bits_ = bits_ << 6 | code;
+      ++letters_;
+      if (++count_ == 4) {
+        put(3);
+        count_ = 0;
+      }
+    }
+    return static_cast<std::size_t>(at - text.data());
+  }
+
+  // Writes what is left over, of which a lone letter still gives one byte, and returns the end.
+  unsigned char* finish() {
+    if (count_ != 0) {
+      bits_ <<= (4 - count_) * 6;
+      put(count_ == 3 ? 2 : 1);
+      count_ = 0;
+    }
+    return out_;
+  }
+
+ private:
+  void put(int bytes) {
+    for (int i = 0; i < bytes; ++i) *out_++ = static_cast<unsigned char>(bits_ >> (16 - 8 * i));
+  }
+
+  // Passes whole groups of four letters.
+  const char* take_groups(const char* at, const char* end) {
+    const auto bits = [&at](int place) {
+      return k_base64_places.bits[place][static_cast<unsigned char>(at[place])];
+    };
+    const char* const begin = at;
+    unsigned char* out = out_;  // what is written may alias a member, but no local
+    for (; end - at >= 4; at += 4, out += 3) {
+      const std::uint32_t group = bits(0) | bits(1) | bits(2) | bits(3);
+      if ((group & k_no_letter) != 0) break;
+      out[0] = static_cast<unsigned char>(group >> 16);
+      out[1] = static_cast<unsigned char>(group >> 8);
+      out[2] = static_cast<unsigned char>(group);
+    }
+    letters_ += static_cast<std::size_t>(at - begin);
+    out_ = out;
+    return at;
+  }
+
+  unsigned char* out_;
+  std::size_t letters_ = 0;
+  std::uint32_t bits_ = 0;  // of the letters of a group that is not whole
+  int count_ = 0;
+};
+
+// Judges a text by what stands in front of the first character that is neither letter nor white
+// space, and by what begins with it.
+bool is_whole_base64(std::string_view front, std::size_t letters, std::string_view back) {
+  if (front.empty() && back.empty()) return true;
+  if (front.size() < 2 || back.size() > 2 || (back.size() + letters) % 4 != 0) return false;
+  for (const char c : back) {
+    if (base64_code(c) == k_space) break;
+    if (c != '=') return false;
+  }
+  return true;
 }
 
 // Any character has a value; the ones that are no digits give nonsense.
@@ -71,19 +195,33 @@ unsigned hex_value(char c) {
 namespace internal {
 
 bool is_valid_base64(std::string_view text) {
-  if (text.empty()) return true;
+  std::size_t letters = 0;
   std::size_t i = 0;
-  std::size_t count = 0;
-  for (; i < text.size(); ++i) {
-    const unsigned char code = base64_code(text[i]);
+  while (i < text.size()) {
+    const char* const at = text.data() + i;
+    if (text.size() - i >= 4 &&
+        (base64_code(at[0]) | base64_code(at[1]) | base64_code(at[2]) | base64_code(at[3])) < 64) {
+      i += 4;
+      letters += 4;
+      continue;
+    }
+    const unsigned char code = base64_code(*at);
     if (code == k_other) break;
-    count += code != k_space;
+    ++i;
+    letters += code != k_space;
   }
-  if (i < 2 || text.size() - i > 2) return false;
-  if ((text.size() - i + count) % 4 != 0) return false;
-  for (; i < text.size() && base64_code(text[i]) != k_space; ++i) {
-    if (text[i] != '=') return false;
+  return is_whole_base64(text.substr(0, i), letters, text.substr(i));
+}
+
+bool read_base64(std::string_view text, c_binary* value) {
+  std::vector<unsigned char> bytes(Base64Decoder::room(text));
+  Base64Decoder decoder(bytes.data());
+  const std::size_t taken = decoder.take(text);
+  if (!is_whole_base64(text.substr(0, taken), decoder.letters(), text.substr(taken))) {
+    return false;
   }
+  bytes.resize(static_cast<std::size_t>(decoder.finish() - bytes.data()));
+  value->bytes_ = std::move(bytes);
   return true;
 }
 
@@ -124,28 +262,13 @@ void c_binary::from_hex(const std::string& text) {
 }
 
 void c_binary::from_base64(const std::string& text) {
-  bytes_.clear();
-  bytes_.reserve(text.size() / 4 * 3 + text.size() % 4 * 3 / 4);
-  const auto append_byte = [this](std::uint32_t bits, int shift) {
-    append(static_cast<unsigned char>(bits >> shift & 0xFF));
-  };
-  std::uint32_t bits = 0;
-  int count = 0;
-  for (const char c : text) {
-    const unsigned char code = base64_code(c);
-    if (code >= 64) continue;
-    bits = bits << 6 | code;
-    if (++count < 4) continue;
-    append_byte(bits, 16);
-    append_byte(bits, 8);
-    append_byte(bits, 0);
-    bits = 0;
-    count = 0;
+  bytes_.resize(Base64Decoder::room(text));
+  Base64Decoder decoder(bytes_.data());
+  for (std::string_view rest = text; !rest.empty(); rest.remove_prefix(1)) {
+    rest.remove_prefix(decoder.take(rest));
+    if (rest.empty()) break;
   }
-  if (count == 0) return;
-  bits <<= (4 - count) * 6;
-  append_byte(bits, 16);
-  if (count == 3) append_byte(bits, 8);
+  bytes_.resize(static_cast<std::size_t>(decoder.finish() - bytes_.data()));
 }
 
 void c_binary::out_hex(std::ostream& os) const {

@@ -3,6 +3,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "port/export.h"
@@ -15,6 +16,10 @@ namespace internal {
 
 // Appends the value in base64, on one line and with padding.
 void append_base64(std::string* out, const c_binary& value);
+
+// from_base64 of a text that is_valid_base64, in one pass. False, with `*value` as it was, for any
+// other text.
+bool read_base64(std::string_view text, c_binary* value);
 
 }  // namespace internal
 
@@ -62,6 +67,7 @@ class ZOL_API c_binary {
 
  private:
   friend void internal::append_base64(std::string* out, const c_binary& value);
+  friend bool internal::read_base64(std::string_view text, c_binary* value);
   friend bool operator==(const c_binary& a, const c_binary& b) { return a.bytes_ == b.bytes_; }
   friend bool operator!=(const c_binary& a, const c_binary& b) { return !(a == b); }
 

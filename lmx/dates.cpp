@@ -9,7 +9,9 @@
 #include <type_traits>
 
 #include "lmx/internal/lexical.h"
+#include "lmx/internal/number_text.h"
 #include "lmx/internal/scan.h"
+#include "lmx/internal/word.h"
 
 namespace lmx {
 namespace {
@@ -137,6 +139,10 @@ char* put_secs(char* out, float secs, const SecondsFormat& format) {
     return put_two_digits(out, static_cast<std::uint32_t>(secs));
   }
   if (secs < 10.0f) *out++ = '0';
+  const bool is_usual = !format.is_fixed && format.precision == SecondsFormat().precision;
+  if (is_usual && std::isfinite(secs) && secs > 0.0f && !needs_fixed(secs)) {
+    return internal::format_seconds(secs, out);
+  }
   return put_float(out, secs, format);
 }
 
@@ -390,7 +396,66 @@ bool is_later_date(const c_datetime_base& a, const c_datetime_base& b) {
 
 // Everything between the year and the seconds stands at a fixed place, so these places are judged
 // together, and only the year, the fraction and the zone are walked.
+namespace {
+
+// The digits of eight bytes that are like the pattern, where a "0" stands for any digit: each as a
+// number in its byte. False if one is not like it.
+bool take_like(const char* at, const char* pattern, std::uint64_t separators, std::uint64_t* digits) {
+  const std::uint64_t word = load_word(at) ^ load_word(pattern);
+  const std::uint64_t too_big = (word + k_ones * 0x76) | word;
+  *digits = word;
+  return ((too_big & k_highs) | (word & separators)) == 0;
+}
+
+// The two digits whose first is the byte with this number.
+std::uint32_t pair_at(std::uint64_t digits, int byte) {
+  const auto pair = static_cast<std::uint32_t>(digits >> (8 * byte));
+  return (pair & 0xF) * 10 + (pair >> 8 & 0xF);
+}
+
+// As most are: four digits of a year, no fraction, and "Z" or a zone. False for any other.
+bool parse_usual_datetime(std::string_view text, c_datetime* value) {
+  constexpr std::size_t k_length = 19;  // "YYYY-MM-DDThh:mm:ss"
+  if (text.size() != k_length + 1 && text.size() != k_length + 6) return false;
+  std::uint64_t date, middle, clock;
+  const char* const at = text.data();
+  if (!take_like(at, "0000-00-", 0xFF0000FF00000000, &date) ||
+      !take_like(at + 8, "00T00:00", 0x0000FF0000FF0000, &middle) ||
+      !take_like(at + 11, "00:00:00", 0x0000FF0000FF0000, &clock)) {
+    return false;
+  }
+  std::int32_t offset = 0;
+  const bool is_utc = text.size() == k_length + 1;
+  if (is_utc) {
+    if (at[k_length] != 'Z') return false;
+  } else {
+    std::uint64_t zone;
+    if ((at[k_length] != '+' && at[k_length] != '-') ||
+        !take_like(at + k_length - 2, at[k_length] == '+' ? "00+00:00" : "00-00:00",
+                   0x0000FF0000FF0000, &zone)) {
+      return false;
+    }
+    offset = static_cast<std::int32_t>(pair_at(zone, 3) * 60 + pair_at(zone, 6));
+    if (at[k_length] == '-') offset = -offset;
+  }
+  value->set_year(static_cast<std::int32_t>(pair_at(date, 0) * 100 + pair_at(date, 2)));
+  value->set_month(pair_at(date, 5));
+  value->set_day(pair_at(middle, 0));
+  value->set_hours(pair_at(clock, 0));
+  value->set_mins(pair_at(clock, 3));
+  value->set_secs(static_cast<float>(pair_at(clock, 6)));
+  value->set_total_offset_mins(offset);
+  value->set_is_utc(is_utc);
+  return true;
+}
+
+}  // namespace
+
 bool parse_datetime(std::string_view text, c_datetime* value, bool* has_zone) {
+  if (parse_usual_datetime(text, value)) {
+    *has_zone = true;
+    return true;
+  }
   const char* at = text.data();
   const char* const end = at + text.size();
   const auto is_sign = [](char c) { return c == '-' || c == '+'; };

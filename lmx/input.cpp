@@ -4,9 +4,11 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <string_view>
 #include <typeinfo>
 
 #include "lmx/internal/runs.h"
+#include "lmx/internal/transcode.h"
 #include "port/files.h"
 
 namespace lmx {
@@ -99,13 +101,8 @@ bool c_read_memory::read_whole(const char** begin, std::size_t* size) {
 
 c_read_file::c_read_file(const char* path)
     : source_id_(path != nullptr ? path : ""),
-      file_(std::fopen(source_id_.c_str(), "rb")),
-      capacity_(k_own_block) {
-  // Some systems open what can't be read, a directory for one.
-  if (file_ != nullptr && std::ungetc(std::fgetc(file_), file_) == EOF && std::ferror(file_)) {
-    close();
-  }
-}
+      file_(zol::port::open_file(source_id_.c_str(), "rb")),
+      capacity_(k_own_block) {}
 
 c_read_file::c_read_file(const wchar_t* path)
     : source_id_(source_name(path)),
@@ -130,7 +127,7 @@ bool c_read_file::refill() {
   if (file_ == nullptr) return false;
   if (buffer_ == nullptr) buffer_ = std::make_unique<char[]>(capacity_);
   index_ = 0;
-  count_ = std::fread(buffer_.get(), 1, capacity_, file_);
+  count_ = zol::port::read_file(file_, buffer_.get(), capacity_);
   return count_ != 0;
 }
 
@@ -217,11 +214,11 @@ bool c_get_as_utf8::peek_whole(std::string_view* bytes) {
   return true;
 }
 
-void c_get_as_utf8::take_whole(std::size_t size, int extra_lines) {
-  encoding_ = k_utf8;
-  is_plain_ = true;
-  uncounted_ = {at_, size};
-  take_window(at_ + size, extra_lines);
+void c_get_as_utf8::take_whole(const internal::SourceBytes& bytes) {
+  encoding_ = bytes.encoding;
+  is_plain_ = encoding_ == k_utf8;
+  if (is_plain_) uncounted_ = {at_, bytes.size};
+  take_window(at_ + bytes.size, bytes.lines);
 }
 
 int c_get_as_utf8::count_lines(std::string_view text) {
@@ -234,7 +231,8 @@ int c_get_as_utf8::get() {
   last_ = c;
   if (c == '\r') c = '\n';
   if (c == '\n') ++line_;
-  is_plain_ = encoding_ == k_utf8 && pending_at_ == nullptr && unget_.empty() && !has_ended_;
+  is_plain_ = pending_at_ == nullptr && unget_.empty() && !has_ended_ &&
+              (encoding_ == k_utf8 || is_plain_in_piece());
   return c;
 }
 
@@ -247,8 +245,70 @@ int c_get_as_utf8::raw_get() {
     return c;
   }
   if (has_ended_) return -1;
+  if (encoding_ == k_utf8) {
+    const int byte = next_byte();
+    return byte > 127 ? multi_byte(byte) : byte;
+  }
+  if (has_piece()) {
+    if (at_ != end_) return static_cast<unsigned char>(*at_++);
+    close_piece();
+  }
   const int byte = next_byte();
   return byte < 0 ? -1 : decode(byte);
+}
+
+// --- Pieces of blocks in other encodings ---------------------------------------------------------
+
+std::size_t c_get_as_utf8::unread_behind_piece() const {
+  if (at_ == end_) return static_cast<std::size_t>(raw_end_ - raw_next_);
+  // Each sequence was one unit, those of four bytes two.
+  std::size_t units = 0;
+  for (; counted_at_ != at_; ++counted_at_) {
+    const auto byte = static_cast<unsigned char>(*counted_at_);
+    units +=
+        static_cast<std::size_t>((byte & 0xC0) != 0x80) + static_cast<std::size_t>(byte >= 0xF0);
+  }
+  raw_at_ += units * (encoding_ == k_latin1 ? 1 : 2);
+  return static_cast<std::size_t>(raw_end_ - raw_at_);
+}
+
+// Goes on in the block itself, with what was not read of the piece.
+void c_get_as_utf8::close_piece() {
+  if (!has_piece()) return;
+  at_ = raw_end_ - unread_behind_piece();
+  end_ = raw_end_;
+  raw_end_ = nullptr;
+}
+
+// Turns what comes next in the block into a piece. False if there is nothing that may be taken so.
+bool c_get_as_utf8::open_piece() {
+  constexpr std::size_t k_piece_size = 16384;
+  close_piece();
+  using internal::SourceEncoding;
+  const SourceEncoding encoding = encoding_ == k_latin1     ? SourceEncoding::latin1
+                                  : encoding_ == k_utf16_be ? SourceEncoding::utf16_be
+                                  : encoding_ == k_utf16_le ? SourceEncoding::utf16_le
+                                  : encoding_ == k_ucs2_be  ? SourceEncoding::ucs2_be
+                                                            : SourceEncoding::ucs2_le;
+  std::string_view rest(at_, static_cast<std::size_t>(end_ - at_));
+  if (rest.empty()) return false;
+  if (piece_ == nullptr) piece_ = std::make_unique<char[]>(k_piece_size);
+  const std::size_t size = internal::transcode_some(&rest, encoding, piece_.get(), k_piece_size);
+  if (size == 0) return false;
+  raw_at_ = at_;
+  raw_next_ = rest.data();
+  raw_end_ = end_;
+  at_ = piece_.get();
+  end_ = at_ + size;
+  counted_at_ = at_;
+  return true;
+}
+
+// Does a piece go on with a character of its own?
+bool c_get_as_utf8::is_plain_in_piece() {
+  if (encoding_ == k_unknown) return false;
+  if (has_piece() && at_ != end_) return (*at_ & 0xC0) != 0x80;
+  return open_piece();
 }
 
 int c_get_as_utf8::decode(int byte) {
@@ -367,6 +427,7 @@ int c_get_as_utf8::hand_over(const char* sequence) {
 bool c_get_as_utf8::set_encoding(const char* name) {
   if (name == nullptr) name = "";
   is_plain_ = false;
+  close_piece();
   bool agrees = false;
   if (is_same_name(name, "ISO-10646-UCS-2")) {
     agrees = encoding_ == k_utf16_be || encoding_ == k_utf16_le;
@@ -393,6 +454,7 @@ bool c_get_as_utf8::set_encoding(const char* name) {
 void c_get_as_utf8::rewind() {
   is_plain_ = false;
   has_ended_ = false;
+  close_piece();
   encoding_ = k_unknown;
   last_ = 0;
   unget_.clear();

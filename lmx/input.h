@@ -1,9 +1,10 @@
 // Character input: sources of raw bytes, and the getter that turns them into UTF-8 with line feeds
 // for line ends and a count of lines.
 //
-// A source hands over blocks. A getter that is in the plain state, UTF-8 with nothing pushed back,
-// shows the rest of the current block to the stages above, which take names and text out of it in
-// runs. Everything else goes character by character through get(), and both roads agree.
+// A source hands over blocks. A getter that is in the plain state, with nothing pushed back, shows
+// the rest of the current block to the stages above, which take names and text out of it in runs;
+// of a block in another encoding it shows a piece that it has turned into UTF-8. Everything else
+// goes character by character through get(), and both roads agree.
 #pragma once
 
 #include <cstddef>
@@ -138,7 +139,16 @@ class ZOL_API c_unget_buffer {
 
 namespace internal {
 
-// The unread rest of the current block, in the plain state.
+// What was read of a source as a whole, without the getter.
+struct SourceBytes {
+  std::size_t size;  // with a mark
+  // As the getter numbers it. The line ends of UTF-8 are counted when somebody asks: `lines` are
+  // then those that count twice, and all of them in another encoding.
+  int encoding;
+  int lines;
+};
+
+// The unread rest of the current block or piece, in the plain state.
 struct Window {
   const char* at;
   const char* end;
@@ -202,12 +212,11 @@ class ZOL_API c_get_as_utf8 {
   // The whole source as one window, before the first character was asked for. False, with nothing
   // changed, if there is no such window.
   bool peek_whole(std::string_view* bytes);
-  // Takes so many bytes of it, UTF-8 with or without a mark. Line ends are counted when somebody asks,
-  // and `extra_lines` with them.
-  void take_whole(std::size_t size, int extra_lines);
+  // Takes the first bytes of it.
+  void take_whole(const internal::SourceBytes& bytes);
   // Bytes of the source that were read and not pushed back.
   std::uint64_t bytes_read() const {
-    return bytes_fetched_ - static_cast<std::uint64_t>(end_ - at_ + unget_.size());
+    return bytes_fetched_ - unread_in_block() - static_cast<std::uint64_t>(unget_.size());
   }
 
  protected:
@@ -241,6 +250,17 @@ class ZOL_API c_get_as_utf8 {
   int end_for_good();
   int hand_over(const char* sequence);
 
+  // A piece of UTF-8 made of the block in another encoding. While there is one, at_ and end_ are in
+  // the piece.
+  bool has_piece() const { return raw_end_ != nullptr; }
+  bool open_piece();
+  void close_piece();
+  bool is_plain_in_piece();
+  std::size_t unread_in_block() const {
+    return has_piece() ? unread_behind_piece() : static_cast<std::size_t>(end_ - at_);
+  }
+  std::size_t unread_behind_piece() const;
+
   c_read* source_;
   c_error* error_;
   c_getter_error_binder binder_;
@@ -252,8 +272,14 @@ class ZOL_API c_get_as_utf8 {
   char pending_[5] = {};              // a sequence and a zero
   const char* pending_at_ = nullptr;  // into pending_, never at its zero
   int line_ = 1;
-  const char* at_ = nullptr;  // the rest of the current block
+  const char* at_ = nullptr;  // the rest of the current block or piece
   const char* end_ = nullptr;
+  std::unique_ptr<char[]> piece_;   // made by the first block that needs it
+  const char* raw_next_ = nullptr;  // in the block, behind what the piece was made of
+  const char* raw_end_ = nullptr;
+  // A place in the piece up to which characters were counted, and its place in the block.
+  mutable const char* counted_at_ = nullptr;
+  mutable const char* raw_at_ = nullptr;
   std::uint64_t bytes_fetched_ = 0;
   std::string_view uncounted_;  // text in the current block whose line ends are not in line_ yet
 };

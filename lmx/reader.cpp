@@ -270,7 +270,7 @@ bool c_xml_reader::peek_document(std::string_view* bytes) {
 
 void c_xml_reader::take_document(const internal::WholeDocument& document) {
   for (const std::string& uri : *document.declared) add_namespace(uri.c_str());
-  take_whole(document.size, document.extra_lines, document.mode);
+  take_whole(document.bytes, document.mode);
   name.assign(document.name);
   value.assign(document.value);
   attribute_name.clear();

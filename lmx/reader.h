@@ -113,8 +113,7 @@ class ElementDepthGuard;
 
 // What reading a whole document through events would leave in a reader.
 struct WholeDocument {
-  std::size_t size;         // in bytes of the source, up to behind the root's end tag
-  int extra_lines;          // line ends in them that the reader counts twice
+  SourceBytes bytes;        // up to behind the root's end tag
   std::string_view name;    // of the root
   std::string_view value;   // the last that was read, in this mode
   elmx_whitespace mode;

@@ -1,21 +1,26 @@
 #include "lmx/text.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
+#include <type_traits>
 
 #include "lmx/internal/lexical.h"
+#include "lmx/internal/runs.h"
+#include "lmx/internal/unicode.h"
+#include "lmx/internal/unit_blocks.h"
 
 namespace lmx {
 namespace {
 
-constexpr int k_high_first = 0xD800;
-constexpr int k_high_last = 0xDBFF;
-constexpr int k_low_first = 0xDC00;
-constexpr int k_low_last = 0xDFFF;
+using internal::byte_at;
+using internal::is_high_surrogate;
+using internal::is_low_surrogate;
+using internal::k_unit_block;
 
-bool is_high_surrogate(int c) { return c >= k_high_first && c <= k_high_last; }
-bool is_low_surrogate(int c) { return c >= k_low_first && c <= k_low_last; }
+// Both conversions fill a piece on the stack and append it: what is appended needs no first
+// filling, and a text that fits in one piece is walked once.
+constexpr std::size_t k_piece = 512;
 
 // Length of the sequence that a lead byte opens; 0 for a byte that opens none.
 unsigned sequence_length(unsigned char lead) {
@@ -26,108 +31,195 @@ unsigned sequence_length(unsigned char lead) {
   return 0;
 }
 
-constexpr std::uint64_t k_top_bits = 0x8080808080808080u;
+bool is_continuation(unsigned byte) { return (byte & 0xC0) == 0x80; }
 
-std::size_t ascii_run(std::string_view text) {
-  std::size_t i = 0;
-  for (; text.size() - i >= sizeof k_top_bits; i += sizeof k_top_bits) {
-    std::uint64_t block;
-    std::memcpy(&block, text.data() + i, sizeof block);
-    if ((block & k_top_bits) != 0) break;
-  }
-  while (i < text.size() && static_cast<unsigned char>(text[i]) < 0x80) ++i;
-  return i;
-}
+// A text on its way to wide units, up to the first fault.
+class Widener {
+ public:
+  explicit Widener(std::string_view utf8) : at_(utf8.data()), end_(at_ + utf8.size()) {}
 
-// Writes the ASCII characters that `text` begins with, in whole blocks of eight, to `out`, and
-// returns how many.
-std::size_t widen_blocks(std::string_view text, wchar_t* out) {
-  std::size_t i = 0;
-  for (; text.size() - i >= sizeof k_top_bits; i += sizeof k_top_bits) {
-    std::uint64_t block;
-    std::memcpy(&block, text.data() + i, sizeof block);
-    if ((block & k_top_bits) != 0) break;
-    for (std::size_t k = 0; k < sizeof k_top_bits; ++k) {
-      out[i + k] = static_cast<wchar_t>(text[i + k]);
+  // Nothing is left, or a fault comes next.
+  bool is_done() const { return is_faulty_ || at_ == end_; }
+  std::string_view rest() const { return {at_, static_cast<std::size_t>(end_ - at_)}; }
+
+  // Writes up to less than a block before `room_end`, which is at least a block away, and returns
+  // the end of what it wrote.
+  wchar_t* fill(wchar_t* out, const wchar_t* room_end) {
+    const char* at = at_;  // what is written may alias a member, but no local
+    const wchar_t* const limit = room_end - k_unit_block;
+    while (at != end_ && out <= limit) {
+      if (static_cast<std::size_t>(end_ - at) >= k_unit_block) {
+        const std::size_t taken = internal::widen_block(at, &out);
+        at += taken;
+        if (taken != 0) continue;
+      } else if (byte_at(at) < 0x80) {
+        *out++ = static_cast<wchar_t>(*at++);
+        continue;
+      }
+      // One sequence of three bytes is mostly followed by others.
+      const wchar_t* const row = out;
+      for (unsigned unit; out <= limit && (unit = three_byte_unit(at)) != 0; at += 3) {
+        *out++ = static_cast<wchar_t>(unit);
+      }
+      if (out != row) continue;
+      at_ = at;
+      out = take_other(out);
+      at = at_;
+      if (is_faulty_) break;
     }
+    at_ = at;
+    return out;
   }
-  return i;
+
+ private:
+  // The unit of a sequence of three bytes, 0 if there is none or it is the first of a pair.
+  unsigned three_byte_unit(const char* at) const {
+    if (end_ - at < 3) return 0;
+    const unsigned lead = byte_at(at);
+    if (lead - 0xE0 >= 0x10) return 0;
+    const unsigned second = byte_at(at + 1);
+    const unsigned third = byte_at(at + 2);
+    if (!is_continuation(second) || !is_continuation(third)) return 0;
+    const unsigned unit = (lead & 0x0F) << 12 | (second & 0x3F) << 6 | (third & 0x3F);
+    return is_high_surrogate(unit) ? 0 : unit;
+  }
+
+  // Takes a sequence of any length, or two that are a surrogate pair, as two units at most.
+  wchar_t* take_other(wchar_t* out) {
+    std::uint32_t c;
+    std::size_t length = decode(rest(), &c);
+    if (length != 0 && is_high_surrogate(c)) {
+      std::uint32_t low;
+      const std::size_t low_length = decode(rest().substr(length), &low);
+      length = low_length != 0 && is_low_surrogate(low) ? length + low_length : 0;
+      if (length != 0) c = internal::join_surrogates(c, low);
+    }
+    if (length == 0) {
+      is_faulty_ = true;
+      return out;
+    }
+    at_ += length;
+    if (c < 0x10000) {
+      *out = static_cast<wchar_t>(c);
+      return out + 1;
+    }
+    out[0] = static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10 & 0x3FF));
+    out[1] = static_cast<wchar_t>(0xDC00 + (c & 0x3FF));
+    return out + 2;
+  }
+
+  // The length of the sequence that `text` begins with, 0 if there is none.
+  static std::size_t decode(std::string_view text, std::uint32_t* c) {
+    if (text.empty()) return 0;
+    const std::size_t length = sequence_length(static_cast<unsigned char>(text[0]));
+    int value;
+    if (text.size() < length || !utf8_to_unicode_char(text.data(), &value)) return 0;
+    *c = static_cast<std::uint32_t>(value);
+    return length;
+  }
+
+  const char* at_;
+  const char* const end_;
+  bool is_faulty_ = false;
+};
+
+// The sum of `weight`, at most 3 for each element. Small sums for short stretches let the compiler
+// use lanes.
+template <class Char, class Weight>
+std::size_t sum_of(std::basic_string_view<Char> text, Weight weight) {
+  constexpr std::size_t k_stretch = 64;
+  std::size_t sum = 0;
+  for (; text.size() >= k_stretch; text.remove_prefix(k_stretch)) {
+    std::conditional_t<sizeof(Char) == 1, std::uint8_t, std::uint32_t> part = 0;
+    for (std::size_t i = 0; i < k_stretch; ++i) {
+      part = static_cast<decltype(part)>(part + weight(text[i]));
+    }
+    sum += part;
+  }
+  for (const Char c : text) sum += weight(c);
+  return sum;
 }
 
-// The most units that a text can give: one for each byte that can open a sequence, two for the
-// leads of four. It is exact for a sound text, so a stored value holds no spare memory.
-std::size_t unit_bound(std::string_view text) {
-  std::size_t units = 0;
-  for (const char c : text) {
+// The units that a sound text gives: one for each byte that opens a sequence, and one more for the
+// leads of four. A stored value then holds no spare memory.
+std::size_t count_units(std::string_view text) {
+  return sum_of(text, [](char c) {
     const auto byte = static_cast<unsigned char>(c);
-    units +=
-        static_cast<std::size_t>((byte & 0xC0) != 0x80) + static_cast<std::size_t>(byte >= 0xF0);
-  }
-  return units;
+    return static_cast<unsigned char>(((byte & 0xC0) != 0x80) + (byte >= 0xF0));
+  });
 }
 
-// Writes the units of `text` to `out` up to the first fault and returns the end of what it wrote;
-// `*used` is what it took in whole.
-wchar_t* decode(std::string_view text, wchar_t* out, std::size_t* used) {
-  int pending = 0;
-  std::size_t i = 0;
-  while (i < text.size()) {
-    if (pending == 0) {
-      const std::size_t run = widen_blocks(text.substr(i), out);
-      out += run;
-      i += run;
-      if (i == text.size()) break;
-    }
-    const unsigned length = sequence_length(static_cast<unsigned char>(text[i]));
-    if (length == 0 || text.size() - i < length) break;
-    int c;
-    if (!utf8_to_unicode_char(text.data() + i, &c)) break;
-
-    if (pending != 0) {
-      if (!is_low_surrogate(c)) break;
-      *out++ = static_cast<wchar_t>(pending);
-      *out++ = static_cast<wchar_t>(c);
-      pending = 0;
-    } else if (is_high_surrogate(c)) {
-      pending = c;
-    } else if (c >= 0x10000) {
-      *out++ = static_cast<wchar_t>(((c - 0x10000) >> 10 & 0x3FF) + k_high_first);
-      *out++ = static_cast<wchar_t>((c & 0x3FF) + k_low_first);
-    } else {
-      *out++ = static_cast<wchar_t>(c);
-    }
-    i += length;
-  }
-  *used = pending == 0 ? i : i - 3;
-  return out;
+// The bytes that units give, but for pairs of surrogates, which give two less.
+std::size_t count_bytes(std::wstring_view text) {
+  return sum_of(text, [](wchar_t unit) {
+    const auto value = static_cast<std::uint32_t>(unit);
+    return 1u + static_cast<unsigned>(value >= 0x80) + static_cast<unsigned>(value >= 0x800);
+  });
 }
 
-// Writes one to four bytes and returns their end.
-char* encode(int c, char* out) {
-  const auto bits = static_cast<unsigned>(c);
-  const auto tail = [bits](int shift) { return static_cast<char>(0x80 | (bits >> shift & 0x3F)); };
-  if (c <= 0x7F) {
-    *out++ = static_cast<char>(bits);
-  } else if (c <= 0x7FF) {
-    *out++ = static_cast<char>(0xC0 | bits >> 6);
-    *out++ = tail(0);
-  } else if (c < 0x10000) {
-    *out++ = static_cast<char>(0xE0 | bits >> 12);
-    *out++ = tail(6);
-    *out++ = tail(0);
+// Wide units on their way to UTF-8; there is no fault.
+class Narrower {
+ public:
+  explicit Narrower(std::wstring_view text) : at_(text.data()), end_(at_ + text.size()) {}
+
+  bool is_done() const { return at_ == end_; }
+  std::wstring_view rest() const { return {at_, static_cast<std::size_t>(end_ - at_)}; }
+
+  // Writes up to less than k_narrow_room before `room_end` and returns the end of what it wrote.
+  char* fill(char* out, const char* room_end) {
+    const wchar_t* at = at_;
+    const char* const limit = room_end - internal::k_narrow_room;
+    while (at != end_ && out <= limit) {
+      if (static_cast<std::size_t>(end_ - at) >= k_unit_block) {
+        const std::size_t taken = internal::narrow_block<internal::WideUnits, internal::NoneOwn>(
+            reinterpret_cast<const char*>(at), &out);
+        at += taken;
+        if (taken != 0) continue;
+      } else {
+        const wchar_t* const tail = at;
+        while (at != end_ && static_cast<std::uint32_t>(*at) < 0x80) {
+          *out++ = static_cast<char>(*at++);
+        }
+        if (at != tail) continue;
+      }
+      // One character of several bytes is mostly followed by others.
+      do {
+        auto c = static_cast<std::uint32_t>(*at++);
+        if (is_high_surrogate(c) && at != end_) {
+          const auto low = static_cast<std::uint32_t>(*at++);
+          if (is_low_surrogate(low)) c = internal::join_surrogates(c, low);
+        }
+        out = internal::put_code_point(c, out);
+      } while (at != end_ && out <= limit && static_cast<std::uint32_t>(*at) >= 0x80);
+    }
+    at_ = at;
+    return out;
+  }
+
+ private:
+  const wchar_t* at_;
+  const wchar_t* const end_;
+};
+
+bool is_ascii(std::string_view text) {
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (; end - at >= 8; at += 8) {
+    if ((internal::load_word(at) & internal::k_highs) != 0) return false;
+  }
+  while (at != end && byte_at(at) < 0x80) ++at;
+  return at == end;
+}
+
+// Appends a piece. The string's own way to grow is longer than that to begin anew.
+template <class Text, class Char>
+void store_piece(Text* out, const Char* begin, const Char* end) {
+  const auto size = static_cast<std::size_t>(end - begin);
+  if (out->empty() && size > out->capacity()) {
+    *out = Text(begin, size);
   } else {
-    *out++ = static_cast<char>(0xF0 | (bits >> 18 & 0x07));
-    *out++ = tail(12);
-    *out++ = tail(6);
-    *out++ = tail(0);
+    out->append(begin, size);
   }
-  return out;
-}
-
-bool is_ascii(const std::wstring& text) {
-  unsigned seen = 0;
-  for (const wchar_t unit : text) seen |= static_cast<unsigned>(unit);
-  return seen < 0x80;
 }
 
 }  // namespace
@@ -135,43 +227,40 @@ bool is_ascii(const std::wstring& text) {
 namespace internal {
 
 std::size_t append_wide(std::wstring* out, std::string_view utf8) {
-  const std::size_t run = ascii_run(utf8);
-  if (run == utf8.size() && out->empty()) {
+  if (out->empty() && is_ascii(utf8)) {
     *out = std::wstring(utf8.begin(), utf8.end());  // with neither slack nor a first filling
-    return run;
+    return utf8.size();
   }
-  const std::string_view rest = utf8.substr(run);
-  const std::size_t start = out->size();
-  out->resize(start + run + unit_bound(rest));
-
-  wchar_t* const target = &(*out)[0] + start;
-  for (std::size_t i = 0; i < run; ++i) {
-    target[i] = static_cast<wchar_t>(static_cast<unsigned char>(utf8[i]));
+  Widener widener(utf8);
+  wchar_t piece[k_piece];
+  const wchar_t* end = widener.fill(piece, piece + k_piece);
+  if (widener.is_done()) {
+    store_piece(out, piece, end);
+  } else {
+    const std::size_t start = out->size();
+    const auto first = static_cast<std::size_t>(end - piece);
+    out->resize(start + first + count_units(widener.rest()));
+    wchar_t* at = std::copy(piece, piece + first, out->data() + start);
+    at = widener.fill(at, out->data() + out->size());
+    end = widener.fill(piece, piece + k_piece);
+    at = std::copy(static_cast<const wchar_t*>(piece), end, at);
+    out->resize(static_cast<std::size_t>(at - out->data()));
   }
-  if (rest.empty()) return run;
-  std::size_t used;
-  const wchar_t* const end = decode(rest, target + run, &used);
-  out->resize(static_cast<std::size_t>(end - out->data()));
-  return run + used;
+  return utf8.size() - widener.rest().size();
 }
 
 void append_narrow(std::string* out, const std::wstring& in) {
-  if (is_ascii(in)) {
-    const std::size_t start = out->size();
-    out->resize(start + in.size());
-    char* const target = &(*out)[0] + start;
-    for (std::size_t i = 0; i < in.size(); ++i) target[i] = static_cast<char>(in[i]);
-    return;
+  Narrower narrower(in);
+  char piece[k_piece];
+  const char* end = narrower.fill(piece, piece + k_piece);
+  if (!narrower.is_done()) {
+    out->reserve(out->size() + static_cast<std::size_t>(end - piece) +
+                 count_bytes(narrower.rest()));
   }
-
-  for (std::size_t i = 0; i < in.size(); ++i) {
-    int c = static_cast<int>(in[i]);
-    if (is_high_surrogate(c) && ++i < in.size()) {
-      const int low = static_cast<int>(in[i]);
-      if (is_low_surrogate(low)) c = (c & 0x3FF) * 1024 + (low & 0x3FF) + 0x10000;
-    }
-    char buffer[4];
-    out->append(buffer, static_cast<std::size_t>(encode(c, buffer) - buffer));
+  store_piece(out, piece, end);
+  while (!narrower.is_done()) {
+    end = narrower.fill(piece, piece + k_piece);
+    out->append(piece, static_cast<std::size_t>(end - piece));
   }
 }
 
@@ -198,7 +287,7 @@ bool utf8_to_unicode_char(const char* s, int* c) {
 }
 
 char* unicode_char_to_utf8(int c, char* buf) {
-  *encode(c, buf) = '\0';
+  *internal::put_code_point(static_cast<std::uint32_t>(c), buf) = '\0';
   return buf;
 }
 

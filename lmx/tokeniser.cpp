@@ -345,7 +345,10 @@ bool c_xml::take_text_in_window(std::string* out) {
 bool c_xml::read_cdata(std::string* out) {
   if (!getter_.read_specified_string_from_input("CDATA[")) return false;
   std::size_t brackets = 0;
-  for (int c = get(); c >= 0; c = get()) {
+  while (true) {
+    if (brackets == 0) getter_.take_up_to(']', out);
+    const int c = get();
+    if (c < 0) return false;
     if (c == ']') {
       ++brackets;
       continue;
@@ -358,7 +361,6 @@ bool c_xml::read_cdata(std::string* out) {
     brackets = 0;
     out->push_back(static_cast<char>(c));
   }
-  return false;
 }
 
 bool c_xml::get_element_value(std::string* value, elmx_whitespace mode, bool expand_entities) {

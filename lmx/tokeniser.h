@@ -82,6 +82,9 @@ class ZOL_API c_get_for_xml : public c_get_with_entities {
       add_run_wsp(out, begin, end);
     }
   }
+  // Takes what the window has up to a character of ASCII, as it stands. Appends it unless `out` is
+  // null.
+  void take_up_to(char stop, std::string* out);
 
  private:
   bool report(elmx_error_type type, elmx_error code, const std::string& text);
@@ -178,10 +181,10 @@ class ZOL_API c_xml {
   bool peek_whole(std::string_view* bytes) {
     return !content_begun_ && !dtd_read_ && getter_.peek_whole(bytes);
   }
-  void take_whole(std::size_t size, int extra_lines, elmx_whitespace mode) {
+  void take_whole(const internal::SourceBytes& bytes, elmx_whitespace mode) {
     content_begun_ = true;
     getter_.set_ws_mode(mode);
-    getter_.take_whole(size, extra_lines);
+    getter_.take_whole(bytes);
   }
 
  private:

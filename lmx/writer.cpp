@@ -8,6 +8,7 @@
 #include <typeinfo>
 
 #include "lmx/internal/number_text.h"
+#include "lmx/internal/plain_stream.h"
 #include "lmx/names.h"
 
 namespace lmx {
@@ -30,14 +31,20 @@ class PrecisionScope {
   std::streamsize saved_;
 };
 
-std::ostream& write_number(std::ostream& os, double value, int precision) {
-  if (!(std::isfinite(value)) || value == 0) {
-    char text[internal::k_number_room];
-    const char* end = internal::format_double(value, text);
-    return os << std::string_view(text, static_cast<std::size_t>(end - text));
+// Precision and formatter belong together.
+template <class Number>
+std::ostream& write_number(std::ostream& os, Number value, int precision,
+                           char* (*format)(Number value, char* out)) {
+  const bool is_word = !std::isfinite(value) || value == 0;
+  const bool is_plain = internal::is_plain_stream(os);
+  if (!is_word && !is_plain) {
+    PrecisionScope scope(os, precision);
+    return os << value;
   }
-  PrecisionScope scope(os, precision);
-  return os << value;
+  char text[internal::k_number_room];
+  const auto size = static_cast<std::size_t>(format(value, text) - text);
+  if (is_plain) return os.write(text, static_cast<std::streamsize>(size));
+  return os << std::string_view(text, size);  // in the stream's width
 }
 
 template <class Text>
@@ -235,11 +242,11 @@ std::ostream& operator<<(std::ostream& os, const c_as_xml<bool>& value) {
 }
 
 std::ostream& operator<<(std::ostream& os, const c_as_xml<float>& value) {
-  return write_number(os, value.get(), 7);
+  return write_number(os, value.get(), 7, internal::format_float);
 }
 
 std::ostream& operator<<(std::ostream& os, const c_as_xml<double>& value) {
-  return write_number(os, value.get(), 14);
+  return write_number(os, value.get(), 14, internal::format_double);
 }
 
 std::ostream& operator<<(std::ostream& os, const c_as_escaped<std::string>& text) {

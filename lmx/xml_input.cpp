@@ -1,7 +1,9 @@
-// The getter with the XML-aware character tools, always one character at a time.
+// The getter with the XML-aware character tools. Long passages are taken out of the window, all
+// else goes one character at a time.
 #include <string>
 
 #include "lmx/internal/char_table.h"
+#include "lmx/internal/runs.h"
 #include "lmx/tokeniser.h"
 
 namespace lmx {
@@ -113,9 +115,24 @@ bool c_get_for_xml::read_xml_decl() {
   return c == '?' && get() == '>';
 }
 
+void c_get_for_xml::take_up_to(char stop, std::string* out) {
+  internal::Window window;
+  if (!open_window(&window)) return;
+  // After a carriage return, a line feed in any spelling is none of its own.
+  if (is_after_cr() && (*window.at == '\n' || internal::byte_at(window.at) >= 0x80)) return;
+  int lines = 0;
+  const char* const end = internal::pass_up_to(window.at, window.end, stop, &lines);
+  if (end == window.at) return;
+  if (out != nullptr) out->append(window.at, static_cast<std::size_t>(end - window.at));
+  take_window(end, lines);
+}
+
 bool c_get_for_xml::skip_comment() {
   int dashes = 0;
-  for (int c = get(); c >= 0; c = get()) {
+  while (true) {
+    if (dashes == 0) take_up_to('-', nullptr);
+    const int c = get();
+    if (c < 0) return false;
     if (c == '-') {
       if (dashes < 3) ++dashes;
     } else if (c == '>' && dashes >= 2) {
@@ -127,16 +144,17 @@ bool c_get_for_xml::skip_comment() {
       dashes = 0;
     }
   }
-  return false;
 }
 
 bool c_get_for_xml::skip_PI() {
   bool after_question_mark = false;
-  for (int c = get(); c >= 0; c = get()) {
+  while (true) {
+    if (!after_question_mark) take_up_to('?', nullptr);
+    const int c = get();
+    if (c < 0) return false;
     if (c == '>' && after_question_mark) return true;
     after_question_mark = c == '?';
   }
-  return false;
 }
 
 bool c_get_for_xml::move_to_start_tag_end(bool* empty) {

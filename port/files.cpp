@@ -21,6 +21,8 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "port/internal/posix_calls.h"
 #endif
 
 namespace zol::port {
@@ -37,6 +39,15 @@ bool is_usable(const std::wstring& path) {
 }
 
 }  // namespace
+
+std::size_t read_file(std::FILE* file, void* buffer, std::size_t count) {
+  std::size_t done = 0;
+  while (true) {
+    done += std::fread(static_cast<char*>(buffer) + done, 1, count - done, file);
+    if (done == count || std::ferror(file) == 0 || errno != EINTR) return done;
+    std::clearerr(file);
+  }
+}
 
 #if defined(_WIN32)
 
@@ -64,9 +75,15 @@ std::FILE* open_file(const std::wstring& path, const char* mode) {
   return _wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
 }
 
+std::FILE* open_file(const char* path, const char* mode) { return std::fopen(path, mode); }
+
 bool regular_file_size(std::FILE* file, std::uint64_t* size) {
+  return regular_file_size(_fileno(file), size);
+}
+
+bool regular_file_size(FileHandle file, std::uint64_t* size) {
   struct _stat64 state;
-  if (_fstat64(_fileno(file), &state) != 0 || (state.st_mode & _S_IFREG) == 0) return false;
+  if (_fstat64(file, &state) != 0 || (state.st_mode & _S_IFREG) == 0) return false;
   *size = static_cast<std::uint64_t>(state.st_size);
   return true;
 }
@@ -184,28 +201,14 @@ std::wstring system_error_text(int error) {
 
 namespace {
 
-// Repeats a call that a signal broke off.
-template <class Call>
-auto uninterrupted(Call call) {
-  auto result = call();
-  while (result == -1 && errno == EINTR) result = call();
-  return result;
-}
+using internal::abandon;
+using internal::uninterrupted;
 
-// Closes for a failure, whose number stays.
-void abandon(int descriptor) {
-  const int error = errno;
-  ::close(descriptor);
-  errno = error;
-}
-
-// Never a directory: it would open for reading and fail only later.
-int open_descriptor(const std::wstring& path, int flags, unsigned mode) {
-  if (!is_usable(path)) return -1;
-  const std::string name = utf8_path(path);
+// Never a directory: the system refuses to write to one, but it opens for reading and fails later.
+int open_descriptor(const char* path, int flags, unsigned mode) {
   const int descriptor =
-      uninterrupted([&] { return ::open(name.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode); });
-  if (descriptor == -1) return -1;
+      uninterrupted([&] { return ::open(path, flags | O_CLOEXEC | O_NOCTTY, mode); });
+  if (descriptor == -1 || (flags & O_ACCMODE) != O_RDONLY) return descriptor;
   struct stat status = {};
   if (::fstat(descriptor, &status) == 0) {
     if (!S_ISDIR(status.st_mode)) return descriptor;
@@ -231,6 +234,10 @@ bool get_status(const std::wstring& path, struct stat& status) {
 }  // namespace
 
 std::FILE* open_file(const std::wstring& path, const char* mode) {
+  return is_usable(path) ? open_file(utf8_path(path).c_str(), mode) : nullptr;
+}
+
+std::FILE* open_file(const char* path, const char* mode) {
   const bool updates = std::strchr(mode, '+') != nullptr;
   int flags = updates ? O_RDWR : mode[0] == 'r' ? O_RDONLY : O_WRONLY;
   if (mode[0] == 'w') flags |= O_CREAT | O_TRUNC;
@@ -244,8 +251,12 @@ std::FILE* open_file(const std::wstring& path, const char* mode) {
 }
 
 bool regular_file_size(std::FILE* file, std::uint64_t* size) {
+  return regular_file_size(::fileno(file), size);
+}
+
+bool regular_file_size(FileHandle file, std::uint64_t* size) {
   struct stat state;
-  if (::fstat(::fileno(file), &state) != 0 || !S_ISREG(state.st_mode)) return false;
+  if (::fstat(file, &state) != 0 || !S_ISREG(state.st_mode)) return false;
   *size = static_cast<std::uint64_t>(state.st_size);
   return true;
 }
@@ -266,7 +277,8 @@ FileHandle open_handle(const std::wstring& path, const OpenOptions& options) {
   if (options.create) flags |= O_CREAT;
   if (options.fresh) flags |= O_EXCL;
   // Another holder's file must not lose its contents, so it is cut only after the lock.
-  const int descriptor = open_descriptor(path, flags, options.mode);
+  if (!is_usable(path)) return k_no_file;
+  const int descriptor = open_descriptor(utf8_path(path).c_str(), flags, options.mode);
   if (descriptor == -1) return k_no_file;
   if (options.share == Share::deny_none || lock(descriptor, options.access)) {
     // A device has no length to lose.

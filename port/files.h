@@ -20,6 +20,12 @@ ZOL_API std::string utf8_path(const std::wstring& path);
 // `std::fopen` on a wide path. A directory can't be opened (EISDIR), not even for reading. The
 // descriptor is not inherited by programs that the process starts.
 ZOL_API std::FILE* open_file(const std::wstring& path, const char* mode);
+// The same on a path in the encoding of the system's own calls.
+ZOL_API std::FILE* open_file(const char* path, const char* mode);
+
+// `std::fread`, which goes on where a signal broke it off. Fewer bytes than asked for stand for the
+// end of the file, or for a failure that `std::ferror` tells.
+ZOL_API std::size_t read_file(std::FILE* file, void* buffer, std::size_t count);
 
 // The size in bytes of a regular file; false for a pipe, a device and whatever else has none.
 ZOL_API bool regular_file_size(std::FILE* file, std::uint64_t* size);
@@ -51,6 +57,8 @@ struct OpenOptions {
   bool fresh = false;     // with `create`: fails with EEXIST if there is one
   unsigned mode = 0600;
 };
+
+ZOL_API bool regular_file_size(FileHandle file, std::uint64_t* size);
 
 ZOL_API FileHandle open_handle(const std::wstring& path, const OpenOptions& options);
 ZOL_API bool close_handle(FileHandle handle);

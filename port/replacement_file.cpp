@@ -1,17 +1,27 @@
 #include "port/replacement_file.h"
 
 #include <cerrno>
-#include <cstdint>
-#include <cstdlib>
-#include <random>
 #include <utility>
 
-#include "port/wide_text.h"
-
-#if !defined(_WIN32)
+#if defined(_WIN32)
+#include <random>
+#else
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+
+#include "port/internal/file_access.h"
+#include "port/internal/posix_calls.h"
+#if defined(__APPLE__)
+#include <sys/random.h>
+#endif
 #endif
 
 namespace zol::port {
@@ -20,124 +30,372 @@ namespace {
 
 constexpr int k_most_attempts = 100;
 
-// Sixteen letters from the system's own source of chance.
-std::wstring unforeseen_name() {
-  std::random_device chance;
-  std::wstring name = L".zol-";
-  for (int i = 0; i < 16; ++i) name += static_cast<wchar_t>(L'a' + chance() % 26);
-  return name + L".tmp";
-}
-
-// With its separator; empty for the current directory.
-std::wstring directory_of(const std::wstring& path) {
-#if defined(_WIN32)
-  const std::size_t separator = path.find_last_of(L"/\\:");
-#else
-  const std::size_t separator = path.rfind(L'/');
-#endif
-  return separator == std::wstring::npos ? std::wstring() : path.substr(0, separator + 1);
-}
-
 }  // namespace
 
 #if defined(_WIN32)
 
-// Nothing to look up: the calls themselves refuse what can't be replaced.
-bool ReplacementFile::prepare(const std::wstring& path) {
-  target_ = path;
+class ReplacementFile::Work {
+ public:
+  ~Work() {
+    const int error = errno;
+    if (handle != k_no_file) close_handle(handle);
+    if (!working_path_.empty()) remove_file(working_path_);
+    errno = error;
+  }
+
+  // Nothing to look up: the calls themselves refuse what can't be replaced.
+  bool start(const std::wstring& path) {
+    target_ = path;
+    OpenOptions options;
+    options.access = Access::read_write;
+    options.create = true;
+    options.fresh = true;
+    const std::size_t separator = path.find_last_of(L"/\\:");
+    const std::wstring directory =
+        separator == std::wstring::npos ? std::wstring() : path.substr(0, separator + 1);
+    for (int attempt = 0; attempt < k_most_attempts; ++attempt) {
+      working_path_ = directory + unforeseen_name();
+      handle = open_handle(working_path_, options);
+      if (handle != k_no_file) return true;
+      if (errno != EEXIST) break;
+    }
+    working_path_.clear();
+    return false;
+  }
+
+  Outcome commit() {
+    if (!sync_handle(handle)) return Outcome::kept;
+    if (!close_handle(std::exchange(handle, k_no_file))) return Outcome::kept;
+    if (!rename_file(working_path_, target_)) return Outcome::kept;
+    working_path_.clear();
+    return Outcome::replaced;
+  }
+
+  FileHandle handle = k_no_file;
+
+ private:
+  static std::wstring unforeseen_name() {
+    std::random_device chance;
+    std::wstring name = L".zol-";
+    for (int i = 0; i < 16; ++i) name += static_cast<wchar_t>(L'a' + chance() % 26);
+    return name + L".tmp";
+  }
+
+  std::wstring target_;
+  std::wstring working_path_;  // empty: there is none, or none any more
+};
+
+#else
+
+namespace {
+
+using internal::uninterrupted;
+
+constexpr std::size_t k_chance_length = 16;
+constexpr char k_name_begin[] = ".zol-";
+constexpr char k_name_end[] = ".tmp";
+// With the zero at its end.
+using WorkingName = std::array<char, sizeof k_name_begin + k_chance_length + sizeof k_name_end - 1>;
+
+// Letters from the system's own source of chance.
+bool make_unforeseen(WorkingName& name) {
+  unsigned char chance[k_chance_length];
+  if (::getentropy(chance, sizeof chance) != 0) return false;
+  char* end = std::copy_n(k_name_begin, sizeof k_name_begin - 1, name.data());
+  for (const unsigned char each : chance) *end++ = static_cast<char>('a' + each % 26);
+  std::copy_n(k_name_end, sizeof k_name_end, end);
   return true;
 }
 
-namespace {
-void take_permissions(FileHandle, const std::wstring&) {}
-void sync_directory(const std::wstring&) {}
+// The names of working files, where a signal handler finds them. A handler that comes upon a place
+// while it changes hands removes nothing, since no other file has such a name.
+struct NoticedName {
+  static constexpr int k_free = -1;
+  static constexpr int k_claimed = -2;
+
+  std::atomic<int> directory{k_free};
+  WorkingName name;
+};
+NoticedName g_noticed[16];
+
+NoticedName* notice(int directory, const WorkingName& name) {
+  for (NoticedName& each : g_noticed) {
+    int expected = NoticedName::k_free;
+    if (!each.directory.compare_exchange_strong(expected, NoticedName::k_claimed)) continue;
+    each.name = name;
+    each.directory = directory;
+    return &each;
+  }
+  return nullptr;
+}
+
+// Room first, so that a full disk shows while the older contents are whole.
+bool reserve(int to, int from) {
+#if defined(__linux__)
+  const std::int64_t size = seek_handle(from, 0, Origin::end);
+  const std::int64_t older_size = seek_handle(to, 0, Origin::end);
+  if (size == -1 || older_size == -1 || seek_handle(to, 0, Origin::begin) == -1) return false;
+  const auto allocate = [&] { return ::fallocate(to, FALLOC_FL_KEEP_SIZE, 0, size); };
+  if (size == 0 || uninterrupted(allocate) == 0 || errno == EOPNOTSUPP) return true;
+  const int error = errno;
+  resize_handle(to, older_size);
+  errno = error;
+  return false;
+#else
+  static_cast<void>(from);
+  static_cast<void>(to);
+  return true;
+#endif
+}
+
+bool copy_bytes(int from, int to) {
+  char block[1 << 14];
+  std::int64_t size = 0;
+  if (seek_handle(from, 0, Origin::begin) == -1) return false;
+  while (true) {
+    const std::size_t count = read_handle(from, block, sizeof block);
+    if (count < sizeof block && errno != 0) return false;
+    if (!write_handle(to, block, count)) return false;
+    size += static_cast<std::int64_t>(count);
+    if (count < sizeof block) return resize_handle(to, size);
+  }
+}
+
+// What stands before the last component of a path, with the separator.
+std::string directory_of(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+
+// Follows the links at the end of a path, also to a file that is not there.
+bool follow_links(std::string& path) {
+  constexpr int k_most_links = 40;
+  char text[PATH_MAX];
+  for (int i = 0; i < k_most_links; ++i) {
+    const ssize_t size = ::readlink(path.c_str(), text, sizeof text);
+    if (size == -1) return errno == EINVAL || errno == ENOENT;
+    const std::string link(text, static_cast<std::size_t>(size));
+    path = link.compare(0, 1, "/") == 0 ? link : directory_of(path) + link;
+  }
+  errno = ELOOP;
+  return false;
+}
+
 }  // namespace
 
-#else
+class ReplacementFile::Work {
+ public:
+  ~Work();
 
-bool ReplacementFile::prepare(const std::wstring& path) {
-  target_ = path;
+  bool start(const std::wstring& path);
+  Outcome commit();
+
+  FileHandle handle = k_no_file;
+
+ private:
+  bool find_target(const std::wstring& path);
+  bool open_directory();
+  bool find_older();
+  bool make_file();
+  bool open_unnamed(mode_t mode);
+  bool open_named(mode_t mode);
+  bool link_as(const char* name) const;
+  bool give_name();
+  void forget_name();
+  Outcome settle();
+  Outcome overwrite();
+
+  std::string target_;          // links followed
+  const char* name_ = nullptr;  // its last component
+  FileHandle directory_ = k_no_file;
+  bool has_older_ = false;
+  internal::FileAccess older_;
+  bool has_name_ = false;
+  WorkingName working_name_ = {};
+  NoticedName* noticed_ = nullptr;
+};
+
+ReplacementFile::Work::~Work() {
+  const int error = errno;
+  if (has_name_) ::unlinkat(directory_, working_name_.data(), 0);
+  forget_name();
+  if (handle != k_no_file) ::close(handle);
+  if (directory_ != k_no_file) ::close(directory_);
+  errno = error;
+}
+
+bool ReplacementFile::Work::start(const std::wstring& path) {
+  return find_target(path) && open_directory() && find_older() && make_file();
+}
+
+bool ReplacementFile::Work::find_target(const std::wstring& path) {
   if (path.find(L'\0') != std::wstring::npos) {
     errno = EINVAL;
     return false;
   }
-  const std::string name = utf8_path(path);
+  target_ = utf8_path(path);
+  // The system itself goes first: it does not follow every link that can be read.
   struct stat status = {};
-  if (::stat(name.c_str(), &status) != 0) return errno == ENOENT;
+  if (::stat(target_.c_str(), &status) != 0 && errno != ENOENT) return false;
+  if (!follow_links(target_)) return false;
+  name_ = target_.c_str() + directory_of(target_).size();
+  return true;
+}
+
+// Everything happens in the directory that is open, whatever is renamed meanwhile.
+bool ReplacementFile::Work::open_directory() {
+  const std::string path = directory_of(target_);
+  const char* const name = path.empty() ? "." : path.c_str();
+  constexpr int k_flags = O_DIRECTORY | O_CLOEXEC;
+  directory_ = uninterrupted([&] { return ::open(name, O_RDONLY | k_flags); });
+#if defined(O_PATH)
+  // One that may be written but not read will do; only its entries can't be synced.
+  if (directory_ == k_no_file && errno == EACCES) directory_ = ::open(name, O_PATH | k_flags);
+#endif
+  return directory_ != k_no_file;
+}
+
+bool ReplacementFile::Work::find_older() {
+  struct stat status = {};
+  if (::fstatat(directory_, name_, &status, AT_SYMLINK_NOFOLLOW) != 0) return errno == ENOENT;
   if (!S_ISREG(status.st_mode)) {
     errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
     return false;
   }
+  has_older_ = true;
   // Whoever may write to the directory could replace the file; one that is protected stays.
-  if (::faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) != 0) return false;
-  if (char* const real = ::realpath(name.c_str(), nullptr)) {
-    const std::string real_name = real;
-    std::free(real);
-    target_ = from_utf8(real_name.data(), real_name.size());
-    // A name that is not UTF-8 has no wide form; then a link itself is replaced.
-    if (utf8_path(target_) != real_name) target_ = path;
-  }
-  return true;
+  return ::faccessat(directory_, name_, W_OK, AT_EACCESS) == 0 && older_.read(target_, status);
 }
+
+bool ReplacementFile::Work::make_file() {
+  // A new file has the rights of any new file from the beginning. One that replaces another is
+  // closed to everyone until it has the rights of that one.
+  const mode_t mode = has_older_ ? 0600 : 0666;
+  if (!open_unnamed(mode) && !open_named(mode)) return false;
+  return !has_older_ || older_.give_to(handle);
+}
+
+#if defined(O_TMPFILE)
 
 namespace {
 
-// As far as the process may; the owner is kept where that is allowed.
-void take_permissions(FileHandle handle, const std::wstring& from) {
-  struct stat status = {};
-  if (::stat(utf8_path(from).c_str(), &status) != 0) return;
-  const bool owned = ::fchown(handle, status.st_uid, status.st_gid) == 0;
-  static_cast<void>(::fchmod(handle, status.st_mode & (owned ? 07777u : 0777u)));
-}
-
-// So that the new name survives a loss of power, where the file system can promise that.
-void sync_directory(const std::wstring& directory) {
-  const std::string name = directory.empty() ? "." : utf8_path(directory);
-  const int descriptor = ::open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor == -1) return;
-  static_cast<void>(::fsync(descriptor));
-  ::close(descriptor);
-}
+// Where the system shows an open file, so that it can be linked.
+struct ShownFile {
+  explicit ShownFile(int handle) { std::snprintf(path, sizeof path, "/proc/self/fd/%d", handle); }
+  char path[32];
+};
 
 }  // namespace
 
-#endif
-
-ReplacementFile::ReplacementFile(const std::wstring& path) {
-  if (!prepare(path)) return;
-  OpenOptions options;
-  options.access = Access::read_write;
-  options.create = true;
-  options.fresh = true;
-  options.mode = 0666;
-  const std::wstring directory = directory_of(target_);
-  for (int attempt = 0; attempt < k_most_attempts; ++attempt) {
-    working_path_ = directory + unforeseen_name();
-    handle_ = open_handle(working_path_, options);
-    if (is_open()) {
-      take_permissions(handle_, target_);
-      return;
-    }
-    if (errno != EEXIST) break;
+// Dies with the process, whatever ends that.
+bool ReplacementFile::Work::open_unnamed(mode_t mode) {
+  const int file = uninterrupted(
+      [&] { return ::openat(directory_, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode); });
+  if (file == k_no_file) return false;
+  if (::access(ShownFile(file).path, F_OK) != 0) {
+    ::close(file);
+    return false;
   }
-  working_path_.clear();
+  handle = file;
+  return true;
 }
 
-ReplacementFile::~ReplacementFile() {
+bool ReplacementFile::Work::link_as(const char* name) const {
+  return ::linkat(AT_FDCWD, ShownFile(handle).path, directory_, name, AT_SYMLINK_FOLLOW) == 0;
+}
+
+#else
+
+bool ReplacementFile::Work::open_unnamed(mode_t) { return false; }
+bool ReplacementFile::Work::link_as(const char*) const { return false; }
+
+#endif
+
+bool ReplacementFile::Work::open_named(mode_t mode) {
+  for (int attempt = 0; attempt < k_most_attempts; ++attempt) {
+    if (!make_unforeseen(working_name_)) return false;
+    noticed_ = notice(directory_, working_name_);
+    handle = uninterrupted([&] {
+      return ::openat(directory_, working_name_.data(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC,
+                      mode);
+    });
+    has_name_ = handle != k_no_file;
+    if (has_name_) return true;
+    forget_name();
+    if (errno != EEXIST) break;
+  }
+  return false;
+}
+
+// What is renamed must have a name.
+bool ReplacementFile::Work::give_name() {
+  for (int attempt = 0; attempt < k_most_attempts && !has_name_; ++attempt) {
+    if (!make_unforeseen(working_name_)) return false;
+    noticed_ = notice(directory_, working_name_);
+    has_name_ = link_as(working_name_.data());
+    if (has_name_) break;
+    forget_name();
+    if (errno != EEXIST) return false;
+  }
+  return has_name_;
+}
+
+void ReplacementFile::Work::forget_name() {
+  has_name_ = false;
+  if (noticed_ != nullptr) std::exchange(noticed_, nullptr)->directory = NoticedName::k_free;
+}
+
+ReplacementFile::Outcome ReplacementFile::Work::commit() {
+  if (!sync_handle(handle)) return Outcome::kept;
+  // Where nothing stands a file without a name gets its own at once, unless somebody was faster.
+  if (!has_older_ && !has_name_ && link_as(name_)) return settle();
+  if (!give_name()) return Outcome::kept;
+  if (::renameat(directory_, working_name_.data(), directory_, name_) == 0) {
+    forget_name();
+    return settle();
+  }
+  return errno == EBUSY ? overwrite() : Outcome::kept;
+}
+
+// So that the new name survives a loss of power, where the file system can promise that.
+ReplacementFile::Outcome ReplacementFile::Work::settle() {
+  return sync_handle(directory_) ? Outcome::replaced : Outcome::not_durable;
+}
+
+ReplacementFile::Outcome ReplacementFile::Work::overwrite() {
+  const int file =
+      uninterrupted([&] { return ::openat(directory_, name_, O_WRONLY | O_NOFOLLOW | O_CLOEXEC); });
+  if (file == k_no_file) return Outcome::kept;
+  const bool is_ready = reserve(file, handle);
+  const bool is_done = is_ready && copy_bytes(handle, file) && sync_handle(file);
+  internal::abandon(file);
+  return is_done ? Outcome::overwritten : is_ready ? Outcome::broken : Outcome::kept;
+}
+
+void remove_working_files() noexcept {
   const int error = errno;
-  if (is_open()) close_handle(handle_);
-  if (!working_path_.empty()) remove_file(working_path_);
+  for (const NoticedName& each : g_noticed) {
+    const int directory = each.directory;
+    if (directory >= 0) ::unlinkat(directory, each.name.data(), 0);
+  }
   errno = error;
 }
 
-bool ReplacementFile::commit() {
-  if (!is_open()) return false;
-  if (!sync_handle(handle_)) return false;
-  if (!close_handle(std::exchange(handle_, k_no_file))) return false;
-  if (!rename_file(working_path_, target_)) return false;
-  working_path_.clear();
-  sync_directory(directory_of(target_));
-  return true;
+#endif
+
+ReplacementFile::ReplacementFile(const std::wstring& path) : work_(std::make_unique<Work>()) {
+  if (!work_->start(path)) work_.reset();
+}
+
+ReplacementFile::~ReplacementFile() = default;
+
+FileHandle ReplacementFile::handle() const { return work_ == nullptr ? k_no_file : work_->handle; }
+
+ReplacementFile::Outcome ReplacementFile::commit() {
+  if (work_ == nullptr) {
+    errno = EBADF;
+    return Outcome::kept;
+  }
+  const Outcome outcome = work_->commit();
+  work_.reset();
+  return outcome;
 }
 
 }  // namespace zol::port

@@ -1,15 +1,14 @@
-// zol convert: between the plain and the zipped form.
+// zol convert: between the plain and the zipped form, and into the form of this library.
 #include <cstdint>
 #include <memory>
-#include <ostream>
 #include <string>
+#include <vector>
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
 #include "facade/files.h"
-#include "lmx/writer.h"
 #include "model/Zol.h"
 #include "port/files.h"
 #include "tools/commands.h"
@@ -27,6 +26,7 @@ struct Options {
   std::string input;
   std::string output;
   bool force = false;
+  bool rewrite = false;
 };
 
 // A fault of the argument OUT, or an empty text.
@@ -42,41 +42,62 @@ bool exists(const std::string& path) {
   return zol::port::get_attributes(wide_path(path), attributes);
 }
 
-lmx::elmx_error save(const zol_v2::Zol& document, const std::string& path) {
-  const Progress progress("Writing " + path);
-  return zol_v2::saveFile(document, wide_path(path));
+// Prints what a report says beyond success, too: how safe the new file is.
+ExitStatus judge(const std::string& path, const zol_v2::SaveReport& report) {
+  if (!report.message.empty()) complain(path, report.message);
+  return report.code == lmx::elmx_ok ? ExitStatus::ok : ExitStatus::trouble;
 }
 
-lmx::elmx_error write_standard_output(const zol_v2::Zol& document) {
+// The text as it stands, of a document that could be written as well.
+ExitStatus copy(const Options& options) {
+  DocumentText text;
+  {
+    zol_v2::Zol document;
+    const ExitStatus status = load_document(options.input, document, &text);
+    if (status != ExitStatus::ok) return status;
+    const std::vector<Fault> faults = find_unwritable(document, text);
+    print_faults(options.input, faults);
+    if (!faults.empty()) return ExitStatus::fault;
+  }
+  if (options.output == k_standard_stream) {
+    print(text.view());
+    return ExitStatus::ok;
+  }
+  const Progress progress("Writing " + options.output);
+  zol_v2::SaveReport report;
+  (void)zol_v2::saveText(text.view(), wide_path(options.output), &report);
+  return judge(options.output, report);
+}
+
+lmx::elmx_error print_anew(const zol_v2::Zol& document) {
   const zol_v2::XMLDocumentResult result = document.writeString();
   if (result.getElmxError() == lmx::elmx_ok) print(utf8(result.getXmlDocument()));
   return result.getElmxError();
 }
 
-// What can't be written, with its lines if the input can be read once more.
-void explain(zol_v2::Zol& document, const std::string& input) {
-  DocumentText text;
-  std::string reason;
-  if (input != k_standard_stream) (void)text.read(input, &reason);
-  print_faults(input, find_unwritable(document, text));
+zol_v2::SaveReport save_anew(const zol_v2::Zol& document, const std::string& path) {
+  const Progress progress("Writing " + path);
+  zol_v2::SaveReport report;
+  if (path == k_standard_stream) {
+    report.code = print_anew(document);
+  } else {
+    (void)zol_v2::saveFile(document, wide_path(path), &report);
+  }
+  return report;
 }
 
-ExitStatus write(zol_v2::Zol& document, const Options& options) {
-  const lmx::elmx_error code = options.output == k_standard_stream ? write_standard_output(document)
-                                                                   : save(document, options.output);
-  switch (code) {
-    case lmx::elmx_ok:
-      return ExitStatus::ok;
-    case lmx::elmx_no_file:
-      complain(options.output, "can't be written");
-      return ExitStatus::trouble;
-    case k_archive_error:
-      complain(options.output, "the archive can't be written");
-      return ExitStatus::trouble;
-    default:
-      explain(document, options.input);
-      return ExitStatus::fault;
-  }
+// The document as this library writes it.
+ExitStatus rewrite(const Options& options) {
+  zol_v2::Zol document;
+  DocumentText text;
+  const ExitStatus status = load_document(options.input, document, &text);
+  if (status != ExitStatus::ok) return status;
+  const zol_v2::SaveReport report = save_anew(document, options.output);
+  const bool is_about_files = report.code == lmx::elmx_ok || report.code == lmx::elmx_no_file ||
+                              report.code == lmx::elmx_user_defined_1;
+  if (is_about_files) return judge(options.output, report);
+  print_faults(options.input, find_unwritable(document, text));
+  return ExitStatus::fault;
 }
 
 ExitStatus run(const Options& options) {
@@ -84,9 +105,7 @@ ExitStatus run(const Options& options) {
     complain(options.output, "exists; --force replaces it");
     return ExitStatus::trouble;
   }
-  zol_v2::Zol document;
-  const ExitStatus status = load_document(options.input, document);
-  return status == ExitStatus::ok ? write(document, options) : status;
+  return options.rewrite ? rewrite(options) : copy(options);
 }
 
 }  // namespace
@@ -102,6 +121,8 @@ void add_convert(CLI::App& app, ExitStatus* status) {
       ->required()
       ->check(CLI::Validator(check_output, "FILE"));
   command->add_flag("-f,--force", options->force, "Replace OUT if it exists");
+  command->add_flag("-w,--rewrite", options->rewrite,
+                    "Write the document anew instead of copying its text");
   command->footer("OUT is replaced when the new file is complete, and not before.");
   command->callback([options, status] { *status = run(*options); });
 }

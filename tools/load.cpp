@@ -1,7 +1,6 @@
 #include "tools/load.h"
 
 #include "facade/files.h"
-#include "lmx/reader.h"
 #include "model/Zol.h"
 #include "tools/document_text.h"
 #include "tools/faults.h"
@@ -11,41 +10,40 @@
 
 namespace {
 
-zol_v2::LoadReport load_standard_input(zol_v2::Zol& document) {
+ExitStatus judge(const std::string& path, const zol_v2::LoadReport& report) {
+  if (report.code == lmx::elmx_ok) return ExitStatus::ok;
+  if (is_trouble(report)) {
+    complain(path, report.message);
+    return ExitStatus::trouble;
+  }
+  const Fault fault = is_unusable(report) ? Fault{0, report.code, k_archive_message, report.message}
+                                          : make_fault(report.line, report.code, report.item);
+  print_faults(path, {fault});
+  return ExitStatus::fault;
+}
+
+zol_v2::LoadReport load_file(const std::string& path, zol_v2::Zol& document) {
+  const Progress progress("Reading " + path);
   zol_v2::LoadReport report;
-  DocumentText text;
-  report.code = text.read(k_standard_stream, &report.message);
-  if (report.code != lmx::elmx_ok) return report;
-  lmx::c_xml_reader_memory reader(text.data(), text.size());
-  report.code = document.unmarshal(reader);
-  report.line = reader.get_line_no();
-  report.item = reader.get_error_item_name();
+  (void)zol_v2::openFile(document, wide_path(path), &report);
   return report;
 }
 
-zol_v2::LoadReport load(const std::string& path, zol_v2::Zol& document) {
+zol_v2::LoadReport load_text(const std::string& path, zol_v2::Zol& document, DocumentText* text) {
   const Progress progress("Reading " + path);
-  if (path == k_standard_stream) return load_standard_input(document);
-  zol_v2::LoadReport report;
-  (void)zol_v2::openFile(document, wide_path(path), &report);
+  zol_v2::LoadReport report = text->read(path);
+  if (report.code == lmx::elmx_ok) (void)zol_v2::openText(document, text->view(), &report);
   return report;
 }
 
 }  // namespace
 
 ExitStatus load_document(const std::string& path, zol_v2::Zol& document) {
-  const zol_v2::LoadReport report = load(path, document);
-  switch (report.code) {
-    case lmx::elmx_ok:
-      return ExitStatus::ok;
-    case lmx::elmx_no_file:
-      complain(path, report.message);
-      return ExitStatus::trouble;
-    case k_archive_error:
-      print_faults(path, {{0, report.code, k_archive_message, report.message}});
-      return ExitStatus::fault;
-    default:
-      print_faults(path, {make_fault(report.line, report.code, report.item)});
-      return ExitStatus::fault;
-  }
+  if (path != k_standard_stream) return judge(path, load_file(path, document));
+  DocumentText text;
+  return load_document(path, document, &text);
+}
+
+ExitStatus load_document(const std::string& path, zol_v2::Zol& document, DocumentText* text) {
+  return judge(path, load_text(path, document, text));
 }

@@ -48,6 +48,7 @@ ExitStatus run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   use_binary_streams();
+  clean_up_on_signals();
   ExitStatus status = ExitStatus::trouble;
   try {
     status = run(argc, argv);

@@ -22,6 +22,7 @@ Progress::~Progress() {
 }
 
 void Progress::run() {
+  leave_signals_to_others();
   std::unique_lock<std::mutex> lock(mutex_);
   int seconds = 0;
   while (!over_.wait_until(lock, begin_ + std::chrono::seconds(seconds + 1),

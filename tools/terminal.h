@@ -6,3 +6,8 @@
 bool is_terminal(std::FILE* stream);
 // Keeps the bytes of standard input and output as they are.
 void use_binary_streams();
+
+// A signal that ends the process takes the working files of an unfinished save with it.
+void clean_up_on_signals();
+// For a thread beside the main one, which alone is to be interrupted.
+void leave_signals_to_others();

@@ -63,18 +63,15 @@ Verdict check(const std::string& file, std::size_t limit) {
   Verdict verdict;
   verdict.file = file;
   DocumentText text;
-  std::string reason;
-  switch (text.read(file, &reason)) {
-    case lmx::elmx_ok:
-      check_text(text, limit, &verdict);
-      break;
-    case k_archive_error:
-      verdict.status = ExitStatus::fault;
-      verdict.faults.push_back({0, k_archive_error, k_archive_message, std::move(reason)});
-      break;
-    default:
-      verdict.status = ExitStatus::trouble;
-      verdict.trouble = std::move(reason);
+  const zol_v2::LoadReport read = text.read(file);
+  if (is_trouble(read)) {
+    verdict.status = ExitStatus::trouble;
+    verdict.trouble = read.message;
+  } else if (is_unusable(read)) {
+    verdict.status = ExitStatus::fault;
+    verdict.faults.push_back({0, read.code, k_archive_message, read.message});
+  } else {
+    check_text(text, limit, &verdict);
   }
   return verdict;
 }

@@ -13,7 +13,7 @@ _zol() {
   case $command in
     validate) options='--first --max --json --quiet --help' ;;
     info) options='--json --help' ;;
-    convert) options='--force --help' ;;
+    convert) options='--force --rewrite --help' ;;
     list) options='--csv --help' ;;
     schema) options='--help' ;;
     *) options='validate info convert list schema --version --help' ;;

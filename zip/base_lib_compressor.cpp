@@ -1,6 +1,10 @@
 #include "zip/base_lib_compressor.h"
 
+#if ZOL_LIBDEFLATE  // the build sets it where the library is there
+#include <libdeflate.h>
+#else
 #include <zlib.h>
+#endif
 
 #include <algorithm>
 #include <limits>
@@ -56,7 +60,11 @@ namespace {
 constexpr std::uint64_t k_largest_size = std::numeric_limits<std::uint32_t>::max();
 
 std::uint32_t updated_crc(std::uint32_t crc, const char* bytes, std::uint32_t size) {
+#if ZOL_LIBDEFLATE
+  return ::libdeflate_crc32(crc, bytes, size);
+#else
   return static_cast<std::uint32_t>(::crc32(crc, reinterpret_cast<const Bytef*>(bytes), size));
+#endif
 }
 
 }  // namespace
@@ -148,8 +156,44 @@ void CBaseLibCompressor::FillWindow() {
   --compressed_left_;
 }
 
+// An entry of which nothing was read yet, by a codec that is quicker with all of it. False, with
+// the state as it was, if that does not work out for whatever reason: the way by steps meets the
+// reason again, and in the order in which it always did.
+bool CBaseLibCompressor::DecompressWhole(char* buffer) {
+  const std::uint32_t packed_size = compressed_left_;
+  const std::uint32_t size = uncompressed_left_;
+  const bool is_untouched = packed_size == header_->compressed_size &&
+                            size == header_->uncompressed_size && window_->in_left == 0;
+  if (!is_untouched || !codec_->reads_whole() || cryptograph_ != nullptr || size == 0 ||
+      packed_size > storage_.GetFileLength()) {
+    return false;
+  }
+  const std::unique_ptr<char[]> packed(new (std::nothrow) char[packed_size]);
+  if (packed == nullptr) return false;
+  const std::uint64_t position = storage_.GetPosition();
+  try {
+    storage_.Read(packed.get(), packed_size);
+  } catch (const CZipException&) {
+    storage_.Seek(position);
+    return false;
+  }
+  if (!codec_->read_whole({packed.get(), packed_size, buffer, size}, header_->crc)) {
+    storage_.Seek(position);
+    return false;
+  }
+  compressed_left_ = 0;
+  uncompressed_left_ = 0;
+  crc_ = header_->crc;
+  reached_end_ = true;
+  return true;
+}
+
 std::uint32_t CBaseLibCompressor::Decompress(void* buffer, std::uint32_t size) {
   if (reached_end_) return 0;
+  if (const std::uint32_t whole = uncompressed_left_;
+      size >= whole && DecompressWhole(static_cast<char*>(buffer))) {
+    return whole;
+  }
   Window& window = *window_;
   window.out = static_cast<char*>(buffer);
   window.out_left = std::min(size, uncompressed_left_);

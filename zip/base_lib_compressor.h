@@ -44,6 +44,7 @@ class ZOL_API CBaseLibCompressor : public CZipCompressor {
 
  private:
   void StepCompression(bool finishes);
+  bool DecompressWhole(char* buffer);
   void FillWindow();
   void Release() noexcept;
 

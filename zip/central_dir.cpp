@@ -1,6 +1,7 @@
 #include "zip/central_dir.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <tuple>
 #include <utility>
@@ -14,6 +15,7 @@ using ZipArchiveLib::internal::ByteWriter;
 namespace {
 
 constexpr char k_end_signature[] = "PK\x05\x06";
+constexpr char k_zip64_signature[] = "PK\x06\x06";
 constexpr char k_zip64_locator_signature[] = "PK\x06\x07";
 constexpr std::uint32_t k_end_signature_number = 0x06054B50;
 constexpr std::uint32_t k_central_signature = 0x02014B50;
@@ -46,9 +48,9 @@ void CZipCentralDir::Read(bool exhaustive) {
 
   storage_.SetLastVolume(info_.last_volume);
   if (!storage_.IsSegmented()) {
-    if (std::uint64_t{info_.offset} + info_.size > info_.end_offset)
-      Fail(CZipException::badZipFile);
-    storage_.SetBytesBeforeArchive(info_.end_offset - info_.size - info_.offset);
+    const std::uint32_t directory_end = info_.end_offset - GetZip64Size();
+    if (std::uint64_t{info_.offset} + info_.size > directory_end) Fail(CZipException::badZipFile);
+    storage_.SetBytesBeforeArchive(directory_end - info_.size - info_.offset);
   }
   if ((info_.size == 0) != (info_.entries == 0)) Fail(CZipException::badZipFile);
   info_.on_disk = true;
@@ -93,6 +95,21 @@ void CZipCentralDir::RefuseZip64() {
                       std::numeric_limits<std::uint64_t>::max(), found)) {
     Fail(CZipException::noZip64);
   }
+}
+
+// A writer that was ready for large sizes puts a record and a locator between the directory and the
+// end record, also if that one has room for every number after all.
+std::uint32_t CZipCentralDir::GetZip64Size() {
+  constexpr std::uint32_t k_record_size = 56;
+  constexpr std::uint32_t k_size = k_record_size + 20;
+  if (info_.end_offset < k_size || info_.end_offset > storage_.GetFileLength()) return 0;
+  char records[k_size];
+  storage_.Seek(info_.end_offset - k_size);
+  storage_.Read(records, k_size);
+  const auto has = [&records](std::uint32_t offset, const char(&signature)[5]) {
+    return std::memcmp(records + offset, signature, 4) == 0;
+  };
+  return has(0, k_zip64_signature) && has(k_record_size, k_zip64_locator_signature) ? k_size : 0;
 }
 
 void CZipCentralDir::ReadHeaders(bool exhaustive) {

@@ -64,6 +64,7 @@ class ZOL_API CZipCentralDir {
 
   void ReadEndRecord();
   void RefuseZip64();
+  std::uint32_t GetZip64Size();
   void ReadHeaders(bool exhaustive);
   void SortHeaders();
   [[noreturn]] void Fail(std::int32_t cause) const;

@@ -23,6 +23,7 @@ constexpr std::uint32_t k_central_size = 46;
 constexpr std::uint32_t k_local_crc_offset = 14;
 
 constexpr std::uint16_t k_version = 46;
+constexpr std::uint16_t k_zip64_record = 0x0001;
 constexpr std::uint16_t k_aes_record = 0x9901;
 constexpr std::uint16_t k_text_record = 0x5A4C;
 constexpr std::uint16_t k_aes_vendor = 0x4541;
@@ -264,6 +265,24 @@ bool CZipFileHeader::ApplyAesRecord(CZipExtraField& extra) {
   return true;
 }
 
+// A writer that does not know the sizes beforehand leaves room for large ones in the local header,
+// and puts small ones into the directory after all.
+bool CZipFileHeader::ApplyZip64Record() {
+  constexpr std::uint32_t k_full = 0xFFFFFFFF;
+  const auto record =
+      std::find_if(local_extra.begin(), local_extra.end(),
+                   [](const CZipExtraRecord& each) { return each.id == k_zip64_record; });
+  has_wide_descriptor_ = record != local_extra.end();
+  if (!has_wide_descriptor_) return true;
+  ByteReader reader(record->data);
+  for (std::uint32_t* const size : {&local_uncompressed_size, &local_compressed_size}) {
+    if (*size != k_full) continue;
+    *size = reader.u32();
+    if (reader.u32() != 0) return false;
+  }
+  return reader.ok();
+}
+
 bool CZipFileHeader::CheckLocal(CZipStorage& storage, std::uint32_t ignoredChecks) {
   const auto checks = [ignoredChecks](std::uint32_t check) { return (ignoredChecks & check) == 0; };
   char record[k_local_size];
@@ -283,7 +302,7 @@ bool CZipFileHeader::CheckLocal(CZipStorage& storage, std::uint32_t ignoredCheck
   local_name_size = reader.u16();
   const std::uint16_t extra_size = reader.u16();
   storage.Seek(local_name_size, CZipAbstractFile::current);
-  if (!read_extra(storage, extra_size, local_extra)) return false;
+  if (!read_extra(storage, extra_size, local_extra) || !ApplyZip64Record()) return false;
 
   if (local.method == k_zip_aes && IsEncrypted()) {
     const bool has_record =
@@ -306,14 +325,17 @@ bool CZipFileHeader::CheckLocal(CZipStorage& storage, std::uint32_t ignoredCheck
 }
 
 bool CZipFileHeader::CheckDataDescriptor(CZipStorage& storage) const {
-  char record[12];
+  char record[20];
   storage.Read(record, 4);
   const bool has_signature = ByteReader(record, 4).u32() == k_descriptor_signature;
   if (has_signature) storage.Read(record, 4);
-  storage.Read(record + 4, 8);
-  ByteReader reader(record, sizeof record);
-  return reader.u32() == crc && reader.u32() == compressed_size &&
-         reader.u32() == uncompressed_size;
+  const std::uint32_t sizes = has_wide_descriptor_ ? 16 : 8;
+  storage.Read(record + 4, sizes);
+  ByteReader reader(record, 4 + sizes);
+  const auto is_size = [&](std::uint32_t size) {
+    return reader.u32() == size && (!has_wide_descriptor_ || reader.u32() == 0);
+  };
+  return reader.u32() == crc && is_size(compressed_size) && is_size(uncompressed_size);
 }
 
 void CZipFileHeader::PrepareNew(int level, const std::wstring& archivePath) {

@@ -120,6 +120,7 @@ class ZOL_API CZipFileHeader {
 
  private:
   bool ApplyTextRecord();
+  bool ApplyZip64Record();
   bool ApplyAesRecord(CZipExtraField& extra);
   CZipExtraField ExtraToWrite() const;
   std::string NameToWrite() const;
@@ -127,4 +128,5 @@ class ZOL_API CZipFileHeader {
   EntryTextSettings text_settings_;
   std::string raw_name_;
   std::string raw_comment_;
+  bool has_wide_descriptor_ = false;  // its sizes are of 8 bytes
 };

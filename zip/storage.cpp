@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 #include "zip/exception.h"
@@ -29,6 +30,21 @@ std::uint32_t open_flags(CZipOpenMode mode) {
       break;
   }
   return 0;
+}
+
+// Forwards, since a search for one byte is fastest in that direction.
+std::size_t last_place(const char* bytes, std::size_t size, std::string_view signature) {
+  std::size_t place = std::string_view::npos;
+  const char* const end = bytes + size;
+  for (const char* at = bytes; signature.size() <= static_cast<std::size_t>(end - at); ++at) {
+    const std::size_t starts = static_cast<std::size_t>(end - at) - signature.size() + 1;
+    at = static_cast<const char*>(std::memchr(at, signature[0], starts));
+    if (at == nullptr) break;
+    if (std::string_view(at, signature.size()) == signature) {
+      place = static_cast<std::size_t>(at - bytes);
+    }
+  }
+  return place;
 }
 
 }  // namespace
@@ -126,25 +142,26 @@ void CZipStorage::Truncate(std::uint64_t offset) {
 
 bool CZipStorage::Locate(const char (&signature)[5], std::uint64_t end, std::uint64_t depth,
                          std::uint64_t& offset) {
-  constexpr int k_last = 3;
+  constexpr std::uint32_t k_size = 4;
   const std::uint64_t limit = std::min(depth, end);
-  CZipAutoBuffer block(k_locate_buffer_size);
-  int wanted = k_last;  // survives from block to block
+  // A block, and behind it the first bytes of the one that follows it in the file.
+  CZipAutoBuffer block(k_locate_buffer_size + k_size - 1);
+  char next[k_size - 1];
+  std::uint32_t next_size = 0;
   for (std::uint64_t position = 0; position < limit;) {
     const auto size =
         static_cast<std::uint32_t>(std::min<std::uint64_t>(k_locate_buffer_size, limit - position));
     position += size;
     file_->Seek(static_cast<std::int64_t>(end - position), CZipAbstractFile::begin);
     Read(block.GetBuffer(), size);
-    for (std::uint32_t i = size; i-- != 0;) {
-      // The four bytes differ, so after a partial match only the last one can begin a new one.
-      if (block[i] != signature[wanted]) wanted = k_last;
-      if (block[i] != signature[wanted]) continue;
-      if (wanted-- == 0) {
-        offset = end - position + i;
-        return true;
-      }
+    std::memcpy(block.GetBuffer() + size, next, next_size);
+    const std::size_t found = last_place(block.GetBuffer(), size + next_size, {signature, k_size});
+    if (found != std::string_view::npos) {
+      offset = end - position + found;
+      return true;
     }
+    next_size = std::min(size, k_size - 1);
+    std::memcpy(next, block.GetBuffer(), next_size);
   }
   return false;
 }

@@ -1,11 +1,19 @@
 #include "lmx/internal/number_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 #include <system_error>
+
+#include "lmx/internal/word.h"
+
+// The build sets it where the library is there; the standard library's parser is somewhat slower.
+#if ZOL_FAST_FLOAT
+#include <fast_float/fast_float.h>
+#endif
 
 namespace lmx::internal {
 namespace {
@@ -18,69 +26,91 @@ constexpr double k_powers_of_ten[k_max_exact_power + 1] = {
 
 bool is_digit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 
-// A text that is lexically a number, with its sign taken off: digits * 10^exponent.
+// A text that is lexically a number, with its sign taken off: digits * 10^exponent. No text of more
+// characters is scanned, so nothing overflows.
+constexpr std::ptrdiff_t k_max_scanned = 17;
+
 struct ScannedNumber {
-  std::uint64_t digits = 0;      // modulo 2^64, so of use only while digit_count is small
-  std::int64_t digit_count = 0;  // without leading zeros
+  std::uint64_t digits = 0;
   std::int64_t exponent = 0;
 };
 
-// Reads digits into the number and gives the end of their run.
-const char* scan_digits(const char* next, const char* end, ScannedNumber* number) {
-  if (number->digit_count == 0) {
-    while (next != end && *next == '0') ++next;
-  }
-  std::uint64_t digits = number->digits;
-  const char* first = next;
+// Reads digits and gives the end of their run.
+const char* scan_digits(const char* next, const char* end, std::uint64_t* digits) {
   for (; next != end && is_digit(*next); ++next) {
-    digits = digits * 10 + static_cast<unsigned char>(*next - '0');
+    *digits = *digits * 10 + static_cast<unsigned char>(*next - '0');
   }
-  number->digits = digits;
-  number->digit_count += next - first;
   return next;
 }
 
-// Reads the exponent after its letter. False if there is none.
-bool scan_exponent(const char** next, const char* end, ScannedNumber* number) {
-  const char* at = *next;
-  const bool negative = at != end && *at == '-';
-  if (at != end && (*at == '-' || *at == '+')) ++at;
-  if (at == end || !is_digit(*at)) return false;
-  // Beyond this the digits of a text that fits in memory cannot bring the value back into range.
-  constexpr std::int64_t k_enough = std::int64_t{1} << 56;
-  std::int64_t exponent = 0;
-  for (; at != end && is_digit(*at); ++at) {
-    if (exponent < k_enough) exponent = exponent * 10 + (*at - '0');
-  }
-  number->exponent += negative ? -exponent : exponent;
-  *next = at;
-  return true;
-}
-
 bool scan_number(const char* next, const char* end, ScannedNumber* number) {
-  const char* integer = next;
-  next = scan_digits(next, end, number);
+  const char* const integer = next;
+  std::uint64_t digits = 0;
+  next = scan_digits(next, end, &digits);
   std::ptrdiff_t characters = next - integer;
   if (next != end && *next == '.') {
-    const char* fraction = ++next;
-    next = scan_digits(next, end, number);
+    const char* const fraction = ++next;
+    next = scan_digits(next, end, &digits);
     number->exponent = fraction - next;
     characters += next - fraction;
   }
   if (characters == 0) return false;
+  number->digits = digits;
   if (next != end && (*next == 'e' || *next == 'E')) {
     ++next;
-    if (!scan_exponent(&next, end, number)) return false;
+    const bool is_negative = next != end && *next == '-';
+    if (next != end && (*next == '-' || *next == '+')) ++next;
+    if (next == end) return false;
+    std::uint64_t power = 0;
+    next = scan_digits(next, end, &power);
+    number->exponent +=
+        is_negative ? -static_cast<std::int64_t>(power) : static_cast<std::int64_t>(power);
   }
   return next == end;
 }
 
-// For what the exact product or quotient cannot do. `text` has no sign.
-double convert_slowly(std::string_view text, const ScannedNumber& number) {
-  double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (result.ec != std::errc::result_out_of_range) return value;
-  return number.digit_count + number.exponent > 0 ? HUGE_VAL : 0.0;
+// A product or quotient of two numbers that doubles hold exactly is rounded once, so it is the
+// nearest double to the number's value. False if the number is none of these.
+bool convert_exactly(const ScannedNumber& number, double* value) {
+  if (number.digits >= std::uint64_t{1} << 53) return false;
+  if (number.exponent < -k_max_exact_power || number.exponent > k_max_exact_power) return false;
+  const auto digits = static_cast<double>(number.digits);
+  *value = number.exponent < 0 ? digits / k_powers_of_ten[-number.exponent]
+                               : digits * k_powers_of_ten[number.exponent];
+  return true;
+}
+
+#if ZOL_FAST_FLOAT
+namespace parser = fast_float;
+#else
+namespace parser = std;
+#endif
+
+// What stands for a number, without its sign, that is beyond the range of a double: the place of
+// its first digit tells on which side.
+double beyond_range(std::string_view number) {
+  const std::string_view mantissa = number.substr(0, number.find_first_of("eE"));
+  std::string_view power = number.substr(mantissa.size());
+  if (!power.empty()) power.remove_prefix(1);
+  if (!power.empty() && power[0] == '+') power.remove_prefix(1);
+  std::int64_t exponent = 0;
+  const auto result = std::from_chars(power.data(), power.data() + power.size(), exponent);
+  if (result.ec == std::errc::result_out_of_range) return power[0] == '-' ? 0.0 : HUGE_VAL;
+  const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
+  const auto first_digit = static_cast<std::int64_t>(mantissa.find_first_not_of("0."));
+  return point - first_digit > -exponent ? HUGE_VAL : 0.0;
+}
+
+// For any number, without its sign. False if the text is none.
+bool convert_any(const char* first, const char* last, double* value) {
+  // The parser knows words of its own, and signs.
+  if (first == last || (!is_digit(*first) && *first != '.')) return false;
+  *value = 0;
+  const auto result = parser::from_chars(first, last, *value);
+  if (result.ptr != last) return false;
+  if (result.ec != std::errc::result_out_of_range) return true;
+  *value = beyond_range({first, static_cast<std::size_t>(last - first)});
+  return true;
 }
 
 bool read_word(std::string_view text, double* value) {
@@ -238,60 +268,74 @@ char* format_number(double value, char* out) {
 
 }  // namespace
 
+namespace {
+
+// The digits at `at`, of which eight bytes can be read, behind those that `digits` holds already.
+inline const char* take_digits(const char* at, std::uint64_t* digits) {
+  constexpr std::uint64_t k_tens[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
+  const std::uint64_t word = load_word(at) ^ (k_ones * '0');
+  // A byte above 9 carries into its high bit.
+  const std::uint64_t others = (word + k_ones * 0x76) | word;
+  const std::uint64_t stops = others & k_highs;
+  const int count = stops == 0 ? 8 : lowest_byte(stops);
+  if (count == 0) return at;
+  // The last digit goes to the highest byte, zeros come before the first; then pairs are summed.
+  std::uint64_t value = word << (64 - 8 * count);
+  value = value * 10 + (value >> 8);
+  value = ((value & 0x000000FF000000FF) * 0x000F424000000064 +
+           ((value >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >> 32;
+  *digits = *digits * k_tens[count] + static_cast<std::uint32_t>(value);
+  return at + count;
+}
+
+}  // namespace
+
 const char* read_plain_double(const char* at, const char* end, double* value) {
-  const bool is_negative = at != end && *at == '-';
+  // A sign, fifteen digits, a point, and what is read behind them.
+  constexpr std::ptrdiff_t k_room = 32;
+  if (end - at < k_room) return nullptr;
+  const bool is_negative = *at == '-';
   if (is_negative) ++at;
   std::uint64_t digits = 0;
   const char* const integer = at;
-  while (at != end && is_digit(*at)) digits = digits * 10 + static_cast<unsigned char>(*at++ - '0');
+  for (; is_digit(*at) && at - integer < 8; ++at) {
+    digits = digits * 10 + static_cast<unsigned char>(*at - '0');
+  }
   std::ptrdiff_t count = at - integer;
   std::ptrdiff_t decimals = 0;
-  if (at != end && *at == '.') {
+  if (*at == '.') {
     const char* const fraction = ++at;
-    while (at != end && is_digit(*at)) {
-      digits = digits * 10 + static_cast<unsigned char>(*at++ - '0');
-    }
+    at = take_digits(at, &digits);
+    if (at - fraction == 8) at = take_digits(at, &digits);
     decimals = at - fraction;
     count += decimals;
   }
   // Fifteen digits are less than 2^53, and so exact, as is the power of ten.
-  if (count == 0 || count > 15) return nullptr;
+  if (count == 0 || count > 15 || is_digit(*at)) return nullptr;
   const double magnitude = static_cast<double>(digits) / k_powers_of_ten[decimals];
   *value = is_negative ? -magnitude : magnitude;
   return at;
 }
 
 bool read_double(std::string_view text, double* value) {
-  const char* next = text.data();
-  const char* end = next + text.size();
-  const bool negative = next != end && *next == '-';
-  if (next != end && (*next == '-' || *next == '+')) ++next;
+  const char* first = text.data();
+  const char* const last = first + text.size();
+  const bool is_negative = first != last && *first == '-';
+  if (first != last && (*first == '-' || *first == '+')) ++first;
 
   ScannedNumber number;
-  if (!scan_number(next, end, &number)) return read_word(text, value);
-
-  // A product or quotient of two numbers that doubles hold exactly is rounded once, so it is the
-  // nearest double to the text's value. 19 digits are the most that 64 bits always hold.
   double magnitude;
-  if (number.digit_count == 0) {
-    magnitude = 0;
-  } else if (number.digit_count <= 19 && number.digits < std::uint64_t{1} << 53 &&
-             number.exponent >= -k_max_exact_power && number.exponent <= k_max_exact_power) {
-    magnitude = static_cast<double>(number.digits);
-    if (number.exponent < 0) {
-      magnitude /= k_powers_of_ten[-number.exponent];
-    } else {
-      magnitude *= k_powers_of_ten[number.exponent];
-    }
-  } else {
-    magnitude = convert_slowly({next, static_cast<std::size_t>(end - next)}, number);
-  }
-  *value = negative ? -magnitude : magnitude;
+  const bool is_done = last - first <= k_max_scanned && scan_number(first, last, &number) &&
+                       convert_exactly(number, &magnitude);
+  if (!is_done && !convert_any(first, last, &magnitude)) return read_word(text, value);
+  *value = is_negative ? -magnitude : magnitude;
   return true;
 }
 
 char* format_double(double value, char* out) { return format_number<14>(value, out); }
 
 char* format_float(float value, char* out) { return format_number<7>(value, out); }
+
+char* format_seconds(float value, char* out) { return format_number<6>(value, out); }
 
 }  // namespace lmx::internal

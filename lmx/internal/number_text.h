@@ -25,4 +25,7 @@ const char* read_plain_double(const char* at, const char* end, double* value);
 char* format_double(double value, char* out);
 char* format_float(float value, char* out);
 
+// The same at a stream's first precision of 6, for finite values above zero.
+char* format_seconds(float value, char* out);
+
 }  // namespace lmx::internal

@@ -155,6 +155,48 @@ inline const char* pass_run(const char* p, const char* end, unsigned stop, int* 
   }
 }
 
+// Passes line feeds, well-formed sequences and everything else up to an ASCII character or a byte
+// for the getter.
+inline const char* pass_up_to(const char* p, const char* end, char stop, int* lines) {
+  while (p != end) {
+#if ZOL_LANES
+    if (end - p >= Lanes::k_size) {
+      const unsigned unusual = Lanes(p).is_unusual_or(stop, stop);
+      if (unusual == 0) {
+        p += Lanes::k_size;
+        continue;
+      }
+      p += lowest_bit(unusual);
+    }
+#else
+    if (end - p >= 8) {
+      const std::uint64_t word = load_word(p);
+      const auto stop_byte = static_cast<unsigned char>(stop);
+      const std::uint64_t unusual =
+          flag_below(word, ' ') | flag_equal(word, stop_byte) | (word & k_highs);
+      if (unusual == 0) {
+        p += 8;
+        continue;
+      }
+      p += lowest_byte(unusual);
+    }
+#endif
+    if (*p == '\n') {
+      ++*lines;
+      ++p;
+    } else if (*p == stop || *p == '\r' || *p == '\0') {
+      return p;
+    } else if (byte_at(p) < 0x80) {
+      ++p;
+    } else if (const int length = plain_sequence_length(p, end)) {
+      p += length;
+    } else {
+      return p;
+    }
+  }
+  return p;
+}
+
 // Passes the tabs that indent most lines.
 inline const char* pass_tabs(const char* p, const char* end) {
   for (; end - p >= 8; p += 8) {

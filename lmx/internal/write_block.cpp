@@ -4,13 +4,13 @@
 #include <charconv>
 
 #include "lmx/internal/number_text.h"
+#include "lmx/internal/plain_stream.h"
+#include "lmx/internal/unicode.h"
+#include "lmx/internal/unit_blocks.h"
 #include "lmx/writer.h"
 
 namespace lmx::internal {
 namespace {
-
-// The longest of the escapes and of the UTF-8 sequences that one unit or byte of a value gives.
-constexpr std::size_t k_longest_character = 6;
 
 constexpr std::string_view escape_of(unsigned char byte) {
   switch (byte) {
@@ -27,55 +27,24 @@ constexpr std::string_view escape_of(unsigned char byte) {
   }
 }
 
-// The bytes that are copied as they are: ASCII without the four that are escaped.
+// The characters that are copied as they are: ASCII without the four that are escaped.
 struct PlainTable {
   bool is_plain[128] = {};
 
   constexpr PlainTable() {
-    for (int byte = 0; byte < 128; ++byte) {
-      is_plain[byte] = escape_of(static_cast<unsigned char>(byte)).empty();
-    }
+    for (unsigned c = 0; c < 128; ++c) is_plain[c] = !EscapesOwn::has(c);
   }
 };
 constexpr PlainTable k_plain;
 
-constexpr bool is_high_surrogate(std::uint32_t unit) { return unit - 0xD800 < 0x400; }
-constexpr bool is_low_surrogate(std::uint32_t unit) { return unit - 0xDC00 < 0x400; }
+bool is_plain(wchar_t unit) {
+  const auto value = static_cast<std::uint32_t>(unit);
+  return value < 128 && k_plain.is_plain[value];
+}
 
 char* put(char* out, std::string_view text) {
   std::memcpy(out, text.data(), text.size());
   return out + text.size();
-}
-
-char* put_code_point(char* out, std::int32_t code_point) {
-  const auto trailing = [code_point](int shift) {
-    return static_cast<char>(0x80 | (code_point >> shift & 0x3F));
-  };
-  if (code_point <= 0x7F) {
-    *out++ = static_cast<char>(code_point);
-  } else if (code_point <= 0x7FF) {
-    *out++ = static_cast<char>(0xC0 | code_point >> 6);
-    *out++ = trailing(0);
-  } else if (code_point <= 0xFFFF) {
-    *out++ = static_cast<char>(0xE0 | code_point >> 12);
-    *out++ = trailing(6);
-    *out++ = trailing(0);
-  } else {
-    *out++ = static_cast<char>(0xF0 | (code_point >> 18 & 0x07));
-    *out++ = trailing(12);
-    *out++ = trailing(6);
-    *out++ = trailing(0);
-  }
-  return out;
-}
-
-// The flags that change how a stream writes numbers. std::ios_base::dec may be set or not.
-constexpr std::ios_base::fmtflags k_number_flags =
-    std::ios_base::oct | std::ios_base::hex | std::ios_base::floatfield | std::ios_base::showbase |
-    std::ios_base::showpoint | std::ios_base::showpos | std::ios_base::uppercase;
-
-bool writes_plain_numbers(const std::ostream& stream) {
-  return (stream.flags() & k_number_flags) == std::ios_base::fmtflags{};
 }
 
 }  // namespace
@@ -106,27 +75,34 @@ void WriteBlock::append_escaped(const std::wstring& text) {
   const wchar_t* next = text.data();
   const wchar_t* const end = next + text.size();
   while (next != end) {
-    char* out = reserve(k_longest_character);
-    // As many units as the room has for the worst of them; the inner loop need not look at it.
-    const auto units = std::min(static_cast<std::size_t>(end - next), room() / k_longest_character);
-    for (const wchar_t* const stop = next + units; next < stop; ++next) {
-      const auto unit = static_cast<std::uint32_t>(*next);
-      if (unit < 0x80) {
-        if (k_plain.is_plain[unit]) {
-          *out++ = static_cast<char>(unit);
-        } else {
-          out = put(out, escape_of(static_cast<unsigned char>(unit)));
-        }
-      } else if (is_high_surrogate(unit)) {
-        if (next + 1 == end || !is_low_surrogate(static_cast<std::uint32_t>(next[1]))) {
-          return advance_to(out);
-        }
-        const auto low = static_cast<std::uint32_t>(*++next);
-        out = put_code_point(
-            out, static_cast<std::int32_t>((unit & 0x3FF) * 1024 + (low & 0x3FF) + 0x10000));
+    char* out = reserve(k_narrow_room);
+    const char* const limit = bytes_ + k_capacity - k_narrow_room;
+    while (next != end && out <= limit) {
+      if (static_cast<std::size_t>(end - next) >= k_unit_block) {
+        const std::size_t taken =
+            narrow_block<WideUnits, EscapesOwn>(reinterpret_cast<const char*>(next), &out);
+        next += taken;
+        if (taken != 0) continue;
       } else {
-        out = put_code_point(out, static_cast<std::int32_t>(unit));
+        const wchar_t* const tail = next;
+        while (next != end && is_plain(*next)) *out++ = static_cast<char>(*next++);
+        if (next != tail) continue;
       }
+      // One character of several bytes is mostly followed by others.
+      do {
+        auto unit = static_cast<std::uint32_t>(*next++);
+        if (EscapesOwn::has(unit)) {
+          out = put(out, escape_of(static_cast<unsigned char>(unit)));
+          break;
+        }
+        if (is_high_surrogate(unit)) {
+          if (next == end || !is_low_surrogate(static_cast<std::uint32_t>(*next))) {
+            return advance_to(out);
+          }
+          unit = join_surrogates(unit, static_cast<std::uint32_t>(*next++));
+        }
+        out = put_code_point(unit, out);
+      } while (next != end && out <= limit && static_cast<std::uint32_t>(*next) >= 0x80);
     }
     advance_to(out);
   }
@@ -135,8 +111,19 @@ void WriteBlock::append_escaped(const std::wstring& text) {
 void WriteBlock::append_escaped(std::string_view text) {
   std::size_t start = 0;
   for (std::size_t at = 0; at < text.size(); ++at) {
+#if ZOL_LANES
+    for (; text.size() - at >= Lanes::k_size; at += Lanes::k_size) {
+      const Lanes lanes(text.data() + at);
+      const unsigned escapes =
+          lanes.equal('"') | lanes.equal('\'') | lanes.equal('&') | lanes.equal('<');
+      if (escapes == 0) continue;
+      at += static_cast<std::size_t>(lowest_bit(escapes));
+      break;
+    }
+    if (at == text.size()) break;
+#endif
     const auto byte = static_cast<unsigned char>(text[at]);
-    if (byte >= 0x80 || k_plain.is_plain[byte]) continue;
+    if (!EscapesOwn::has(byte)) continue;
     append(text.substr(start, at - start));
     append(escape_of(byte));
     start = at + 1;
@@ -145,7 +132,7 @@ void WriteBlock::append_escaped(std::string_view text) {
 }
 
 void WriteBlock::append_number(double value) {
-  if (!writes_plain_numbers(stream_)) {
+  if (!has_plain_flags(stream_)) {
     flush();
     stream_ << c_as_xml<double>(value);
     return;
@@ -154,7 +141,7 @@ void WriteBlock::append_number(double value) {
 }
 
 void WriteBlock::append_number(float value) {
-  if (!writes_plain_numbers(stream_)) {
+  if (!has_plain_flags(stream_)) {
     flush();
     stream_ << c_as_xml<float>(value);
     return;
@@ -163,7 +150,7 @@ void WriteBlock::append_number(float value) {
 }
 
 void WriteBlock::append_integer(std::int64_t value) {
-  if (!writes_plain_numbers(stream_)) {
+  if (!has_plain_flags(stream_)) {
     flush();
     stream_ << value;
     return;

@@ -44,7 +44,7 @@ bool read_strictly(Object& self, const Class& type, lmx::c_xml_reader& reader) {
     reset(self, type);
     return false;
   }
-  reader.take_document({strict.size_read(), strict.extra_lines(), strict.end_name(), strict.last_value(), strict.last_mode(),
+  reader.take_document({strict.bytes_read(), strict.end_name(), strict.last_value(), strict.last_mode(),
                         strict.last_name(), strict.last_name_ns_id(), &strict.declared()});
   return true;
 }

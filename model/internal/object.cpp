@@ -6,6 +6,8 @@
 #include <new>
 #include <vector>
 
+#include "lmx/internal/lexical.h"
+#include "lmx/internal/word.h"
 #include "model/internal/bases.h"
 #include "model/internal/document_namespace.h"
 #include "model/internal/values.h"
@@ -117,6 +119,66 @@ int EnumTable::number_of(std::string_view utf8) const {
   return 0;
 }
 
+const std::wstring& Text::empty_text() { return empty_value<std::wstring>(); }
+
+void Text::set_narrow(std::string_view utf8, Pool* pool) {
+  release();
+  if (utf8.empty()) return;
+  if (utf8.size() > std::numeric_limits<std::uint32_t>::max()) {
+    lmx::internal::append_wide(&make(pool), utf8);
+    return;
+  }
+  const std::size_t size = sizeof(Narrow) + utf8.size();
+  void* const block = pool != nullptr ? pool->allocate(size) : Pool::allocate_alone(size);
+  auto* const text = ::new (block) Narrow{static_cast<std::uint32_t>(utf8.size())};
+  std::memcpy(text + 1, utf8.data(), utf8.size());
+  word_.store(reinterpret_cast<std::uintptr_t>(text) + k_is_narrow, std::memory_order_release);
+}
+
+void Text::copy(const Text& other) {
+  std::string_view utf8;
+  if (!other.get_narrow(&utf8)) return set(other.get());
+  set_narrow(utf8, nullptr);
+}
+
+std::wstring& Text::make(Pool* pool) {
+  std::uintptr_t word = word_.load(std::memory_order_relaxed);
+  if (word == 0 || (word & k_is_narrow) != 0) {
+    auto made = make_owned_in<Wide>(pool);
+    if (word != 0) lmx::internal::append_wide(&made->text, narrow(word).view());
+    release();
+    word = reinterpret_cast<std::uintptr_t>(made.release());
+    word_.store(word, std::memory_order_release);
+  }
+  return wide(word).text;
+}
+
+// Whoever comes first makes the wide text for all.
+const std::wstring& Text::widened(std::uintptr_t word) const {
+  auto made = make_owned<Wide>();
+  lmx::internal::append_wide(&made->text, narrow(word).view());
+  made->source = reinterpret_cast<void*>(word - k_is_narrow);
+  const auto wide_word = reinterpret_cast<std::uintptr_t>(made.get());
+  if (word_.compare_exchange_strong(word, wide_word, std::memory_order_acq_rel)) {
+    return made.release()->text;
+  }
+  return wide(word).text;
+}
+
+void Text::release() {
+  const std::uintptr_t word = word_.exchange(0, std::memory_order_relaxed);
+  if (word == 0) return;
+  if ((word & k_is_narrow) != 0) return Pool::release(reinterpret_cast<void*>(word - k_is_narrow));
+  const Owned<Wide> gone(&wide(word));
+  Pool::release(gone->source);
+}
+
+void Text::swap(Text& other) {
+  const std::uintptr_t word = word_.load(std::memory_order_relaxed);
+  word_.store(other.word_.load(std::memory_order_relaxed), std::memory_order_release);
+  other.word_.store(word, std::memory_order_release);
+}
+
 // --- Lists ----------------------------------------------------------------------------------------
 
 void PointerList::reserve(unsigned count) {
@@ -224,16 +286,7 @@ lmx::elmx_error set(Object& self, const Row& row, const std::wstring& value) {
     select(self, row, slot);
     return lmx::elmx_ok;
   }
-  if (row.is_in_place()) {
-    row.field<std::wstring>(self) = value;
-  } else {
-    std::wstring*& text = row.field<std::wstring*>(self);
-    if (text != nullptr) {
-      *text = value;
-    } else {
-      text = make_owned<std::wstring>(value).release();
-    }
-  }
+  row.field<Text>(self).set(value);
   mark_set(self, row);
   return lmx::elmx_ok;
 }
@@ -373,27 +426,19 @@ void release(Object& self, const Class& type) noexcept {
     const Row* const rows = type.alternatives().first;
     if (chosen != type.none) release_slot(rows[chosen], rows->field<Slot>(self));
   }
-  for (const Row& row : type.fields()) {
+  for (std::uint32_t left = type.pointers; left != 0; left &= left - 1) {
+    const Row& row = type.rows[lmx::internal::lowest_bit(left)];
     if (row.is_list) {
       PointerList& list = row.field<PointerList>(self);
+      if (list.empty()) continue;
       for (void* const* at = list.end(); at != list.begin();) delete_entry(row, *--at);
       list.release();
-      continue;
-    }
-    if (row.is_in_place()) continue;
-    switch (row.kind) {
-      case Kind::text:
-        delete_value<std::wstring>(row.field<std::wstring*>(self));
-        break;
-      case Kind::enumerated:
-        delete_enumerated(*row.enumeration, row.field<const std::wstring*>(self));
-        break;
-      case Kind::object:
-      case Kind::member:
-        destroy(row.field<Object*>(self));
-        break;
-      default:
-        break;
+    } else if (row.kind == Kind::text) {
+      row.field<Text>(self).release();
+    } else if (row.kind == Kind::enumerated) {
+      delete_enumerated(*row.enumeration, row.field<const std::wstring*>(self));
+    } else {
+      destroy(row.field<Object*>(self));
     }
   }
 }
@@ -433,8 +478,12 @@ void copy_single(Object& to, const Object& from, const Row& row) {
   if (!row.is_required && !is_set) return;
   switch (row.kind) {
     case Kind::text:
-      (void)set(to, row, row.is_in_place() ? row.field<std::wstring>(from)
-                                           : text_of(row.field<std::wstring*>(from)));
+      if (row.length != 0) {
+        (void)set(to, row, row.field<Text>(from).get());
+      } else {
+        row.field<Text>(to).copy(row.field<Text>(from));
+        mark_set(to, row);
+      }
       break;
     case Kind::enumerated:
       (void)set_number(to, row,
@@ -549,8 +598,7 @@ void swap_row(Object& a, Object& b, const Row& row) {
   if (row.is_list) return row.field<PointerList>(a).swap(row.field<PointerList>(b));
   switch (row.kind) {
     case Kind::text:
-      if (row.is_in_place()) return swap_values<std::wstring>(a, b, row);
-      return swap_values<std::wstring*>(a, b, row);
+      return row.field<Text>(a).swap(row.field<Text>(b));
     case Kind::enumerated:
       return swap_values<const std::wstring*>(a, b, row);
     case Kind::real:
@@ -673,9 +721,7 @@ bool is_same_row(const Object& a, const Object& b, const Row& row) {
   }
   switch (row.kind) {
     case Kind::text:
-      return row.is_in_place() ? row.field<std::wstring>(a) == row.field<std::wstring>(b)
-                               : is_same_text(row.field<std::wstring*>(a),
-                                              row.field<std::wstring*>(b));
+      return row.field<Text>(a).get() == row.field<Text>(b).get();
     case Kind::enumerated:
       return is_same_text(row.field<const std::wstring*>(a), row.field<const std::wstring*>(b));
     case Kind::real:

@@ -1,15 +1,17 @@
 // What every object of the model is made of, and what its accessors call.
 //
-// The fields of a class are plain: a number stands as it is, a required child and a required text in
-// place, what is optional is a pointer until it is wanted, a list is one word. Which of them are
+// The fields of a class are plain: a number stands as it is, a required child in place, what is
+// optional is a pointer until it is wanted, a text and a list are one word. Which of them are
 // present is a bit each in the object's head. What may be stored is said by the row of the class's
 // table, which the functions here walk.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "lmx/binary.h"
@@ -108,6 +110,59 @@ struct AnyElement {
   std::string full_name;
   std::string namespace_uri;
   std::string text;
+};
+
+// A text in one word. What a reader stores is kept in UTF-8 until somebody asks for the wide text,
+// which most texts of most documents are never asked for; two threads may ask at once.
+class ZOL_API Text {
+ public:
+  Text() = default;
+  Text(const Text&) = delete;
+  Text& operator=(const Text&) = delete;
+
+  const std::wstring& get() const {
+    const std::uintptr_t word = word_.load(std::memory_order_acquire);
+    if (word == 0) return empty_text();
+    return (word & k_is_narrow) == 0 ? wide(word).text : widened(word);
+  }
+  // Does the text still stand as it was read?
+  bool get_narrow(std::string_view* utf8) const {
+    const std::uintptr_t word = word_.load(std::memory_order_acquire);
+    if ((word & k_is_narrow) == 0) return false;
+    *utf8 = narrow(word).view();
+    return true;
+  }
+
+  void set(const std::wstring& text) { make(nullptr) = text; }
+  // Well-formed UTF-8.
+  void set_narrow(std::string_view utf8, Pool* pool);
+  void copy(const Text& other);
+  // The wide text, to be changed by one who has the object for himself.
+  std::wstring& make(Pool* pool);
+  void release();
+  void swap(Text& other);
+
+ private:
+  struct Narrow {
+    std::uint32_t size;
+
+    std::string_view view() const { return {reinterpret_cast<const char*>(this + 1), size}; }
+  };
+  // With what it was made from, which others may be reading still.
+  struct Wide {
+    std::wstring text;
+    void* source = nullptr;
+  };
+  static constexpr std::uintptr_t k_is_narrow = 1;
+
+  static const std::wstring& empty_text();
+  static Wide& wide(std::uintptr_t word) { return *reinterpret_cast<Wide*>(word); }
+  static const Narrow& narrow(std::uintptr_t word) {
+    return *reinterpret_cast<const Narrow*>(word - k_is_narrow);
+  }
+  const std::wstring& widened(std::uintptr_t word) const;
+
+  mutable std::atomic<std::uintptr_t> word_{0};
 };
 
 // Pointers in order, in one word: none, the only one itself, or an array. Does not own what they

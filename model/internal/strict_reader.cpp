@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "lmx/internal/byte_buffer.h"
+#include "lmx/internal/lexical.h"
 #include "lmx/internal/number_text.h"
 #include "lmx/internal/runs.h"
 #include "lmx/reader.h"
@@ -31,11 +32,6 @@ constexpr int k_other_namespace = k_document_namespace_id + 1;
 // Every element that is open ends with at least "</", a letter and ">", so that a start tag which is
 // nearer to the end than a word cannot be whole.
 constexpr std::size_t k_word = sizeof(std::uint64_t);
-
-// The first bytes of a word that a name of this length fills.
-constexpr std::uint64_t k_name_masks[k_word + 1] = {
-    0, 0xFF, 0xFFFF, 0xFFFFFF, 0xFFFFFFFF, 0xFFFFFFFFFF, 0xFFFFFFFFFFFF, 0xFFFFFFFFFFFFFF,
-    ~std::uint64_t{0}};
 
 bool is_space(char c) { return has_mask(c, lmx::internal::k_space); }
 
@@ -69,6 +65,15 @@ std::string_view view(const char* begin, const char* end) {
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
+// In any case; `word` is in small letters.
+bool is_same_word(std::string_view text, std::string_view word) {
+  return std::equal(text.begin(), text.end(), word.begin(), word.end(), [](char a, char b) {
+    return (a >= 'A' && a <= 'Z' ? static_cast<char>(a + 32) : a) == b;
+  });
+}
+
+constexpr int k_max_depth = lmx::internal::ElementDepthGuard::k_max_depth;
+
 // A text that collapsing leaves as it is; values of the types that collapse have no blanks.
 bool has_blank(std::string_view text) { return text.find(' ') != std::string_view::npos; }
 
@@ -87,7 +92,7 @@ class StrictReader::Scope {
     if (reader_.bindings_.size() != bindings_) reader_.forget_bindings(bindings_);
   }
 
-  bool is_too_deep() const { return reader_.depth_ > lmx::internal::ElementDepthGuard::k_max_depth; }
+  bool is_too_deep() const { return reader_.depth_ > k_max_depth; }
 
  private:
   StrictReader& reader_;
@@ -133,28 +138,167 @@ inline bool StrictReader::take_end_tag(std::string_view name) {
 }
 
 inline bool StrictReader::is_at(const Row& row) const {
+  if (!begins_like(row)) return false;
   const std::size_t length = row.name_length;
-  if (length <= k_word) {
-    return ((local_head_ ^ row.head) & k_name_masks[length]) == 0 &&
-           !has_mask(local_[length], lmx::internal::k_name);
+  if (length > k_word) {
+    if (static_cast<std::size_t>(end_ - local_) <= length ||
+        load_word(local_ + length - k_word) != row.tail ||
+        (length > 2 * k_word && std::memcmp(local_, row.name().data(), length) != 0)) {
+      return false;
+    }
   }
-  if (local_head_ != row.head || static_cast<std::size_t>(end_ - local_) <= length) return false;
-  return load_word(local_ + length - k_word) == row.tail &&
-         !has_mask(local_[length], lmx::internal::k_name) &&
-         (length <= 2 * k_word || std::memcmp(local_, row.name().data(), length) == 0);
+  return !has_mask(local_[length], lmx::internal::k_name);
+}
+
+// The two kinds that most values are of besides, with nothing between.
+inline bool StrictReader::store(Object& self, const Row& row, std::string_view text) {
+  if (row.kind == Kind::enumerated) {
+    if (const int number = row.enumeration->number_of(text)) {
+      row.field<const std::wstring*>(self) = &(*row.enumeration)[number];
+      Head::touch(self, row.bit);
+      return true;
+    }
+  } else if (row.kind == Kind::text && row.length == 0) {
+    row.field<Text>(self).set_narrow(text, &pool_);
+    Head::touch(self, row.bit);
+    return true;
+  }
+  return parse_into(self, row, text, &pool_, refuse_) == lmx::elmx_ok;
+}
+
+// The row of an attribute whose name and '="' stand here.
+inline const Row* StrictReader::attribute_at(const Class& type, const char* name) const {
+  const std::uint64_t head = load_word(name);
+  for (const Class* level = &type; level != nullptr; level = level->base) {
+    for (const Row& row : level->attributes()) {
+      const std::size_t length = row.name_length;
+      if (((head ^ row.head) & row.filled) == 0 && name[length] == '=' && name[length + 1] == '"' &&
+          (length <= k_word || is_equal_short(name, row.tag, length))) {
+        return &row;
+      }
+    }
+  }
+  return nullptr;
+}
+
+// The rest of a start tag as most are: a blank before each attribute of the class, double quotes, and
+// values that stand as they are. False where it is not so, before the first that is otherwise.
+inline bool StrictReader::take_plain_attributes(Object& self, const Class& type, std::uint32_t* seen) {
+  while (*at_ == ' ' && !is_near_end(4 * k_word)) {
+    const Row* const row = attribute_at(type, at_ + 1);
+    if (row == nullptr) return false;
+    const std::uint32_t flag = std::uint32_t{1} << row->bit;
+    const char* const name = at_ + 1;
+    const char* const value = name + row->name_length + 2;
+    double number = 0;
+    const char* stop = nullptr;
+    if ((*seen & flag) != 0) return false;
+    if (row->kind == Kind::real &&
+        (stop = lmx::internal::read_plain_double(value, end_, &number)) != nullptr &&
+        stop != end_ && *stop == '"') {
+      if (check(*row, number) != lmx::elmx_ok) return false;
+      row->field<double>(self) = number;
+      Head::touch(self, row->bit);
+    } else {
+      stop = lmx::internal::pass_plain_value(value, end_);
+      if (stop == end_ || *stop != '"') return false;
+      const std::string_view text = view(value, stop);
+      if (whitespace_of(*row) != lmx::elmx_preserve && has_blank(text)) return false;
+      if (!store(self, *row, text)) return false;
+    }
+    *seen |= flag;
+    last_mode_ = whitespace_of(*row);
+    last_value_ = view(value, stop);
+    last_name_ = {name, row->name_length};
+    last_name_ns_id_ = default_ns_id_;
+    at_ = stop + 1;
+  }
+  if (*at_ != '>') return false;
+  ++at_;
+  return true;
+}
+
+// The content of an element that holds a number, up to the end tag.
+inline bool StrictReader::read_real(const Row& row, double* out) {
+  double value = 0;
+  const char* const number_end = lmx::internal::read_plain_double(at_, end_, &value);
+  if (number_end == nullptr || number_end == end_ || *number_end != '<' ||
+      number_end + 1 == end_ || number_end[1] != '/') {
+    std::string_view text;
+    return take_content(lmx::elmx_collapse, &text) &&
+           parse(row, text, out, &pool_, refuse_) == lmx::elmx_ok;
+  }
+  last_value_ = view(at_, number_end);
+  last_mode_ = lmx::elmx_collapse;
+  at_ = number_end;
+  if (check(row, value) != lmx::elmx_ok) return false;
+  *out = value;
+  return true;
+}
+
+inline bool StrictReader::read_content(Object& self, const Row& row, Tag tag) {
+  if (row.kind == Kind::real) {
+    if (!read_real(row, &row.field<double>(self))) return false;
+    Head::touch(self, row.bit);
+  } else {
+    std::string_view text;
+    if (!take_content(whitespace_of(row), &text) || !store(self, row, text)) return false;
+  }
+  return take_end_tag(tag.view());
 }
 
 // --- The document -----------------------------------------------------------------------------------
 
 bool StrictReader::read(Object& self, const Class& type) {
-  constexpr std::string_view k_mark = "\xEF\xBB\xBF";
-  at_ = text_.data();
-  end_ = at_ + text_.size();
-  if (text_.substr(0, k_mark.size()) == k_mark) at_ += k_mark.size();
-  if (at_ == end_ || (*at_ != '<' && !is_space(*at_))) return false;
   // Which number a foreign namespace has is told by the order of all that were declared.
-  return read_declaration() && read_root(self, type) &&
+  return open() && (*at_ == '<' || is_space(*at_)) && read_declaration() && read_root(self, type) &&
          last_name_ns_id_ <= k_document_namespace_id;
+}
+
+// Finds the encoding by the first bytes, as the getter does.
+bool StrictReader::open() {
+  using lmx::internal::SourceEncoding;
+  at_ = bytes_.data();
+  end_ = at_ + bytes_.size();
+  const auto begins_with = [this](std::string_view mark) {
+    return bytes_.substr(0, mark.size()) == mark;
+  };
+  if (bytes_.size() < 4) return false;
+  if (begins_with("\xFF\xFE") || begins_with("\xFE\xFF")) {
+    at_ += 2;
+    return go_on_in(begins_with("\xFF") ? SourceEncoding::utf16_le : SourceEncoding::utf16_be);
+  }
+  if (begins_with("\xEF\xBB\xBF")) at_ += 3;
+  if (bytes_[0] == '\0') return go_on_in(SourceEncoding::utf16_be);
+  if (bytes_[1] == '\0') return go_on_in(SourceEncoding::utf16_le);
+  return true;
+}
+
+// The rest of the text is turned into UTF-8.
+bool StrictReader::go_on_in(lmx::internal::SourceEncoding encoding) {
+  using lmx::internal::SourceEncoding;
+  transcoded_at_ = static_cast<std::size_t>(at_ - bytes_.data());
+  if (!lmx::internal::transcode(view(at_, end_), encoding, &transcoded_)) return false;
+  encoding_ = encoding == SourceEncoding::latin1 ? 1 : encoding == SourceEncoding::utf16_be ? 3 : 4;
+  at_ = transcoded_.data();
+  end_ = at_ + transcoded_.size();
+  return at_ != end_;
+}
+
+lmx::internal::SourceBytes StrictReader::bytes_read() const {
+  constexpr int k_utf8 = 2, k_latin1 = 1;
+  if (encoding_ == k_utf8) {
+    return {static_cast<std::size_t>(at_ - bytes_.data()), encoding_, extra_lines_};
+  }
+  // Each sequence was one unit, those of four bytes two.
+  std::size_t units = 0;
+  for (const char* p = transcoded_.data(); p != at_; ++p) {
+    units += static_cast<std::size_t>((*p & 0xC0) != 0x80) + static_cast<std::size_t>(byte_at(p) >= 0xF0);
+  }
+  const char* const begin = bytes_.data();
+  return {transcoded_at_ + units * (encoding_ == k_latin1 ? 1 : 2), encoding_,
+          extra_lines_ + lmx::internal::count_line_ends(begin, begin + transcoded_at_) +
+              lmx::internal::count_line_ends(transcoded_.data(), at_)};
 }
 
 // The XML declaration, if the document begins with one.
@@ -189,15 +333,14 @@ bool StrictReader::read_declaration() {
     return false;
   }
   skip();
-  const bool is_utf8 = encoding.size() == 5 && (encoding[0] | 0x20) == 'u' &&
-                       (encoding[1] | 0x20) == 't' && (encoding[2] | 0x20) == 'f' &&
-                       encoding.substr(3) == "-8";
-  if (!rest.empty() || (version != "1.0" && version != "1.1") || standalone == "no" ||
-      (encoding.data() != nullptr && !is_utf8)) {
-    return false;
-  }
+  if (!rest.empty() || (version != "1.0" && version != "1.1") || standalone == "no") return false;
   at_ += length + 2;
-  return true;
+  if (encoding.data() == nullptr) return true;
+  if (transcoded_.size() != 0) return is_same_word(encoding, "utf-16");
+  if (is_same_word(encoding, "iso-8859-1") || is_same_word(encoding, "us-ascii")) {
+    return go_on_in(lmx::internal::SourceEncoding::latin1);
+  }
+  return is_same_word(encoding, "utf-8");
 }
 
 bool StrictReader::read_root(Object& self, const Class& type) {
@@ -224,22 +367,29 @@ bool StrictReader::read_root(Object& self, const Class& type) {
 // --- Objects ----------------------------------------------------------------------------------------
 
 bool StrictReader::read_object(Object& self, const Class& type, Tag tag) {
-  const Scope scope(*this);
-  if (scope.is_too_deep()) return false;
   note_name(tag);
   at_ = tag.name + tag.size;
   std::uint32_t seen = 0;
-  bool is_empty = false;
+  bool is_plain = true;
   if (*at_ == '>') {
     ++at_;
   } else {
     count_pushed_back();
-    if (!take_plain_attributes(self, type, &seen)) {
-      if (!scan_tag(&is_empty)) return false;
-      // A declaration holds for the attributes before it as well.
-      if (seen != 0) last_name_ns_id_ = default_ns_id_;
-      if (!apply_attributes(self, type, &seen)) return false;
-    }
+    is_plain = take_plain_attributes(self, type, &seen);
+  }
+  const Class& content = type.content_class();
+  if (is_plain && content.shape == Shape::simple && !is_full()) {
+    return (seen & type.required_attributes) == type.required_attributes &&
+           read_content(self, content.content(), tag);
+  }
+  const Scope scope(*this);
+  bool is_empty = false;
+  if (scope.is_too_deep()) return false;
+  if (!is_plain) {
+    if (!scan_tag(&is_empty)) return false;
+    // A declaration holds for the attributes before it as well.
+    if (seen != 0) last_name_ns_id_ = default_ns_id_;
+    if (!apply_attributes(self, type, &seen)) return false;
   }
   return read_opened(self, type, tag, seen, is_empty);
 }
@@ -251,29 +401,17 @@ bool StrictReader::read_opened(Object& self, const Class& type, Tag tag, std::ui
     return is_empty || (find_tag() && next_ == Next::end_tag && take_end_tag(tag.view()));
   }
   const Class& content = type.content_class();
-  if (content.shape == Shape::simple) return read_content(self, content.content(), tag, is_empty);
+  if (content.shape == Shape::simple) {
+    if (!is_empty) return read_content(self, content.content(), tag);
+    last_value_ = {};
+    return parse_into(self, content.content(), {}, &pool_, refuse_) == lmx::elmx_ok;
+  }
   if (is_empty) return !type.is(Class::k_wants_content);
   if (!find_tag()) return false;
   if (next_ == Next::start_tag) {
     return read_children(self, content, seen) && take_end_tag(tag.view());
   }
   return !type.is(Class::k_wants_content) && take_end_tag(tag.view());
-}
-
-bool StrictReader::read_content(Object& self, const Row& row, Tag tag, bool is_empty) {
-  std::string_view text;
-  if (is_empty) {
-    last_value_ = text;
-    return parse_into(self, row, text, &pool_, refuse_) == lmx::elmx_ok;
-  }
-  if (row.kind == Kind::real) {
-    if (!read_real(row, &row.field<double>(self))) return false;
-    Head::touch(self, row.bit);
-  } else if (!take_content(whitespace_of(row), &text) ||
-             parse_into(self, row, text, &pool_, refuse_) != lmx::elmx_ok) {
-    return false;
-  }
-  return take_end_tag(tag.view());
 }
 
 bool StrictReader::read_children(Object& self, const Class& type, std::uint32_t seen) {
@@ -285,10 +423,10 @@ bool StrictReader::read_children(Object& self, const Class& type, std::uint32_t 
 bool StrictReader::read_rows(Object& self, const Class& type, std::uint32_t* seen) {
   if (type.base != nullptr && !read_rows(self, *type.base, seen)) return false;
   for (const Row& row : type.elements()) {
+    if (!begins_like(row)) continue;
     if (next_ == Next::end_tag) return true;
-    if (row.kind == Kind::member || row.kind == Kind::group) {
-      if (alternative_at(*row.type) == nullptr) continue;
-    } else if (row.kind != Kind::foreign && !is_at(row)) {
+    if (row.is_named() ? !is_at(row)
+                       : row.kind != Kind::foreign && alternative_at(*row.type) == nullptr) {
       continue;
     }
     if (!read_row(self, row)) return false;
@@ -456,35 +594,18 @@ bool StrictReader::read_mark(const Row& row) {
 // --- Values -----------------------------------------------------------------------------------------
 
 bool StrictReader::read_value(Object& self, const Row& row) {
-  if (row.kind == Kind::real && tag_of(row).name[tag_of(row).size] == '>') {
+  if (row.kind == Kind::real) {
     const Tag tag = tag_of(row);
-    last_name_ = tag.view();
-    last_name_ns_id_ = k_document_namespace_id;
-    at_ = tag.name + tag.size + 1;
-    if (!read_real(row, &row.field<double>(self)) || !take_end_tag(tag.view())) return false;
-    Head::touch(self, row.bit);
-    return true;
+    if (tag.name[tag.size] == '>') {
+      note_name(tag);
+      at_ = tag.name + tag.size + 1;
+      if (!read_real(row, &row.field<double>(self)) || !take_end_tag(tag.view())) return false;
+      Head::touch(self, row.bit);
+      return true;
+    }
   }
   std::string_view text;
-  return take_text(row, &text) && parse_into(self, row, text, &pool_, refuse_) == lmx::elmx_ok;
-}
-
-// The content of an element that holds a number, up to the end tag.
-bool StrictReader::read_real(const Row& row, double* out) {
-  double value = 0;
-  const char* const number_end = lmx::internal::read_plain_double(at_, end_, &value);
-  if (number_end == nullptr || number_end == end_ || *number_end != '<' ||
-      number_end + 1 == end_ || number_end[1] != '/') {
-    std::string_view text;
-    return take_content(lmx::elmx_collapse, &text) &&
-           parse(row, text, out, &pool_, refuse_) == lmx::elmx_ok;
-  }
-  last_value_ = view(at_, number_end);
-  last_mode_ = lmx::elmx_collapse;
-  at_ = number_end;
-  if (check(row, value) != lmx::elmx_ok) return false;
-  *out = value;
-  return true;
+  return take_text(row, &text) && store(self, row, text);
 }
 
 bool StrictReader::take_text(const Row& row, std::string_view* text) {
@@ -651,6 +772,7 @@ bool StrictReader::find_tag() {
     if (p[1] == '/') {
       at_ = p;
       next_ = Next::end_tag;
+      local_head_ = 0;  // which is no name's
       return true;
     }
     if (p[1] != '!' && p[1] != '?') break;
@@ -663,7 +785,7 @@ bool StrictReader::find_tag() {
   }
   at_ = p;
   next_ = Next::start_tag;
-  local_head_ = 0;  // which is no name's
+  local_head_ = 0;
   if (is_near_end(2 * k_word + prefix_.size())) {
     // Too near to look at whole words: only a document of a few bytes has such a tag.
     return depth_ == 0;
@@ -677,64 +799,20 @@ bool StrictReader::find_tag() {
   return true;
 }
 
-const Row* StrictReader::alternative_at(const Class& type) const {
-  for (const Row& row : type.alternatives()) {
-    if (is_at(row)) return &row;
+// Documents repeat themselves: what followed an alternative the last time is a good guess.
+const Row* StrictReader::alternative_at(const Class& type) {
+  const Rows rows = type.alternatives();
+  const auto is_one = [rows](const Row* row) { return row >= rows.first && row < rows.last; };
+  if (local_ == matched_at_ && is_one(matched_)) return matched_;
+  const Row* found = matched_ == nullptr ? nullptr : followers_[matched_->bit];
+  if (!is_one(found) || !is_at(*found)) {
+    found = std::find_if(rows.first, rows.last, [this](const Row& row) { return is_at(row); });
+    if (found == rows.last) return nullptr;
   }
-  return nullptr;
-}
-
-// The rest of a start tag as most are: a blank before each attribute of the class, double quotes, and
-// values that stand as they are. False where it is not so, before the first that is otherwise.
-bool StrictReader::take_plain_attributes(Object& self, const Class& type, std::uint32_t* seen) {
-  while (*at_ == ' ' && !is_near_end(4 * k_word)) {
-    const Row* const row = attribute_at(type, at_ + 1);
-    if (row == nullptr) return false;
-    const std::uint32_t flag = std::uint32_t{1} << row->bit;
-    const char* const name = at_ + 1;
-    const char* const value = name + row->name_length + 2;
-    double number = 0;
-    const char* stop = nullptr;
-    if ((*seen & flag) != 0) return false;
-    if (row->kind == Kind::real &&
-        (stop = lmx::internal::read_plain_double(value, end_, &number)) != nullptr &&
-        stop != end_ && *stop == '"') {
-      if (check(*row, number) != lmx::elmx_ok) return false;
-      row->field<double>(self) = number;
-      Head::touch(self, row->bit);
-    } else {
-      stop = lmx::internal::pass_plain_value(value, end_);
-      if (stop == end_ || *stop != '"') return false;
-      const std::string_view text = view(value, stop);
-      if (whitespace_of(*row) != lmx::elmx_preserve && has_blank(text)) return false;
-      if (parse_into(self, *row, text, &pool_, refuse_) != lmx::elmx_ok) return false;
-    }
-    *seen |= flag;
-    last_mode_ = whitespace_of(*row);
-    last_value_ = view(value, stop);
-    last_name_ = {name, row->name_length};
-    last_name_ns_id_ = default_ns_id_;
-    at_ = stop + 1;
-  }
-  if (*at_ != '>') return false;
-  ++at_;
-  return true;
-}
-
-// The row of an attribute whose name and '="' stand here.
-const Row* StrictReader::attribute_at(const Class& type, const char* name) const {
-  const std::uint64_t head = load_word(name);
-  for (const Class* level = &type; level != nullptr; level = level->base) {
-    for (const Row& row : level->attributes()) {
-      const std::size_t length = row.name_length;
-      if (((head ^ row.head) & k_name_masks[std::min(length, k_word)]) == 0 &&
-          name[length] == '=' && name[length + 1] == '"' &&
-          (length <= k_word || is_equal_short(name, row.tag, length))) {
-        return &row;
-      }
-    }
-  }
-  return nullptr;
+  if (matched_ != nullptr) followers_[matched_->bit] = found;
+  matched_ = found;
+  matched_at_ = local_;
+  return found;
 }
 
 bool StrictReader::scan_tag(bool* is_empty) {
@@ -782,8 +860,10 @@ bool StrictReader::scan_attribute() {
 bool StrictReader::declare(const Attribute& attribute) {
   const std::string_view prefix =
       attribute.name.substr(std::min(attribute.name.size(), k_xmlns.size() + 1));
-  // References and line ends in it, or a prefix of the format with a new meaning, are rare enough.
-  if (attribute.value.find_first_of("&\r") != std::string_view::npos || prefix == "xml" ||
+  // References and line ends in it, a prefix of the format with a new meaning, and more of them than
+  // are looked through one by one, are rare enough.
+  constexpr std::size_t k_most = 32;
+  if (bindings_.size() == k_most || attribute.value.find_first_of("&\r") != std::string_view::npos || prefix == "xml" ||
       prefix.find(':') != std::string_view::npos) {
     return false;
   }

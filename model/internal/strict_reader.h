@@ -15,7 +15,10 @@
 #include <string_view>
 #include <vector>
 
+#include "lmx/internal/byte_buffer.h"
 #include "lmx/internal/pool.h"
+#include "lmx/internal/transcode.h"
+#include "lmx/reader.h"
 #include "lmx/tokeniser.h"
 #include "model/internal/document_namespace.h"
 #include "model/internal/object.h"
@@ -25,18 +28,17 @@ namespace zol_v2::internal {
 
 class StrictReader {
  public:
-  // UTF-8, with or without a mark; stays the caller's.
-  StrictReader(std::string_view text, Pool& pool) : text_(text), pool_(pool) {}
+  // In any encoding that a reader knows, with or without a mark. Stays the caller's; what is not
+  // UTF-8 is turned into it first.
+  StrictReader(std::string_view bytes, Pool& pool) : bytes_(bytes), pool_(pool) {}
 
   // False if the other road must be taken; the object then holds what was read so far.
   bool read(Object& self, const Class& type);
 
   // --- What the other road would have left in its reader ------------------------------------------
 
-  // Behind the root's end tag.
-  std::size_t size_read() const { return static_cast<std::size_t>(at_ - text_.data()); }
-  // Line ends that count twice, since they follow a name that only the character behind it ends.
-  int extra_lines() const { return extra_lines_; }
+  // Up to behind the root's end tag.
+  lmx::internal::SourceBytes bytes_read() const;
   // The name in the root's end tag, the last value, and the last name of an element or attribute.
   std::string_view end_name() const { return root_name_; }
   std::string_view last_value() const { return last_value_; }
@@ -67,11 +69,13 @@ class StrictReader {
   class Entries;
 
   // --- Objects
+  bool open();
+  bool go_on_in(lmx::internal::SourceEncoding encoding);
   bool read_root(Object& self, const Class& type);
   // From behind the name of the start tag to behind the end tag.
   bool read_object(Object& self, const Class& type, Tag tag);
   bool read_opened(Object& self, const Class& type, Tag tag, std::uint32_t seen, bool is_empty);
-  bool read_content(Object& self, const Row& row, Tag tag, bool is_empty);
+  bool read_content(Object& self, const Row& row, Tag tag);
   bool read_children(Object& self, const Class& type, std::uint32_t seen);
   bool read_rows(Object& self, const Class& type, std::uint32_t* seen);
   bool read_row(Object& self, const Row& row);
@@ -84,6 +88,7 @@ class StrictReader {
 
   // --- Values
   bool read_value(Object& self, const Row& row);
+  bool store(Object& self, const Row& row, std::string_view text);
   bool read_real(const Row& row, double* out);
   // The text of the simple element at hand, its white space treated.
   bool take_text(const Row& row, std::string_view* text);
@@ -96,8 +101,9 @@ class StrictReader {
   // --- Tags
   // Moves to the next tag. False for anything but white space, comments and instructions before it.
   bool find_tag();
+  bool begins_like(const Row& row) const { return ((local_head_ ^ row.head) & row.filled) == 0; }
   bool is_at(const Row& row) const;
-  const Row* alternative_at(const Class& type) const;
+  const Row* alternative_at(const Class& type);
   Tag tag_of(const Row& row) const { return {at_ + 1, prefix_.size() + row.name_length}; }
   // The rest of a start tag. Declarations take effect.
   bool take_plain_attributes(Object& self, const Class& type, std::uint32_t* seen);
@@ -131,16 +137,23 @@ class StrictReader {
   void count_pushed_back() {
     if (*at_ == '\n' || (*at_ == '\r' && !is_near_end(1) && at_[1] == '\n')) ++extra_lines_;
   }
+  // Would another element be too deep?
+  bool is_full() const { return depth_ >= lmx::internal::ElementDepthGuard::k_max_depth; }
   bool is_near_end(std::size_t size) const { return static_cast<std::size_t>(end_ - at_) <= size; }
 
-  const std::string_view text_;
+  const std::string_view bytes_;
   Pool& pool_;
+  // Of another encoding: the text from transcoded_at_ on in UTF-8. The encodings are numbered as the
+  // getter does.
+  lmx::internal::ByteBuffer transcoded_{0};
+  std::size_t transcoded_at_ = 0;
+  int encoding_ = 2;
   const char* at_ = nullptr;
   const char* end_ = nullptr;
 
   // The tag that find_tag() found: at_ is its "<".
   Next next_ = Next::start_tag;
-  const char* local_ = nullptr;  // the local name of a start tag with the prefix,
+  const char* local_ = nullptr;   // the local name of a start tag with the prefix,
   std::uint64_t local_head_ = 0;  // its first bytes, and 0 for a tag without
 
   // How a start tag of the format begins: "<" and the prefix with its colon, or as much of that as a
@@ -154,6 +167,10 @@ class StrictReader {
   std::vector<Attribute> attributes_;
   std::vector<void*> entries_;  // of the lists that are being read
   std::string treated_;         // a value that does not stand in the text as it is
+  // The alternative that was found last, where, and what came after each the last time.
+  const Row* matched_ = nullptr;
+  const char* matched_at_ = nullptr;
+  const Row* followers_[256] = {};
   bool pending_space_ = false;
   int depth_ = 0;
   RefuseFaults refuse_;
@@ -163,7 +180,7 @@ class StrictReader {
   lmx::elmx_whitespace last_mode_ = lmx::elmx_preserve;
   std::string_view last_name_;
   int last_name_ns_id_ = 0;
-  int extra_lines_ = 0;
+  int extra_lines_ = 0;  // line ends that count twice, since only they end the name before them
   std::vector<std::string> declared_;
 };
 

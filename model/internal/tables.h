@@ -47,7 +47,7 @@ struct EnumTable {
 
 // What a row holds, and so how it is stored. A list stores pointers to values of these types.
 enum class Kind : unsigned char {
-  text,        // std::wstring; in an optional row a pointer, null until it is wanted
+  text,        // Text; in a list and an alternative std::wstring
   enumerated,  // const std::wstring*, into the table or to a text of its own
   real,        // double
   int32,       // int
@@ -71,22 +71,25 @@ enum class End : unsigned char { none, inclusive, strict };
 enum class NamedType : unsigned char { no, optional, required };
 
 struct Row {
-  const char* tag;          // as it is written: "Zol:Red", an attribute without the prefix
-  std::uint64_t head = 0;   // the first eight bytes of the name, and the last eight of a longer one
+  const char* tag;  // as it is written: "Zol:Red", an attribute without the prefix
+  // The first eight bytes of the name, those of them that it fills, and the last eight of a longer
+  // one. A row that has no element of its own fills none, so that anything begins like it.
+  std::uint64_t head = 0;
+  std::uint64_t filled = 0;
   std::uint64_t tail = 0;
   const Class* type = nullptr;  // of objects, members and groups
   const EnumTable* enumeration = nullptr;
   double lower = 0;
   double upper = 0;
-  const char* unit = nullptr;   // as in "nm", null for none
-  const char* note = nullptr;   // what the row is for, if its name does not say it
-  std::uint16_t offset = 0;     // of the field in the object
+  const char* unit = nullptr;  // as in "nm", null for none
+  const char* note = nullptr;  // what the row is for, if its name does not say it
+  std::uint16_t offset = 0;    // of the field in the object
   std::uint16_t event = 0;
   std::uint16_t line = 0;  // of this row in the source, for error handlers
   Place place;
   Kind kind;
   std::uint8_t name_length = 0;
-  std::uint8_t bit = 0;  // its flag in the object, from 1; the selection of an alternative
+  std::uint8_t bit = 0;     // its flag in the object, from 1; the selection of an alternative
   std::uint8_t length = 0;  // exactly so many characters, 0 for any number
   End lower_end = End::none;
   End upper_end = End::none;
@@ -108,8 +111,9 @@ struct Row {
         kind(what) {
     const std::string_view text = name_of(tag, at);
     name_length = static_cast<std::uint8_t>(text.size());
-    for (std::size_t i = 0; i < text.size() && i < 8; ++i) {
+    for (std::size_t i = 0; i < text.size() && i < 8 && is_named(); ++i) {
       head |= byte(text[i]) << (8 * i);
+      filled |= std::uint64_t{0xFF} << (8 * i);
     }
     for (std::size_t i = 0; i < 8 && text.size() > 8; ++i) {
       tail |= byte(text[text.size() - 8 + i]) << (8 * i);
@@ -117,12 +121,18 @@ struct Row {
   }
 
   // The words of a table, each a row with one thing more.
-  constexpr Row required() const { return with([](Row& row) { row.is_required = true; }); }
-  constexpr Row list() const { return with([](Row& row) { row.is_list = true; }); }
+  constexpr Row required() const {
+    return with([](Row& row) { row.is_required = true; });
+  }
+  constexpr Row list() const {
+    return with([](Row& row) { row.is_list = true; });
+  }
   constexpr Row number(unsigned value) const {
     return with([=](Row& row) { row.bit = static_cast<std::uint8_t>(value); });
   }
-  constexpr Row of(const Class& value) const { return with([&](Row& row) { row.type = &value; }); }
+  constexpr Row of(const Class& value) const {
+    return with([&](Row& row) { row.type = &value; });
+  }
   constexpr Row of(const EnumTable& value) const {
     return with([&](Row& row) { row.enumeration = &value; });
   }
@@ -138,33 +148,47 @@ struct Row {
       row.upper_end = end;
     });
   }
-  constexpr Row on_read() const { return with([](Row& row) { row.lower_on_read = true; }); }
+  constexpr Row on_read() const {
+    return with([](Row& row) { row.lower_on_read = true; });
+  }
   constexpr Row characters(unsigned value) const {
     return with([=](Row& row) { row.length = static_cast<std::uint8_t>(value); });
   }
-  constexpr Row collapsed() const { return with([](Row& row) { row.collapses = true; }); }
+  constexpr Row collapsed() const {
+    return with([](Row& row) { row.collapses = true; });
+  }
   constexpr Row named(NamedType value) const {
     return with([=](Row& row) { row.named_type = value; });
   }
-  constexpr Row adopting() const { return with([](Row& row) { row.is_adopting = true; }); }
+  constexpr Row adopting() const {
+    return with([](Row& row) { row.is_adopting = true; });
+  }
   constexpr Row starts_at(unsigned value) const {
     return with([=](Row& row) { row.initial = static_cast<std::uint8_t>(value); });
   }
-  constexpr Row in(const char* value) const { return with([=](Row& row) { row.unit = value; }); }
+  constexpr Row in(const char* value) const {
+    return with([=](Row& row) { row.unit = value; });
+  }
   constexpr Row about(const char* value) const {
     return with([=](Row& row) { row.note = value; });
   }
 
   constexpr std::string_view name() const { return name_of(tag, place); }
-  bool is_simple() const { return kind < Kind::object; }
-  // Groups and members of substitution groups have no element of their own, content no name.
-  bool is_named() const {
-    return place != Place::content && kind != Kind::member && kind != Kind::group &&
-           kind != Kind::foreign;
+  constexpr bool is_simple() const { return kind < Kind::object; }
+  // Whether its field is a pointer or a list of them, and so owns what stands on the heap.
+  constexpr bool is_pointer() const {
+    if (place == Place::alternative || kind == Kind::mark) return false;
+    if (is_list || kind == Kind::enumerated || kind == Kind::text) return true;
+    return !is_in_place() && (kind == Kind::object || kind == Kind::member);
   }
-  bool is_in_place() const {
+  // Groups and members of substitution groups have no element of their own, content no name.
+  constexpr bool is_named() const {
+    const bool is_transparent = kind > Kind::object && kind < Kind::mark;
+    return !is_transparent && place != Place::content;
+  }
+  constexpr bool is_in_place() const {
     return !is_list && is_required && place != Place::alternative &&
-           (kind == Kind::object || kind == Kind::group || kind == Kind::text);
+           (kind == Kind::object || kind == Kind::group);
   }
   template <class T>
   T& field(Object& self) const {
@@ -249,12 +273,13 @@ struct Class {
   std::uint32_t required_to_read = 0;
   std::uint32_t required_attributes = 0;
   std::uint32_t flags = 0;
+  std::uint32_t pointers = 0;  // a bit for each row of its own, in order, that is_pointer()
   unsigned marks = 0;
-  const char* type_name = nullptr;          // of a polymorphic class, as xsi:type has it
-  const char* const* identity = nullptr;    // where such a class keeps its id
-  const Class* const* factory = nullptr;    // what xsi:type may name, up to a null
-  const Family* family = nullptr;           // of a polymorphic class, and of a holder's members
-  const char* note = "";                    // what the class is for
+  const char* type_name = nullptr;        // of a polymorphic class, as xsi:type has it
+  const char* const* identity = nullptr;  // where such a class keeps its id
+  const Class* const* factory = nullptr;  // what xsi:type may name, up to a null
+  const Family* family = nullptr;         // of a polymorphic class, and of a holder's members
+  const char* note = "";                  // what the class is for
 
   constexpr Class(const char* is_called, Shape built, unsigned at, Making made)
       : name(is_called), making(made), number(static_cast<std::uint16_t>(at)), shape(built) {}
@@ -270,6 +295,9 @@ struct Class {
       type.attribute_count = static_cast<std::uint8_t>(attributes);
       type.element_count = static_cast<std::uint8_t>(elements);
       type.rest_count = static_cast<std::uint8_t>(rest);
+      for (unsigned i = 0; i < attributes + elements + rest; ++i) {
+        if (first[i].is_pointer()) type.pointers |= std::uint32_t{1} << i;
+      }
     });
   }
   constexpr Class wants(std::uint32_t set, std::uint32_t read, std::uint32_t attributes,
@@ -307,9 +335,7 @@ struct Class {
   }
 
   Rows attributes() const { return {rows, rows + attribute_count}; }
-  Rows elements() const {
-    return {rows + attribute_count, rows + attribute_count + element_count};
-  }
+  Rows elements() const { return {rows + attribute_count, rows + attribute_count + element_count}; }
   Rows alternatives() const {
     return {rows + attribute_count + element_count,
             rows + attribute_count + element_count + rest_count};

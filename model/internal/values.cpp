@@ -182,26 +182,13 @@ elmx_error parse_datetime(std::string_view text, lmx::c_datetime& out, Faults& f
 }
 
 elmx_error parse_binary(std::string_view text, lmx::c_binary& out, Faults& faults) {
-  if (!lmx::internal::is_valid_base64(text)) {
-    if (const elmx_error error = faults.judge(lmx::elmx_bad_value_format)) return error;
-  }
+  if (lmx::internal::read_base64(text, &out)) return lmx::elmx_ok;
+  if (const elmx_error error = faults.judge(lmx::elmx_bad_value_format)) return error;
   out.from_base64(std::string(text));
   return lmx::elmx_ok;
 }
 
 }  // namespace
-
-elmx_error check(const Row& row, double value) {
-  if (row.lower_end != End::none &&
-      !(row.lower_end == End::strict ? value > row.lower : value >= row.lower)) {
-    return lmx::elmx_value_too_small;
-  }
-  if (row.upper_end != End::none &&
-      !(row.upper_end == End::strict ? value < row.upper : value <= row.upper)) {
-    return lmx::elmx_value_too_big;
-  }
-  return lmx::elmx_ok;
-}
 
 elmx_error check_setter(const Row& row, std::int64_t value) {
   IntegerBounds bounds = bounds_of(row);
@@ -240,11 +227,7 @@ elmx_error parse(const Row& row, std::string_view text, void* field, Pool* pool,
 elmx_error parse_into(Object& self, const Row& row, std::string_view text, Pool* pool,
                       Faults& faults) {
   void* field = &row.field<char>(self);
-  if (row.kind == Kind::text && !row.is_in_place()) {
-    std::wstring*& held = row.field<std::wstring*>(self);
-    if (held == nullptr) held = make_owned_in<std::wstring>(pool).release();
-    field = held;
-  }
+  if (row.kind == Kind::text) field = &row.field<Text>(self).make(pool);
   if (const elmx_error error = parse(row, text, field, pool, faults)) return error;
   Head::touch(self, row.bit);
   return lmx::elmx_ok;

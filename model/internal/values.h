@@ -12,7 +12,17 @@
 namespace zol_v2::internal {
 
 // The bounds of a row: 0, or the code of the first that fails. A NaN is outside of every bound.
-lmx::elmx_error check(const Row& row, double value);
+inline lmx::elmx_error check(const Row& row, double value) {
+  if (row.lower_end != End::none &&
+      !(row.lower_end == End::strict ? value > row.lower : value >= row.lower)) {
+    return lmx::elmx_value_too_small;
+  }
+  if (row.upper_end != End::none &&
+      !(row.upper_end == End::strict ? value < row.upper : value <= row.upper)) {
+    return lmx::elmx_value_too_big;
+  }
+  return lmx::elmx_ok;
+}
 // What a setter tests; the schema frees some lower bounds from it.
 lmx::elmx_error check_setter(const Row& row, std::int64_t value);
 
@@ -40,7 +50,7 @@ class RefuseFaults final : public Faults {
 };
 
 // Checks the text of a value, whose white space was treated, and stores it in `field`, which is of
-// the type that the row's kind says: a std::wstring also for an optional text. 0, or a code that
+// the type that the row's kind says: a std::wstring for a text. 0, or a code that
 // stands; the field is then as it was, or holds what a fault that was waived has left.
 lmx::elmx_error parse(const Row& row, std::string_view text, void* field, Pool* pool,
                       Faults& faults);

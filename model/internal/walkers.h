@@ -41,8 +41,9 @@ ZOL_API bool is_member(const Class& type, lmx::c_xml_reader& reader);
 // holds. 46 with nothing written if a required row is missing, or the code of a child.
 ZOL_API lmx::elmx_error write_element(const Object& self, const Class& type,
                                       lmx::c_xml_writer& writer, const char* name);
-// The value of a simple row as a document has it. `field` is where the row keeps it, in an object, a
-// slot or a list.
+// The value of a simple row as a document has it: in its own field, or where an alternative or an
+// entry of a list has it, which is what `field` points to.
+void write_field(lmx::internal::WriteBlock& block, const Object& self, const Row& row);
 void write_value(lmx::internal::WriteBlock& block, const Row& row, const void* field);
 
 // --- Whole documents (documents.cpp) --------------------------------------------------------------

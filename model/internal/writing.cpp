@@ -34,11 +34,8 @@ void close_tag(WriteBlock& block, std::string_view tag) {
 
 std::string_view tag_of(const Row& row) { return {row.tag, row.name_length + std::size_t{4}}; }
 
-// What `field` of write_value is for a row with a field of its own.
+// What `field` of write_value is for a row with a field of its own, which is no text.
 const void* value_of(const Object& self, const Row& row) {
-  if (row.kind == Kind::text && !row.is_in_place()) {
-    return &text_of(row.field<std::wstring*>(self));
-  }
   if (row.kind == Kind::enumerated) return &text_of(row.field<const std::wstring*>(self));
   return &row.field<char>(self);
 }
@@ -57,14 +54,19 @@ const void* value_of(const Slot& slot, Kind kind) {
   }
 }
 
-void write_simple(c_xml_writer& writer, const Row& row, const void* field) {
+template <class Write>
+void write_line(c_xml_writer& writer, const Row& row, const Write& write) {
   writer.begin_line();
   WriteBlock& block = writer.block();
   open_tag(block, tag_of(row));
   block.append('>');
-  write_value(block, row, field);
+  write(block);
   close_tag(block, tag_of(row));
   writer.end_line();
+}
+
+void write_simple(c_xml_writer& writer, const Row& row, const void* field) {
+  write_line(writer, row, [&](WriteBlock& block) { write_value(block, row, field); });
 }
 
 void write_foreign(c_xml_writer& writer, const PointerList& list) {
@@ -102,7 +104,7 @@ elmx_error write_row(const Object& self, c_xml_writer& writer, const Row& row) {
   }
   if (!row.is_required && !Head::has(self, row.bit)) return lmx::elmx_ok;
   if (row.is_simple()) {
-    write_simple(writer, row, value_of(self, row));
+    write_line(writer, row, [&](WriteBlock& block) { write_field(block, self, row); });
     return lmx::elmx_ok;
   }
   const Object* const child =
@@ -160,12 +162,23 @@ void write_attributes(const Object& self, const Class& type, WriteBlock& block) 
     block.append(' ');
     block.append(row.name());
     block.append(std::string_view("=\""));
-    write_value(block, row, value_of(self, row));
+    write_field(block, self, row);
     block.append('"');
   }
 }
 
 }  // namespace
+
+void write_field(WriteBlock& block, const Object& self, const Row& row) {
+  if (row.kind != Kind::text) return write_value(block, row, value_of(self, row));
+  const Text& text = row.field<Text>(self);
+  std::string_view utf8;
+  if (text.get_narrow(&utf8)) {
+    block.append_escaped(utf8);
+  } else {
+    block.append_escaped(text.get());
+  }
+}
 
 void write_value(WriteBlock& block, const Row& row, const void* field) {
   switch (row.kind) {
@@ -227,7 +240,7 @@ elmx_error write_element(const Object& self, const Class& type, c_xml_writer& wr
   block.append('>');
   const Class& root = type.content_class();
   if (root.shape == Shape::simple) {
-    write_value(block, root.content(), value_of(self, root.content()));
+    write_field(block, self, root.content());
   } else {
     writer.end_line();
     writer.indent();

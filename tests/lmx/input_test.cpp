@@ -127,6 +127,40 @@ TEST(CharacterInput, NormalisesLineEnds) {
   }
 }
 
+// From memory characters come out of pieces, byte by byte they do not; the sum of what was read may
+// not tell them apart, also where the encoding turns out to be another.
+TEST(CharacterInput, CountsTheBytesThatWereRead) {
+  const std::string text =
+      "<\xC3\xA9\xE2\x82\xAC\xF0\x9D\x84\x9E z\r\n and more of it than a block";
+  const struct {
+    std::string bytes;
+    const char* name;
+  } k_rows[] = {
+      {to_utf16(text, false, true), "UTF-16"},
+      {to_utf16(text, true, false), "UTF-16"},
+      {to_utf16(text, false, true), "ISO-10646-UCS-2"},
+      {text, "ISO-8859-1"},
+      {text, "UTF-8"},
+  };
+  for (const auto& row : k_rows) {
+    RecordingError error;
+    c_read_string memory(row.bytes);
+    ByteSource by_byte(row.bytes);
+    c_get_as_utf8 in_pieces(memory, error);
+    c_get_as_utf8 one_by_one(by_byte, error);
+    for (int i = 0, c = 0; c >= 0; ++i) {
+      c = in_pieces.get();
+      ASSERT_EQ(one_by_one.get(), c) << row.name << " " << i;
+      ASSERT_EQ(in_pieces.bytes_read(), one_by_one.bytes_read()) << row.name << " " << i;
+      if (i == 0) {
+        EXPECT_TRUE(in_pieces.set_encoding(row.name));
+        EXPECT_TRUE(one_by_one.set_encoding(row.name));
+      }
+    }
+    EXPECT_EQ(in_pieces.bytes_read(), row.bytes.size()) << row.name;
+  }
+}
+
 TEST(CharacterInput, DecodesUtf16) {
   const std::string text = "<\xC3\xA9\xE2\x82\xAC\xF0\x9D\x84\x9E";
   for (const bool is_big_endian : {false, true}) {

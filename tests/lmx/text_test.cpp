@@ -4,6 +4,7 @@
 
 #include <cctype>
 #include <cmath>
+#include <iterator>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -71,6 +72,8 @@ TEST(TextTest, WidensUpToTheFirstFault) {
       {"high before four bytes", "\xED\xA0\x80\xF0\x90\x80\x80", L""},
       {"high at the end", "a\xED\xA0\x80", L"a"},
       {"lone low", "\xED\xB0\x80z", units({0xDC00, 'z'})},
+      {"overlong low after a high", "\xED\xA0\x80\xF0\x8D\xB0\x80z", units({0xD800, 0xDC00, 'z'})},
+      {"overlong high", "a\xF0\x8D\xA0\x80z", L"a"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(widened(row.utf8), row.text) << row.what;
@@ -131,6 +134,81 @@ TEST(TextTest, AppendsBehindWhatStands) {
   internal::append_narrow(&narrow, L"ab");
   internal::append_narrow(&narrow, L"\u00E9");
   EXPECT_EQ(narrow, "xab\xC3\xA9");
+}
+
+// By definition, character by character.
+std::wstring widened_slowly(const std::string& utf8) {
+  std::wstring out;
+  int high = 0;
+  for (std::size_t i = 0; i < utf8.size();) {
+    const auto lead = static_cast<unsigned char>(utf8[i]);
+    const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    int c;
+    if (utf8.size() - i < length || !utf8_to_unicode_char(&utf8[i], &c)) break;
+    const bool is_low = c >= 0xDC00 && c <= 0xDFFF;
+    if (high != 0 && !is_low) break;
+    if (high == 0 && c >= 0xD800 && c <= 0xDBFF) {
+      high = c;
+    } else if (c >= 0x10000) {
+      out += units({0xD7C0 + (c >> 10), 0xDC00 + (c & 0x3FF)});
+    } else {
+      if (high != 0) out += static_cast<wchar_t>(high);
+      out += static_cast<wchar_t>(c);
+      high = 0;
+    }
+    i += length;
+  }
+  return out;
+}
+
+std::string narrowed_slowly(const std::wstring& text) {
+  std::string out;
+  char buffer[5];
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    int c = static_cast<int>(text[i]);
+    if (c >= 0xD800 && c <= 0xDBFF && ++i < text.size() && text[i] >= 0xDC00 && text[i] <= 0xDFFF) {
+      c = 0x10000 + (c - 0xD800) * 0x400 + (static_cast<int>(text[i]) - 0xDC00);
+    }
+    out += unicode_char_to_utf8(c, buffer);
+  }
+  return out;
+}
+
+// Runs of one kind of character of many lengths, so that every block edge is met.
+TEST(TextTest, LongTextsAreConvertedAsTheirCharactersAre) {
+  const std::string sound[] = {"a",
+                               "<",
+                               "\xC3\xA9",
+                               "\xE2\x82\xAC",
+                               "\xF0\x9F\x8E\xA8",
+                               "\xED\xA0\x81\xED\xB0\x81",
+                               "\xED\xB0\x80"};
+  const std::string faults[] = {"\xFF", "\x80", "\xC3", "\xE2\x82", "\xED\xA0\x80"};
+  std::mt19937 random(1);
+  for (int round = 0; round < 3000; ++round) {
+    std::string utf8;
+    const unsigned kinds = 1 + random() % std::size(sound);
+    for (unsigned run = random() % 12; run != 0; --run) {
+      const std::string& character = sound[random() % kinds];
+      const unsigned count = random() % (random() % 8 == 0 ? 600 : 30);
+      for (unsigned i = 0; i < count; ++i) utf8 += character;
+    }
+    if (round % 3 == 0) {
+      utf8.insert(random() % (utf8.size() + 1), faults[random() % std::size(faults)]);
+    }
+    const std::wstring wide = widened(utf8);
+    ASSERT_EQ(wide, widened_slowly(utf8)) << round;
+    ASSERT_EQ(narrowed(wide), narrowed_slowly(wide)) << round;
+    const std::wstring cut = wide.substr(random() % (wide.size() + 1));
+    ASSERT_EQ(narrowed(cut), narrowed_slowly(cut)) << round;
+  }
+}
+
+TEST(TextTest, ALongTextHasNoSpareMemory) {
+  std::string utf8;
+  for (int i = 0; i < 5000; ++i) utf8 += i % 7 == 0 ? "\xF0\x9F\x8E\xA8" : "\xC3\xA9";
+  const std::wstring wide = convert_to_wide(utf8);
+  EXPECT_EQ(wide.capacity(), wide.size());
 }
 
 TEST(TextTest, CodePointsAtTheEdgesOfTheirLengths) {

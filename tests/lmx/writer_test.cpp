@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iomanip>
+#include <iterator>
 #include <limits>
 #include <locale>
+#include <random>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -256,6 +259,37 @@ TEST(ManipulatorTest, WritesWideText) {
   }
 }
 
+// Runs of one kind of character of many lengths, so that every edge of a block is met, and that of
+// the writer's store too.
+TEST(ManipulatorTest, LongTextsAreWrittenAsTheirCharactersAre) {
+  const std::wstring characters[] = {
+      L"a", L"&", L"\u00E9", L"<", L"\u20AC", std::wstring(1, wchar_t{0xDC00}), {0xD83C, 0xDFA8},
+      L"\""};
+  std::vector<std::string> bytes;
+  for (const auto& character : characters) {
+    bytes.push_back(streamed(c_as_xml<std::wstring>(character)));
+  }
+  std::mt19937 random(1);
+  for (int round = 0; round < 1000; ++round) {
+    std::wstring wide;
+    std::string narrow;
+    std::string expected;
+    for (unsigned run = random() % 16; run != 0; --run) {
+      const std::size_t kind = random() % std::size(characters);
+      for (unsigned i = random() % (run == 1 ? 2000 : 40); i != 0; --i) {
+        wide += characters[kind];
+        narrow += convert_to_narrow(characters[kind]);
+        expected += bytes[kind];
+      }
+    }
+    ASSERT_EQ(streamed(c_as_xml<std::wstring>(wide)), expected) << round;
+    ASSERT_EQ(streamed(c_as_xml<std::string>(narrow)), expected) << round;
+    wide += static_cast<wchar_t>(0xD800);
+    wide += L"lost behind the broken pair";
+    ASSERT_EQ(streamed(c_as_xml<std::wstring>(wide)), expected) << round;
+  }
+}
+
 TEST(ManipulatorTest, WritesNarrowTextAndTruthValues) {
   const std::string text("\"'&<> \xC3\xA9\xFF\0z", 10);
   const std::string bytes("&quot;&apos;&amp;&lt;> \xC3\xA9\xFF\0z", 27);
@@ -281,6 +315,18 @@ TEST(ManipulatorTest, WritesNumbersInTheStreamsFormatAndLeavesItsPrecision) {
          << c_as_xml<double>(0.0);
   EXPECT_EQ(stream.str(), "+0.50000000000000 INF 0.0");
   EXPECT_EQ(stream.precision(), 3);
+
+  struct Comma : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+  };
+  std::ostringstream other;
+  other.imbue(std::locale::classic());
+  other.fill('_');
+  other << std::setw(5) << c_as_xml<double>(0.5) << ' ' << std::setw(5) << c_as_xml<float>(0.0F)
+        << ' ' << c_as_xml<double>(0.5) << ' ' << std::uppercase << c_as_xml<double>(1e30);
+  other.imbue(std::locale(std::locale::classic(), new Comma));
+  other << std::nouppercase << ' ' << c_as_xml<double>(0.5) << ' ' << c_as_xml<double>(0.0);
+  EXPECT_EQ(other.str(), "__0.5 __0.0 0.5 1E+30 0,5 0.0");
 }
 
 TEST(WriteBlockTest, WritesNumbersAsTheStreamWould) {

@@ -1,10 +1,15 @@
 #include "port/files.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <clocale>
+#include <csignal>
+#include <thread>
 
 #include "support/files.h"
 
@@ -118,6 +123,30 @@ TEST(Files, SayHowAReadEnded) {
   close_handle(handle);
   EXPECT_EQ(read_handle(handle, buffer, 8), 0u);
   EXPECT_EQ(errno, EBADF);
+}
+
+TEST(Files, ReadOnAfterASignal) {
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  struct sigaction interrupts = {};
+  struct sigaction before = {};
+  interrupts.sa_handler = [](int) {};  // without SA_RESTART
+  ASSERT_EQ(::sigaction(SIGUSR1, &interrupts, &before), 0);
+  std::thread writer([pipe = ends[1], reader = ::pthread_self()] {
+    for (int i = 0; i < 10; ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(2));
+      ::pthread_kill(reader, SIGUSR1);
+      EXPECT_EQ(::write(pipe, "0123456789", 10), 10);
+    }
+    ::close(pipe);
+  });
+  std::FILE* const file = ::fdopen(ends[0], "rb");
+  char buffer[200];
+  EXPECT_EQ(read_file(file, buffer, sizeof buffer), 100u);
+  EXPECT_EQ(std::ferror(file), 0);
+  writer.join();
+  std::fclose(file);
+  ::sigaction(SIGUSR1, &before, nullptr);
 }
 
 TEST(Files, SplitPaths) {

@@ -1,5 +1,6 @@
 #include "support/files.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -40,6 +41,16 @@ std::vector<std::string> TempDir::names() const {
   }
   std::sort(names.begin(), names.end());
   return names;
+}
+
+bool TempDir::takes_nameless_files() const {
+#if defined(O_TMPFILE)
+  const int file = ::open(path_.c_str(), O_TMPFILE | O_RDWR, 0600);
+  if (file != -1) ::close(file);
+  return file != -1;
+#else
+  return false;
+#endif
 }
 
 void write_file(const std::string& path, const std::string& bytes) {

@@ -21,6 +21,8 @@ class TempDir {
   std::wstring wide(const std::string& name) const;
   // The names inside, sorted.
   std::vector<std::string> names() const;
+  // Whether its file system can hold a file that has no name yet.
+  bool takes_nameless_files() const;
 
  private:
   std::string path_;

@@ -481,23 +481,83 @@ def without_stamp(text):
 
 
 class ConvertTest(CommandTest):
-    def test_round_trip(self):
+    def test_text_is_copied(self):
+        exact = document(color().replace("53.2", "0.30000000000000004"))
+        cases = [path.read_bytes() for path in SAMPLES]
+        cases += [exact.encode(), exact.replace("UTF-8", "UTF-16").encode("utf-16")]
+        zipped, plain = self.directory / "a.zolz", self.directory / "b.zol"
+        for text in cases:
+            source = self.write(text)
+            with self.subTest(text[:200]):
+                self.expect(0, "convert", "--force", source, zipped)
+                with zipfile.ZipFile(zipped) as archive:
+                    self.assertEqual(archive.namelist(), ["a.zol"])
+                    self.assertEqual(archive.read("a.zol"), text)
+                self.expect(0, "convert", "--force", zipped, plain)
+                self.assertEqual(plain.read_bytes(), text)
+                self.assertEqual(self.expect(0, "convert", zipped, "-").stdout, text)
+                self.expect(0, "convert", "--force", "-", plain, data=zipped.read_bytes())
+                self.assertEqual(plain.read_bytes(), text)
+                self.assertEqual(sorted(file.name for file in self.directory.iterdir()),
+                                 ["a.zolz", "b.zol", "case.zol"])
+
+    def test_rewrite(self):
         for path in SAMPLES:
             with self.subTest(path.name):
                 zipped, plain = self.directory / "a.zolz", self.directory / "b.zol"
-                self.expect(0, "convert", "--force", path, zipped)
+                self.expect(0, "convert", "-fw", path, zipped)
                 self.expect(0, "convert", "--force", zipped, plain)
-                with zipfile.ZipFile(zipped) as archive:
-                    self.assertEqual(archive.namelist(), ["a.zol"])
-                    inner = archive.read("a.zol")
-                self.assertEqual(inner, plain.read_bytes())
+                inner = plain.read_bytes()
+                self.assertIn(b"<Zol:WriteSDKInformation>", inner)
                 self.expect(0, "validate", plain, zipped)
-                self.assertEqual(self.expect(0, "convert", zipped, "-").stdout, inner)
                 again = self.directory / "c.zol"
-                self.expect(0, "convert", "--force", "-", again, data=inner)
+                self.expect(0, "convert", "--rewrite", "--force", "-", again, data=inner)
                 self.assertEqual(without_stamp(again.read_bytes()), without_stamp(inner))
+                printed = self.expect(0, "convert", "--rewrite", zipped, "-").stdout
+                self.assertEqual(without_stamp(printed), without_stamp(inner))
+
+    def test_signals_leave_nothing(self):
+        source = self.write(document(*(color() for _ in range(20000))))
+        target = self.write("precious", "t.zolz")
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            for milliseconds in range(0, 200, 20):
+                process = subprocess.Popen([COMMAND, "convert", "-fw", source, target])
+                time.sleep(milliseconds / 1000)
+                process.send_signal(number)
+                status = process.wait(60)
+                self.assertIn(status, (0, -number))
                 self.assertEqual(sorted(file.name for file in self.directory.iterdir()),
-                                 ["a.zolz", "b.zol", "c.zol"])
+                                 ["case.zol", "t.zolz"])
+                if status != 0 and target.stat().st_size == 8:
+                    self.assertEqual(target.read_text(), "precious")
+                else:
+                    self.expect(0, "validate", target)
+                    target.write_text("precious")
+
+    def test_hangup_stays_ignored(self):
+        source = self.write(document(color()))
+        pid_file = self.directory / "out"
+        with open(pid_file, "wb") as out:
+            process = subprocess.Popen(
+                [COMMAND, "validate", "-"], stdin=subprocess.PIPE, stdout=out,
+                preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+            time.sleep(0.1)
+            process.send_signal(signal.SIGHUP)
+            process.communicate(source.read_bytes(), 60)
+        self.assertEqual(process.returncode, 0)
+
+    def test_reasons_of_archives(self):
+        path = self.directory / "x.zolz"
+        with zipfile.ZipFile(path, "w", zipfile.ZIP_LZMA) as archive:
+            archive.writestr("a.zol", document(color()))
+        packed = path.read_bytes()
+        for data, words in {packed: b"LZMA", packed[:-30]: b"Unusable archive",
+                            b"PK\5\6" + b"\0" * 18: b"no document"}.items():
+            path.write_bytes(data)
+            for arguments in (["validate", path], ["info", path], ["convert", path, "-"]):
+                with self.subTest(arguments):
+                    self.assertIn(words, self.expect(1, *arguments).stderr)
+        self.assertIn(b"LZMA", self.expect(1, "validate", "-", data=packed).stderr)
 
     def test_refuses_to_overwrite(self):
         target = self.write("precious", "t.zol")

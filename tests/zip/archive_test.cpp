@@ -139,6 +139,14 @@ TEST(Archive, AcceptsDataInFront) {
   EXPECT_EQ(read_bytes(raw.bytes()).data, "one");
 }
 
+TEST(Archive, FindsItsEndAcrossBlocks) {
+  constexpr std::size_t k_block = 0x8000;
+  for (std::size_t size = k_block - k_end_record - 5; size < k_block + 5; ++size) {
+    RawArchive raw = {{stored("one")}, {}, std::string(size, 'P'), ""};
+    EXPECT_EQ(read_bytes(raw.bytes()).data, "one") << size;
+  }
+}
+
 TEST(Archive, ReadsADescriptorEntry) {
   RawEntry entry = deflated("colours");
   entry.flags = 8;
@@ -194,6 +202,15 @@ std::vector<FaultCase> fault_cases() {
   RawArchive twins = {{stored("one"), stored("two")}, {}, "", ""};
   const std::string twin_bytes = twins.bytes();
   const std::size_t second = twin_bytes.find("PK\x01\x02", twin_bytes.find("PK\x01\x02") + 1);
+  // Room for large sizes in the local header, and small ones in the directory.
+  const auto wide = [](std::uint32_t extra_size, std::uint32_t extra_high) {
+    RawEntry entry = deflated("colours of all kinds");
+    const auto packed = static_cast<std::uint32_t>(entry.data.size());
+    entry.local_extra =
+        le16(1) + le16(16) + le32(extra_size) + le32(extra_high) + le32(packed) + le32(0);
+    const std::string raw = RawArchive{{entry}, {}, "", ""}.bytes();
+    return patched32(patched32(raw, 18, 0xFFFFFFFF), 22, 0xFFFFFFFF);
+  };
   RawArchive full = {{stored("one")}, {}, std::string(65'535, 'c'), "PK\x06\x07 in front"};
 
   return {
@@ -224,6 +241,10 @@ std::vector<FaultCase> fault_cases() {
       {"local compressed size", patched32(bytes, 18, 1), 101},
       {"local compressed size of 0", patched32(bytes, 18, 0), -1},
       {"local size", patched32(bytes, 22, 1), 101},
+      {"local sizes in a Zip64 record", wide(20, 0), -1},
+      {"another size in a Zip64 record", wide(21, 0), 101},
+      {"a size above 4 GiB in a Zip64 record", wide(20, 1), 101},
+      {"local sizes in no record", patched16(wide(20, 0), 35, 2), 101},
       {"local name over the end", patched16(bytes, 26, 0xFFFF), 101},
       {"encrypted", with(stored("secret"), [](RawEntry& e) { e.flags = 1; }), 112},
       {"unknown method", with(stored("shrunk"), [](RawEntry& e) { e.method = 14; }), 0},

@@ -54,6 +54,44 @@ class Damage : public testing::Test {
     EXPECT_TRUE(cause == 0 || is_listed(cause)) << what << " gives cause " << cause;
     archive.Close(CZipArchive::closeAfterException);
     ReadInPieces(bytes, what);
+    ReadInBothWays(bytes, what);
+  }
+
+  // What can be read whole comes to what it comes to by steps, for which a file too short to hold
+  // the entry is taken.
+  void ReadInBothWays(const std::string& bytes, const std::string& what) {
+    struct File : MemoryFile {
+      using MemoryFile::MemoryFile;
+      std::uint64_t GetLength() const override { return seems_empty ? 0 : bytes.size(); }
+      bool seems_empty = false;
+    };
+    const auto read = [&bytes](bool is_by_steps) {
+      File file(bytes);
+      CZipArchive archive;
+      ReadResult result;
+      result.cause = cause_of([&] {
+        archive.Open(file, CZipArchive::modeReadOnly);
+        const CZipFileHeader* const entry = archive.EntryAt(0);
+        if (entry == nullptr || !archive.CanHold(*entry)) return;
+        result.opened = archive.OpenEntry(0);
+        file.seems_empty = is_by_steps;
+        result.data.resize(entry->uncompressed_size);
+        const std::uint32_t got = archive.ReadEntry(result.data.data(), entry->uncompressed_size);
+        char more = 0;
+        result.whole = got == result.data.size() && archive.ReadEntry(&more, 1) == 0;
+        result.data.resize(got);
+        result.closed = archive.CloseEntry();
+      });
+      return result;
+    };
+    const ReadResult whole = read(false);
+    const ReadResult by_steps = read(true);
+    EXPECT_EQ(whole.cause, by_steps.cause) << what;
+    EXPECT_EQ(whole.whole, by_steps.whole) << what;
+    EXPECT_EQ(whole.closed, by_steps.closed) << what;
+    if (whole.cause == 0) {
+      EXPECT_EQ(whole.data, by_steps.data) << what;
+    }
   }
 
   // Without a look at the size that the header claims.

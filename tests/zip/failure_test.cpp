@@ -7,9 +7,9 @@
 #include <csignal>
 #include <new>
 
+#include "support/failing_memory.h"
 #include "support/files.h"
 #include "zip/archives.h"
-#include "zip/failing_memory.h"
 
 namespace {
 

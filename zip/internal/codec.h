@@ -26,6 +26,16 @@ class Codec {
   // The code for a call that got nowhere. The libraries have their own opinion of when that is an
   // error; for the driver it always is.
   virtual int stuck_code() const = 0;
+  // Reads a stream that is at hand whole, with room for exactly its bytes, if there is a quicker
+  // way than by steps. False, with the room in any state, unless everything is in order, the
+  // checksum too; the steps then say what is wrong.
+  virtual bool read_whole(const Window& window, std::uint32_t crc) {
+    (void)window;
+    (void)crc;
+    return false;
+  }
+  // Whether it is worth while to have the stream at hand.
+  virtual bool reads_whole() const { return false; }
   // The library's own clean-up, once; its result code. The destructor cleans up in any case.
   virtual int end() = 0;
 };

@@ -97,7 +97,7 @@ class ZOL_API Box : public internal::Plain {
   lmx::elmx_error set_Count(unsigned char value) { return set(*this, k_rows[2], value); }
 
   // Code: element, string, required, 1 character
-  const std::wstring& get_Code() const { return code_; }
+  const std::wstring& get_Code() const { return code_.get(); }
   lmx::elmx_error set_Code(const std::wstring& value) { return set(*this, k_rows[3], value); }
 
   // Weight: element, double, required, > 0, <= 2.5, unit kg, default 1.5
@@ -110,7 +110,7 @@ class ZOL_API Box : public internal::Plain {
   const std::wstring* grade_ = nullptr;
   const std::wstring* spare_ = internal::k_Grade.first + 0;
   unsigned char count_ = 0;
-  std::wstring code_;
+  internal::Text code_;
   double weight_ = 1.5;
 };
 
@@ -210,7 +210,7 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   lmx::elmx_error writeFile(const std::wstring& path) const;
 
   // Note: element, string, required. What "the\rest" means, a | b & c*.
-  const std::wstring& get_Note() const { return note_; }
+  const std::wstring& get_Note() const { return note_.get(); }
   lmx::elmx_error set_Note(const std::wstring& value) { return set(*this, k_rows[0], value); }
 
   // Stamp: element, dateTime, at least one
@@ -317,7 +317,7 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
  private:
   static const internal::Row k_rows[];
 
-  std::wstring note_;
+  internal::Text note_;
   internal::Values<lmx::c_datetime> stamp_;
   internal::Values<std::wstring> alias_;
   unsigned size_ = 0;
@@ -355,7 +355,7 @@ class ZOL_API Part : public internal::Plain {
   static const internal::Class k_class;
 
   // Unit: attribute, string, optional
-  const std::wstring& get_Unit() const { return internal::text_of(unit_); }
+  const std::wstring& get_Unit() const { return unit_.get(); }
   lmx::elmx_error set_Unit(const std::wstring& value) { return set(*this, k_rows[0], value); }
   bool isset_Unit() const { return has(1); }
   void unset_Unit() { drop(1); }
@@ -369,7 +369,7 @@ class ZOL_API Part : public internal::Plain {
  private:
   static const internal::Row k_rows[];
 
-  std::wstring* unit_ = nullptr;
+  internal::Text unit_;
   lmx::c_binary part_;
 };
 
@@ -466,7 +466,7 @@ class ZOL_API ShapeType : public internal::Polymorphic {
   }
 
   // Name: attribute, string, optional
-  const std::wstring& get_Name() const { return internal::text_of(name_); }
+  const std::wstring& get_Name() const { return name_.get(); }
   lmx::elmx_error set_Name(const std::wstring& value) { return set(*this, k_rows[0], value); }
   bool isset_Name() const { return has(1); }
   void unset_Name() { drop(1); }
@@ -483,7 +483,7 @@ class ZOL_API ShapeType : public internal::Polymorphic {
  private:
   static const internal::Row k_rows[];
 
-  std::wstring* name_ = nullptr;
+  internal::Text name_;
   internal::Object* choice_ = nullptr;
 };
 
