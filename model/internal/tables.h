@@ -70,6 +70,13 @@ enum class End : unsigned char { none, inclusive, strict };
 // Whether the element of an alternative names the type to build.
 enum class NamedType : unsigned char { no, optional, required };
 
+// A word of a table: a copy with one thing more.
+template <class T, class Change>
+constexpr T changed(T copy, const Change& change) {
+  change(copy);
+  return copy;
+}
+
 struct Row {
   const char* tag;  // as it is written: "Zol:Red", an attribute without the prefix
   // The first eight bytes of the name, those of them that it fills, and the last eight of a longer
@@ -122,55 +129,55 @@ struct Row {
 
   // The words of a table, each a row with one thing more.
   constexpr Row required() const {
-    return with([](Row& row) { row.is_required = true; });
+    return changed(*this, [](Row& row) { row.is_required = true; });
   }
   constexpr Row list() const {
-    return with([](Row& row) { row.is_list = true; });
+    return changed(*this, [](Row& row) { row.is_list = true; });
   }
   constexpr Row number(unsigned value) const {
-    return with([=](Row& row) { row.bit = static_cast<std::uint8_t>(value); });
+    return changed(*this, [=](Row& row) { row.bit = static_cast<std::uint8_t>(value); });
   }
   constexpr Row of(const Class& value) const {
-    return with([&](Row& row) { row.type = &value; });
+    return changed(*this, [&](Row& row) { row.type = &value; });
   }
   constexpr Row of(const EnumTable& value) const {
-    return with([&](Row& row) { row.enumeration = &value; });
+    return changed(*this, [&](Row& row) { row.enumeration = &value; });
   }
   constexpr Row from(double value, End end = End::inclusive) const {
-    return with([=](Row& row) {
+    return changed(*this, [=](Row& row) {
       row.lower = value;
       row.lower_end = end;
     });
   }
   constexpr Row to(double value, End end = End::inclusive) const {
-    return with([=](Row& row) {
+    return changed(*this, [=](Row& row) {
       row.upper = value;
       row.upper_end = end;
     });
   }
   constexpr Row on_read() const {
-    return with([](Row& row) { row.lower_on_read = true; });
+    return changed(*this, [](Row& row) { row.lower_on_read = true; });
   }
   constexpr Row characters(unsigned value) const {
-    return with([=](Row& row) { row.length = static_cast<std::uint8_t>(value); });
+    return changed(*this, [=](Row& row) { row.length = static_cast<std::uint8_t>(value); });
   }
   constexpr Row collapsed() const {
-    return with([](Row& row) { row.collapses = true; });
+    return changed(*this, [](Row& row) { row.collapses = true; });
   }
   constexpr Row named(NamedType value) const {
-    return with([=](Row& row) { row.named_type = value; });
+    return changed(*this, [=](Row& row) { row.named_type = value; });
   }
   constexpr Row adopting() const {
-    return with([](Row& row) { row.is_adopting = true; });
+    return changed(*this, [](Row& row) { row.is_adopting = true; });
   }
   constexpr Row starts_at(unsigned value) const {
-    return with([=](Row& row) { row.initial = static_cast<std::uint8_t>(value); });
+    return changed(*this, [=](Row& row) { row.initial = static_cast<std::uint8_t>(value); });
   }
   constexpr Row in(const char* value) const {
-    return with([=](Row& row) { row.unit = value; });
+    return changed(*this, [=](Row& row) { row.unit = value; });
   }
   constexpr Row about(const char* value) const {
-    return with([=](Row& row) { row.note = value; });
+    return changed(*this, [=](Row& row) { row.note = value; });
   }
 
   constexpr std::string_view name() const { return name_of(tag, place); }
@@ -206,12 +213,6 @@ struct Row {
   static constexpr std::string_view name_of(const char* tag, Place place) {
     const std::string_view text(tag);
     return place == Place::element || place == Place::alternative ? text.substr(k_prefix) : text;
-  }
-  template <class Change>
-  constexpr Row with(const Change& change) const {
-    Row result = *this;
-    change(result);
-    return result;
   }
 };
 
@@ -286,11 +287,11 @@ struct Class {
 
   // The words of a table, each a class with one thing more.
   constexpr Class derived_from(const Class& value) const {
-    return having([&](Class& type) { type.base = &value; });
+    return changed(*this, [&](Class& type) { type.base = &value; });
   }
   constexpr Class with(const Row* first, unsigned attributes, unsigned elements,
                        unsigned rest) const {
-    return having([=](Class& type) {
+    return changed(*this, [=](Class& type) {
       type.rows = first;
       type.attribute_count = static_cast<std::uint8_t>(attributes);
       type.element_count = static_cast<std::uint8_t>(elements);
@@ -302,7 +303,7 @@ struct Class {
   }
   constexpr Class wants(std::uint32_t set, std::uint32_t read, std::uint32_t attributes,
                         std::uint32_t all) const {
-    return having([=](Class& type) {
+    return changed(*this, [=](Class& type) {
       type.required = set;
       type.required_to_read = read;
       type.required_attributes = attributes;
@@ -310,28 +311,28 @@ struct Class {
     });
   }
   constexpr Class nilled_by(unsigned bit) const {
-    return having([=](Class& type) { type.nil_bit = static_cast<std::uint8_t>(bit); });
+    return changed(*this, [=](Class& type) { type.nil_bit = static_cast<std::uint8_t>(bit); });
   }
   constexpr Class unless(unsigned selection) const {
-    return having([=](Class& type) { type.none = static_cast<std::uint8_t>(selection); });
+    return changed(*this, [=](Class& type) { type.none = static_cast<std::uint8_t>(selection); });
   }
   constexpr Class typed(const char* text, const char* const& id) const {
-    return having([&](Class& type) {
+    return changed(*this, [&](Class& type) {
       type.type_name = text;
       type.identity = &id;
     });
   }
   constexpr Class of(const Family& value) const {
-    return having([&](Class& type) { type.family = &value; });
+    return changed(*this, [&](Class& type) { type.family = &value; });
   }
   constexpr Class building(const Class* const* types) const {
-    return having([=](Class& type) { type.factory = types; });
+    return changed(*this, [=](Class& type) { type.factory = types; });
   }
   constexpr Class marked(unsigned value) const {
-    return having([=](Class& type) { type.marks = value; });
+    return changed(*this, [=](Class& type) { type.marks = value; });
   }
   constexpr Class about(const char* text) const {
-    return having([=](Class& type) { type.note = text; });
+    return changed(*this, [=](Class& type) { type.note = text; });
   }
 
   Rows attributes() const { return {rows, rows + attribute_count}; }
@@ -360,14 +361,6 @@ struct Class {
     const Class* at = this;
     while (at != nullptr && at != &other) at = at->base;
     return at != nullptr;
-  }
-
- private:
-  template <class Change>
-  constexpr Class having(const Change& change) const {
-    Class result = *this;
-    change(result);
-    return result;
   }
 };
 

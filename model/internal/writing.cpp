@@ -84,8 +84,8 @@ elmx_error write_list(c_xml_writer& writer, const Row& row, const PointerList& l
   for (const void* const entry : list) {
     if (row.is_simple()) {
       write_simple(writer, row, entry);
-    } else if (const elmx_error error =
-                   write_tagged(*static_cast<const Object*>(entry), *row.type, writer, tag_of(row))) {
+    } else if (const elmx_error error = write_tagged(*static_cast<const Object*>(entry), *row.type,
+                                                     writer, tag_of(row))) {
       return error;
     }
   }
@@ -174,7 +174,7 @@ void write_attributes(const Object& self, const Class& type, WriteBlock& block) 
 }
 
 elmx_error write_tagged(const Object& self, const Class& type, c_xml_writer& writer,
-                         std::string_view tag) {
+                        std::string_view tag) {
   if (!is_occurs_ok(self, type)) return lmx::elmx_occurs_on_marshal;
   const lmx::internal::MarshalScope scope(writer);
   if (type.shape == Shape::holder || type.shape == Shape::anonymous) {

@@ -67,7 +67,12 @@ TEST(Memory, MayRunOutWhileReading) {
   const std::string expected = saved(loaded<Zol>(text));
   for (const std::string& body : {text, text.substr(0, text.size() - 1) + " a='1'>"}) {
     Zol object;
-    fail_each_allocation([&] { (void)object.unmarshal(body); }, [&](unsigned) { object.reset(); });
+    const std::ptrdiff_t blocks = count_blocks();
+    fail_each_allocation([&] { (void)object.unmarshal(body); },
+                         [&](unsigned number) {
+                           object.reset();
+                           EXPECT_EQ(count_blocks(), blocks) << "call " << number;
+                         });
     EXPECT_EQ(saved(object), expected);
   }
 }

@@ -327,6 +327,86 @@ TEST(TwoRoads, AreOneWhereverTheDocumentEnds) {
   }
 }
 
+// --- Encodings --------------------------------------------------------------------------------
+
+// Other encodings than UTF-8. Each byte of a text stands for the character of that number.
+struct Encoding {
+  const char* name;
+  std::string mark;
+  std::size_t width;
+  bool has_high_byte_first;
+};
+const Encoding k_encodings[] = {
+    {"ISO-8859-1", "", 1, false},    {"US-ASCII", "", 1, false}, {"UTF-16", "\xFF\xFE", 2, false},
+    {"UTF-16", "\xFE\xFF", 2, true}, {"UTF-16", "", 2, false},   {"UTF-16", "", 2, true},
+};
+
+// With a declaration in place of the text's own.
+std::string encoded(const std::string& text, const Encoding& encoding) {
+  const std::size_t declaration = text.find("<?xml");
+  const std::size_t begin = declaration < 4 ? text.find("?>", declaration) + 2 : 0;
+  std::string out = encoding.mark;
+  for (const char c : "<?xml version='1.0' encoding='"s + encoding.name + "'?>" +
+                          text.substr(std::min(begin, text.size()))) {
+    if (encoding.width == 2 && encoding.has_high_byte_first) out += '\0';
+    out += c;
+    if (encoding.width == 2 && !encoding.has_high_byte_first) out += '\0';
+  }
+  return out;
+}
+
+// Bytes that mean something, or nothing, in one of the encodings.
+const std::string k_raw_tokens[] = {
+    "\0"s,
+    "\0\0"s,
+    "\x85"s,
+    "\x85\0"s,
+    "\0\x85"s,
+    "\x28\x20"s,
+    "\x20\x28"s,
+    "\x0D\0\x0A\0"s,
+    "\0\x0D\0\x0A"s,
+    "\xFF\xFE"s,
+    "\xFE\xFF"s,
+    "\x3C\xD8\x42\xDF"s,
+    "\xD8\x3C\xDF\x42"s,
+    "\x3C\xD8"s,
+    "\xD8\x3C"s,
+    "\x42\xDF"s,
+    "\xDF\x42"s,
+    "\xFF\xFF"s,
+    "\xE9"s,
+    "\xE9\0"s,
+};
+
+TEST(TwoRoads, AreOneInEveryEncoding) {
+  constexpr std::size_t k_stride = 4001 * k_patience;
+  std::size_t count = 0;
+  for (const Specimen& specimen : specimens()) {
+    Search search(specimen.difference);
+    for (const Encoding& encoding : k_encodings) {
+      const std::string plain = encoded(specimen.text, encoding);
+      search.look_at(plain, encoding.name);
+      for (std::size_t at = 0; at <= specimen.text.size() && !search.is_over(); ++at) {
+        for (const std::string& token : k_tokens) {
+          if (++count % (3 * k_stride) != 0) continue;
+          search.look_at(
+              encoded(std::string(specimen.text).insert(at, adapted(token, specimen)), encoding),
+              "'" + escaped(token) + "' in " + encoding.name);
+        }
+      }
+      for (std::size_t at = 0; at <= plain.size() && !search.is_over(); ++at) {
+        for (const std::string& token : k_raw_tokens) {
+          if (++count % k_stride != 0) continue;
+          search.look_at(std::string(plain).insert(at, token),
+                         "'" + escaped(token) + "' in the bytes of " + encoding.name);
+          search.look_at(plain.substr(0, at), std::string("a cut in ") + encoding.name);
+        }
+      }
+    }
+  }
+}
+
 // --- Namespaces -------------------------------------------------------------------------------
 
 const char* const k_declarations[] = {

@@ -159,7 +159,6 @@ lmx::elmx_error read_watched(Document& document, std::string_view text, Handling
   tell(report, "gave", code);
   tell(report, " with", reader.get_error_message(&message));
   tell(report, " about", reader.get_error_item_name());
-  tell(report, " after bytes", static_cast<long long>(reader.bytes_read()));
   internal::tell_state(report, reader);
   for (int id = Document::ns_map()->ns_id; reader.find_namespace_from_id(id) != nullptr; ++id) {
     tell(report, "knows", reader.find_namespace_from_id(id));
