@@ -56,15 +56,7 @@ class Pool {
     return ::new (::operator new(sizeof(Header) + size)) Header{nullptr} + 1;
   }
   // For blocks of either kind; null is let pass.
-  static void release(void* block) noexcept {
-    if (block == nullptr) return;
-    Header* const header = static_cast<Header*>(block) - 1;
-    if (header->chunk == nullptr) {
-      ::operator delete(header);
-    } else {
-      header->chunk->give_up(1);
-    }
-  }
+  ZOL_API static void release(void* block) noexcept;
 
  private:
   struct Chunk {
@@ -73,9 +65,7 @@ class Pool {
 
     std::atomic<std::int64_t> live{k_open};
 
-    void give_up(std::int64_t count) {
-      if (live.fetch_sub(count, std::memory_order_acq_rel) == count) ::operator delete(this);
-    }
+    void give_up(std::int64_t count);
   };
   struct alignas(k_alignment) Header {
     Chunk* chunk;
@@ -87,10 +77,7 @@ class Pool {
 
   ZOL_API void add_chunk();
   // Leaves the chunk to its blocks.
-  void retire() {
-    if (chunk_ != nullptr) chunk_->give_up(Chunk::k_open - made_);
-    chunk_ = nullptr;
-  }
+  ZOL_API void retire();
 
   Chunk* chunk_ = nullptr;
   char* at_ = nullptr;

@@ -76,7 +76,7 @@ inline const char* pass_plain_value(const char* p, const char* end) {
 inline const char* pass_plain_run(const char* p, const char* end) {
   while (true) {
     p = pass_plain_ascii(p, end);
-    if (p == end) return p;
+    if (p == end || byte_at(p) < 0x80) return p;
     const int length = plain_sequence_length(p, end);
     if (length == 0) return p;
     p += length;

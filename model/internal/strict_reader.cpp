@@ -40,9 +40,17 @@ const char* skip_more_space(const char* p, const char* end) {
   return p;
 }
 
-// Most of it is one line end and an indentation, and mostly there is none.
+// Mostly there is none, or one line end and an indentation by tabs.
 inline const char* skip_space(const char* p, const char* end) {
-  if (p != end && byte_at(p) > ' ') return p;
+  if (p == end || byte_at(p) > ' ') return p;
+  if (*p == '\r') ++p;
+  if (end - p > static_cast<std::ptrdiff_t>(k_word) && *p == '\n') {
+    const std::uint64_t others = load_word(p + 1) ^ (lmx::internal::k_ones * '\t');
+    if (others != 0) {
+      const char* const stop = p + 1 + lmx::internal::lowest_byte(others);
+      if (byte_at(stop) > ' ') return stop;
+    }
+  }
   p = lmx::internal::pass_indentation(p, end);
   return p != end && byte_at(p) > ' ' ? p : skip_more_space(p, end);
 }
@@ -217,6 +225,20 @@ inline bool StrictReader::take_plain_attributes(Object& self, const Class& type,
   if (*at_ != '>') return false;
   ++at_;
   return true;
+}
+
+// The text up to the next tag, as the white-space mode has it.
+inline bool StrictReader::take_content(lmx::elmx_whitespace mode, std::string_view* text) {
+  last_mode_ = mode;
+  const char* const stop = pass_plain_run(at_, end_);
+  const std::string_view plain = view(at_, stop);
+  if (end_ - stop >= 2 && stop[0] == '<' && stop[1] == '/' &&
+      (mode == lmx::elmx_preserve || !has_blank(plain))) {
+    at_ = stop;
+    *text = last_value_ = plain;
+    return true;
+  }
+  return take_treated_content(mode, text);
 }
 
 // The content of an element that holds a number, up to the end tag.
@@ -630,17 +652,8 @@ bool StrictReader::take_text(const Row& row, std::string_view* text) {
   return take_content(whitespace_of(row), text) && take_end_tag(tag.view());
 }
 
-// The text up to the next tag, as the white-space mode has it.
-bool StrictReader::take_content(lmx::elmx_whitespace mode, std::string_view* text) {
-  last_mode_ = mode;
-  const char* const stop = pass_plain_run(at_, end_);
-  const std::string_view plain = view(at_, stop);
-  if (end_ - stop >= 2 && stop[0] == '<' && stop[1] == '/' &&
-      (mode == lmx::elmx_preserve || !has_blank(plain))) {
-    at_ = stop;
-    *text = last_value_ = plain;
-    return true;
-  }
+// A text that does not stand in the document as it is read.
+bool StrictReader::take_treated_content(lmx::elmx_whitespace mode, std::string_view* text) {
   treated_.clear();
   pending_space_ = false;
   const char* at = at_;
@@ -770,37 +783,48 @@ bool StrictReader::treat_reference(const char** at, const char* end, lmx::elmx_w
 // -------------------------------------------------------------------------------------------
 
 bool StrictReader::find_tag() {
-  const char* p = skip_space(at_, end_);
-  while (true) {
-    if (end_ - p < 4 || *p != '<') return false;
-    if (p[1] == '/') {
-      at_ = p;
-      next_ = Next::end_tag;
-      forget_name();
-      return true;
-    }
-    if (p[1] != '!' && p[1] != '?') break;
-    at_ = p;
-    // What begins like a declaration is taken for one.
-    if (p[1] == '!' ? !skip_comment()
-                    : view(p + 2, end_).substr(0, 3) == "xml" || !skip_instruction()) {
-      return false;
-    }
-    p = skip_space(at_, end_);
-  }
+  const char* const p = skip_space(at_, end_);
   at_ = p;
-  next_ = Next::start_tag;
-  forget_name();
-  if (is_near_end(2 * k_word + prefix_.size())) {
-    // Too near to look at whole words: only a document of a few bytes has such a tag.
-    return depth_ == 0;
-  }
-  if ((load_word(p) & prefix_mask_) != prefix_word_) return true;
-  if (prefix_.size() >= k_word && !is_equal_short(p + 1, prefix_.data(), prefix_.size())) {
+  if (is_near_end(2 * k_word + prefix_.size())) return find_other_tag();
+  const std::uint64_t word = load_word(p);
+  if ((word & prefix_mask_) == prefix_word_ && has_short_prefix_) {
+    next_ = Next::start_tag;
+    local_ = p + 1 + prefix_.size();
+    local_head_ = load_word(local_);
     return true;
   }
-  local_ = p + 1 + prefix_.size();
-  local_head_ = load_word(local_);
+  if ((word & 0xFFFF) == ('<' | '/' << 8)) {
+    next_ = Next::end_tag;
+    forget_name();
+    return true;
+  }
+  return find_other_tag();
+}
+
+// Whatever else may come: comments and instructions, a start tag with another prefix or a long one
+// or none, and tags so near to the end that no whole words can be looked at.
+bool StrictReader::find_other_tag() {
+  while (true) {
+    if (end_ - at_ < 4 || *at_ != '<') return false;
+    if (at_[1] == '!') {
+      if (!skip_comment()) return false;
+    } else if (at_[1] == '?') {
+      // What begins like a declaration is taken for one.
+      if (view(at_ + 2, end_).substr(0, 3) == "xml" || !skip_instruction()) return false;
+    } else {
+      break;
+    }
+    at_ = skip_space(at_, end_);
+  }
+  next_ = at_[1] == '/' ? Next::end_tag : Next::start_tag;
+  forget_name();
+  if (next_ == Next::end_tag) return true;
+  // Of start tags only the root of a document of a few bytes stands so near to the end.
+  if (is_near_end(2 * k_word + prefix_.size())) return depth_ == 0;
+  if (view(at_ + 1, end_).substr(0, prefix_.size()) == prefix_) {
+    local_ = at_ + 1 + prefix_.size();
+    local_head_ = load_word(local_);
+  }
   return true;
 }
 
@@ -1023,6 +1047,7 @@ bool StrictReader::set_prefix(std::string_view prefix) {
     return false;
   }
   prefix_ = prefix;
+  has_short_prefix_ = !prefix.empty() && prefix.size() < k_word;
   for (std::size_t i = 0; i < prefix.size() && i + 1 < k_word; ++i) {
     prefix_word_ |= std::uint64_t{byte_at(&prefix[i])} << (8 * (i + 1));
     prefix_mask_ = prefix_mask_ << 8 | 0xFF;

@@ -94,6 +94,7 @@ class StrictReader {
   // The text of the simple element at hand, its white space treated.
   bool take_text(const Row& row, std::string_view* text);
   bool take_content(lmx::elmx_whitespace mode, std::string_view* text);
+  bool take_treated_content(lmx::elmx_whitespace mode, std::string_view* text);
   bool treat(std::string_view source, lmx::elmx_whitespace mode);
   bool treat_markup(const char** at);
   bool treat_reference(const char** at, const char* end, lmx::elmx_whitespace mode);
@@ -102,6 +103,7 @@ class StrictReader {
   // --- Tags
   // Moves to the next tag. False for anything but white space, comments and instructions before it.
   bool find_tag();
+  bool find_other_tag();
   void forget_name() {
     local_ = nullptr;
     local_head_ = 0;  // which is no name's
@@ -166,6 +168,7 @@ class StrictReader {
   std::string_view prefix_;
   std::uint64_t prefix_word_ = '<';
   std::uint64_t prefix_mask_ = 0xFF;
+  bool has_short_prefix_ = false;  // which the word tells whole
 
   std::vector<Binding> bindings_;  // of the open elements, the innermost last
   int default_ns_id_ = 0;          // of a name without prefix

@@ -204,9 +204,9 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   // ".zol" for XML, ".zolz" for an archive; any other path gives 1001 and touches nothing.
   // An archive goes through a working file of the same name that ends in ".zol", overwriting
   // and then removing what stood there. A failed marshal removes the ".zol" file, which is
-  // truncated by then. Gives 0 for ".zol" in a directory that cannot be written, having
-  // written nothing; throws CZipException if an archive cannot be created. saveFile() has
-  // none of these edges.
+  // truncated by then. Gives 0 also if the ".zol" can't be made or written, and an archive then
+  // gets what stands there (see docs/formats.md); throws CZipException if an archive cannot be
+  // created. saveFile() has none of these edges.
   lmx::elmx_error writeFile(const std::wstring& path) const;
 
   // Note: element, string, required. What "the\rest" means, a | b & c*.
