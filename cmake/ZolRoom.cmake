@@ -41,6 +41,14 @@ function(zol_room name)
   target_link_libraries(zol_${name} PUBLIC ${ROOM_LIBRARIES})
 endfunction()
 
+# zol_small_code(SOURCES...): optimised for size in what is shipped.
+function(zol_small_code)
+  if(NOT MSVC)
+    set_source_files_properties(${ARGN} PROPERTIES
+      COMPILE_OPTIONS "$<$<CONFIG:Release>:-Os>")
+  endif()
+endfunction()
+
 # zol_test(NAME SOURCES... ROOMS ...): one GoogleTest program on the objects of the given rooms.
 # A program that lists no room is a client: it links the shared library alone. Each program is run a
 # second time under a locale whose decimal point is a comma.

@@ -127,6 +127,10 @@ struct SecondsFormat {
 
 // No float takes more characters than these and one for each place of the precision.
 char* put_float(char* out, float secs, const SecondsFormat& format) {
+  const bool is_usual = !format.is_fixed && format.precision == SecondsFormat().precision;
+  if (is_usual && std::isfinite(secs) && secs > 0.0f && !needs_fixed(secs)) {
+    return internal::format_seconds(secs, out);
+  }
   constexpr int k_room = 42;
   const auto notation =
       format.is_fixed || needs_fixed(secs) ? std::chars_format::fixed : std::chars_format::general;
@@ -139,10 +143,6 @@ char* put_secs(char* out, float secs, const SecondsFormat& format) {
     return put_two_digits(out, static_cast<std::uint32_t>(secs));
   }
   if (secs < 10.0f) *out++ = '0';
-  const bool is_usual = !format.is_fixed && format.precision == SecondsFormat().precision;
-  if (is_usual && std::isfinite(secs) && secs > 0.0f && !needs_fixed(secs)) {
-    return internal::format_seconds(secs, out);
-  }
   return put_float(out, secs, format);
 }
 
