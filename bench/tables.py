@@ -79,7 +79,15 @@ def write_table(counts):
     TABLE.write_text(TABLE_HEAD + f"# {compiler()}\n" + "\n".join(lines) + "\n")
 
 
+def counted_with():
+    """The compiler of the table."""
+    return next(line[2:] for line in TABLE.read_text().splitlines() if line.startswith("# c++"))
+
+
 def check(program):
+    if compiler() != counted_with():
+        print(f"Left out: the table was counted with {counted_with()}, and this is {compiler()}.")
+        return
     table = read_table()
     counts = count(program)
     failed = False
