@@ -652,6 +652,30 @@ TEST_F(Files, EachThreadHasItsOwn) {
   EXPECT_EQ(faults, std::vector<int>(8, 0));
 }
 
+// A text that was read becomes wide when it is first asked for, by whomever.
+TEST_F(Files, GiveTextsThatMayBeAskedForInAnyThread) {
+  ASSERT_EQ(saveFile(made(200), dir_.wide("x.zol")), lmx::elmx_ok);
+  const std::wstring name = made(200).get_Color(199).get_ColorName();
+  Zol document;
+  ASSERT_EQ(openFile(document, dir_.wide("x.zol")), lmx::elmx_ok);
+  const Zol& shared = document;
+  std::vector<std::thread> threads;
+  std::vector<std::size_t> sums(4, 0);
+  std::vector<std::string> written(sums.size());
+  for (unsigned i = 0; i < sums.size(); ++i) {
+    threads.emplace_back([&, i] {
+      for (const zol_v2::ColorType& color : shared.each_Color())
+        sums[i] += color.get_ColorName().size();
+      if (shared.marshal(&written[i]) != lmx::elmx_ok) written[i].clear();
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(shared.get_Color(199).get_ColorName(), name);
+  EXPECT_NE(sums[0], 0u);
+  EXPECT_EQ(sums, std::vector<std::size_t>(sums.size(), sums[0]));
+  EXPECT_EQ(written, std::vector<std::string>(sums.size(), written[0]));
+}
+
 TEST_F(Files, SurviveEveryChangeAndCut) {
   ASSERT_EQ(made(2).writeFile(dir_.wide("good.zolz")), lmx::elmx_ok);
   const std::string good = read_file(dir_.file("good.zolz"));
