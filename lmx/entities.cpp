@@ -279,4 +279,15 @@ bool c_internal_dtd::skip_declaration() {
   return false;
 }
 
+char internal::predefined_entity(std::string_view name) {
+  static constexpr struct {
+    std::string_view name;
+    char character;
+  } k_predefined[] = {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"apos", '\''}, {"quot", '"'}};
+  for (const auto& entity : k_predefined) {
+    if (name == entity.name) return entity.character;
+  }
+  return '\0';
+}
+
 }  // namespace lmx

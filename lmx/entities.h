@@ -10,6 +10,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "lmx/input.h"
@@ -20,8 +21,13 @@ namespace lmx {
 class c_get_for_xml;
 
 namespace internal {
+
 class AttributeList;
-}
+
+// What "lt", "gt", "amp", "apos" or "quot" stands for; 0 for any other name.
+char predefined_entity(std::string_view name);
+
+}  // namespace internal
 
 class ZOL_API c_get_with_entities : public c_get_as_utf8 {
  public:

@@ -23,13 +23,6 @@ constexpr std::size_t k_own_block = 128 * k_piece;
 constexpr int k_next_line = 133;
 constexpr int k_line_separator = 8232;
 
-bool is_same_name(const char* a, const char* b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  for (; *a != '\0' && lower(*a) == lower(*b); ++a, ++b) {
-  }
-  return lower(*a) == lower(*b);
-}
-
 // One unit after another, so that the name is only that: a pair of surrogates becomes two
 // sequences.
 std::string source_name(const wchar_t* path) {
@@ -261,14 +254,8 @@ int c_get_as_utf8::raw_get() {
 
 std::size_t c_get_as_utf8::unread_behind_piece() const {
   if (at_ == end_) return static_cast<std::size_t>(raw_end_ - raw_next_);
-  // Each sequence was one unit, those of four bytes two.
-  std::size_t units = 0;
-  for (; counted_at_ != at_; ++counted_at_) {
-    const auto byte = static_cast<unsigned char>(*counted_at_);
-    units +=
-        static_cast<std::size_t>((byte & 0xC0) != 0x80) + static_cast<std::size_t>(byte >= 0xF0);
-  }
-  raw_at_ += units * (encoding_ == k_latin1 ? 1 : 2);
+  raw_at_ += internal::count_units(counted_at_, at_) * (encoding_ == k_latin1 ? 1 : 2);
+  counted_at_ = at_;
   return static_cast<std::size_t>(raw_end_ - raw_at_);
 }
 
@@ -428,16 +415,19 @@ bool c_get_as_utf8::set_encoding(const char* name) {
   if (name == nullptr) name = "";
   is_plain_ = false;
   close_piece();
+  const auto is_named = [name](std::string_view known) {
+    return internal::is_same_encoding_name(name, known);
+  };
   bool agrees = false;
-  if (is_same_name(name, "ISO-10646-UCS-2")) {
+  if (is_named("ISO-10646-UCS-2")) {
     agrees = encoding_ == k_utf16_be || encoding_ == k_utf16_le;
     if (agrees) encoding_ = encoding_ == k_utf16_be ? k_ucs2_be : k_ucs2_le;
-  } else if (is_same_name(name, "ISO-8859-1") || is_same_name(name, "US-ASCII")) {
+  } else if (is_named("ISO-8859-1") || is_named("US-ASCII")) {
     agrees = encoding_ == k_utf8;
     encoding_ = k_latin1;
-  } else if (is_same_name(name, "UTF-8")) {
+  } else if (is_named("UTF-8")) {
     agrees = encoding_ == k_utf8;
-  } else if (is_same_name(name, "UTF-16")) {
+  } else if (is_named("UTF-16")) {
     agrees = encoding_ == k_utf16_be || encoding_ == k_utf16_le;
   } else {
     error(elmx_fatal, elmx_bad_char_encoding, "Unknown character encoding specified");

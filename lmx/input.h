@@ -142,8 +142,8 @@ namespace internal {
 // What was read of a source as a whole, without the getter.
 struct SourceBytes {
   std::size_t size;  // with a mark
-  // As the getter numbers it. The line ends of UTF-8 are counted when somebody asks: `lines` are
-  // then those that count twice, and all of them in another encoding.
+  // One of c_get_as_utf8::Encoding. The line ends of UTF-8 are counted when somebody asks: `lines`
+  // are then those that count twice, and all of them in another encoding.
   int encoding;
   int lines;
 };
@@ -207,6 +207,17 @@ class ZOL_API c_get_as_utf8 {
     line_ += lines;
     last_ = 0;
   }
+  // How the bytes of the source are read.
+  enum Encoding {
+    k_unknown = 0,
+    k_latin1 = 1,
+    k_utf8 = 2,
+    k_utf16_be = 3,
+    k_utf16_le = 4,
+    k_ucs2_be = 5,
+    k_ucs2_le = 6
+  };
+
   // The whole source as one window, before the first character was asked for. False, with nothing
   // changed, if there is no such window.
   bool peek_whole(std::string_view* bytes);
@@ -222,16 +233,6 @@ class ZOL_API c_get_as_utf8 {
   void leave_plain_state() { is_plain_ = false; }
 
  private:
-  enum Encoding {
-    k_unknown = 0,
-    k_latin1 = 1,
-    k_utf8 = 2,
-    k_utf16_be = 3,
-    k_utf16_le = 4,
-    k_ucs2_be = 5,
-    k_ucs2_le = 6
-  };
-
   static int count_lines(std::string_view text);
   bool fetch();
   int next_byte() {

@@ -8,7 +8,6 @@ namespace lmx {
 
 namespace {
 
-const char k_xsi_uri[] = "http://www.w3.org/2001/XMLSchema-instance";
 const char k_xml_uri[] = "http://www.w3.org/XML/1998/namespace";
 
 // An honest document stays below this with its prefixes, its namespaces and its entities.

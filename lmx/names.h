@@ -31,6 +31,8 @@ constexpr int k_ns_xml = 2;
 constexpr int k_ns_xsi = 5;
 constexpr int k_ns_first_free = 1000;
 
+inline constexpr char k_xsi_uri[] = "http://www.w3.org/2001/XMLSchema-instance";
+
 template <class T>
 struct c_rep_ops;
 

@@ -684,15 +684,9 @@ bool c_xml::expand_reference(c_entity_name_reader& reader, std::string* out) {
   const bool has_semicolon = c == ';';
   if (!has_semicolon) reader.unget(c);
 
-  static constexpr struct {
-    std::string_view name;
-    char character;
-  } k_predefined[] = {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"apos", '\''}, {"quot", '"'}};
-  for (const auto& entity : k_predefined) {
-    if (entity_name_ == entity.name) {
-      out->push_back(entity.character);
-      return true;
-    }
+  if (const char character = internal::predefined_entity(entity_name_)) {
+    out->push_back(character);
+    return true;
   }
   const char* text = nullptr;
   if (getter_.get_general_entity(entity_name_.c_str(), &text)) {

@@ -14,8 +14,6 @@
 namespace lmx {
 namespace {
 
-constexpr char k_instance_namespace[] = "http://www.w3.org/2001/XMLSchema-instance";
-
 const char* or_empty(const char* text) { return text == nullptr ? "" : text; }
 
 // Puts a stream's precision back, also when the stream throws.
@@ -193,7 +191,7 @@ void c_xml_writer::write_ns_attrs(bool need_xsi) {
     append_ns_attr(row->prefix, row->uri);
   }
   for (const auto& [prefix, uri] : namespaces_) append_ns_attr(prefix, uri);
-  if (need_xsi || !schema_locations_.empty()) append_ns_attr("xsi", k_instance_namespace);
+  if (need_xsi || !schema_locations_.empty()) append_ns_attr("xsi", k_xsi_uri);
   if (!schema_locations_.empty()) append_schema_locations();
   ns_attrs_written_ = true;
   // A caller may go on with the stream that it took before.

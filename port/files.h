@@ -36,8 +36,7 @@ ZOL_API bool remove_file(const std::wstring& path);
 // Takes the place of an existing file in one step. Both paths must be in one file system.
 ZOL_API bool rename_file(const std::wstring& from, const std::wstring& to);
 
-// --- Files by handle
-// -------------------------------------------------------------------------------
+// --- Files by handle --------------------------------------------------------------------------
 
 using FileHandle = int;
 constexpr FileHandle k_no_file = -1;
@@ -75,8 +74,7 @@ ZOL_API bool resize_handle(FileHandle handle, std::int64_t length);
 // Returns once the data is on the disk.
 ZOL_API bool sync_handle(FileHandle handle);
 
-// --- What the file system knows of a file
-// ----------------------------------------------------------
+// --- What the file system knows of a file -----------------------------------------------------
 
 // File attributes in FAT form.
 constexpr std::uint32_t k_attribute_read_only = 0x01;
@@ -95,8 +93,7 @@ ZOL_API bool set_modification_time(const std::wstring& path, std::time_t time);
 // Calendar time in the zone of the process. False for a time that no calendar year holds.
 ZOL_API bool to_local_time(std::time_t time, std::tm& fields);
 
-// --- Paths as text
-// ---------------------------------------------------------------------------------
+// --- Paths as text ----------------------------------------------------------------------------
 
 // A slash or a backslash, on every platform.
 inline bool is_separator(wchar_t c) { return c == L'/' || c == L'\\'; }
@@ -111,8 +108,7 @@ struct PathParts {
 // All parts are empty if one is longer than a path may hold: 2, 32,766, 255 and 255 characters.
 ZOL_API PathParts split_path(const std::wstring& path);
 
-// --- Errors
-// ----------------------------------------------------------------------------------------
+// --- Errors -----------------------------------------------------------------------------------
 
 // The system's English text for an `errno` value; empty if it has none.
 ZOL_API std::wstring system_error_text(int error);

@@ -1,5 +1,6 @@
 #include "lmx/internal/transcode.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -123,6 +124,12 @@ std::size_t transcode_some(std::string_view* bytes, SourceEncoding encoding, cha
   return with_form(encoding, [&](auto form, bool has_pairs) {
     return transcode_units<decltype(form)>(bytes, has_pairs, out, room);
   });
+}
+
+bool is_same_encoding_name(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [lower](char x, char y) { return lower(x) == lower(y); });
 }
 
 }  // namespace lmx::internal

@@ -23,4 +23,18 @@ inline constexpr std::size_t k_transcode_room = 64;
 std::size_t transcode_some(std::string_view* bytes, SourceEncoding encoding, char* out,
                            std::size_t room);
 
+// How many units of the source became these whole sequences: one each, two those of four bytes.
+inline std::size_t count_units(const char* begin, const char* end) {
+  std::size_t units = 0;
+  for (; begin != end; ++begin) {
+    const auto byte = static_cast<unsigned char>(*begin);
+    units +=
+        static_cast<std::size_t>((byte & 0xC0) != 0x80) + static_cast<std::size_t>(byte >= 0xF0);
+  }
+  return units;
+}
+
+// Names of encodings are one in any case.
+bool is_same_encoding_name(std::string_view a, std::string_view b);
+
 }  // namespace lmx::internal

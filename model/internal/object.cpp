@@ -98,8 +98,7 @@ void delete_entry(const Row& row, void* entry) noexcept {
   }
 }
 
-// --- Enumerations and texts
-// -----------------------------------------------------------------------
+// --- Enumerations and texts -------------------------------------------------------------------
 
 template <>
 const std::wstring& empty_value<std::wstring>() {
@@ -179,8 +178,7 @@ void Text::swap(Text& other) {
   other.word_.store(word, std::memory_order_release);
 }
 
-// --- Lists
-// ----------------------------------------------------------------------------------------
+// --- Lists ------------------------------------------------------------------------------------
 
 void PointerList::reserve(unsigned count) {
   const unsigned capacity = is_array() ? array().capacity : 1;
@@ -268,8 +266,7 @@ void clear_objects(PointerList& list) {
   while (!list.empty()) remove_object(list, list.size() - 1);
 }
 
-// --- Setters
-// --------------------------------------------------------------------------------------
+// --- Setters ----------------------------------------------------------------------------------
 
 // Counts UTF-16 units, where a reader counts characters.
 lmx::elmx_error set(Object& self, const Row& row, const std::wstring& value) {
@@ -324,8 +321,7 @@ bool set_number(Object& self, const Row& row, int number) {
   return true;
 }
 
-// --- Choices
-// --------------------------------------------------------------------------------------
+// --- Choices ----------------------------------------------------------------------------------
 
 void select(Object& self, const Row& row, Slot slot) {
   const Class& type = Head::class_of(self);
@@ -375,8 +371,7 @@ void get_foreign(const Values<AnyElement>& list, unsigned index, std::string* fu
   if (text != nullptr) *text = element.text;
 }
 
-// --- Destruction
-// ----------------------------------------------------------------------------------
+// --- Destruction ------------------------------------------------------------------------------
 
 namespace {
 
@@ -447,8 +442,7 @@ void release(Object& self, const Class& type) noexcept {
   }
 }
 
-// --- Copies
-// ---------------------------------------------------------------------------------------
+// --- Copies -----------------------------------------------------------------------------------
 
 namespace {
 
@@ -678,8 +672,7 @@ Object* make_named(const Class& type, int ns_id, const std::string& type_name, P
   return nullptr;
 }
 
-// --- Comparison
-// -----------------------------------------------------------------------------------
+// --- Comparison -------------------------------------------------------------------------------
 
 namespace {
 
@@ -783,8 +776,7 @@ bool is_same(const Object& a, const Object& b, const Class& type) {
                      [&](const Row& row) { return is_same_row(a, b, row); });
 }
 
-// --- The head
-// -------------------------------------------------------------------------------------
+// --- The head ---------------------------------------------------------------------------------
 
 Object::~Object() = default;
 

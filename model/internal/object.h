@@ -360,8 +360,7 @@ inline Slot slot_of(unsigned value) {
   return slot;
 }
 
-// --- What the accessors call
-// ----------------------------------------------------------------------
+// --- What the accessors call ------------------------------------------------------------------
 
 inline const std::wstring& text_of(const std::wstring* text) {
   return text != nullptr ? *text : empty_value<std::wstring>();
@@ -402,8 +401,7 @@ void select(Object& self, const Row& row, Slot slot);
 ZOL_API void get_foreign(const Values<AnyElement>& list, unsigned index, std::string* full_name,
                          std::string* namespace_uri, std::string* text);
 
-// --- Walkers
-// --------------------------------------------------------------------------------------
+// --- Walkers ----------------------------------------------------------------------------------
 
 // As if through the accessors: what is optional is copied if it is set, what is required is stored
 // and so counts as set afterwards, unless its facets refuse the value.

@@ -16,8 +16,7 @@ namespace {
 
 constexpr lmx::s_event_map k_no_rows[] = {{0, nullptr, 0, lmx::elxp_unknown}};
 
-// Gives the name at hand the event of the first of these rows that bears it. `more` rows of the
-// same table may follow.
+// Gives the name at hand the event of the first of these rows that bears it.
 void tokenise(c_xml_reader& reader, Rows rows, lmx::elxp_attr_elem kind) {
   // Names of the instance namespace have events of their own; any other gets 1.
   reader.tokenise(k_no_rows, kind);
@@ -50,7 +49,15 @@ class Site final : public Faults {
   int line_;
 };
 
-// The rows of one class, in which `at` is the next to be asked for.
+// Moves to what follows an element, which is looked for among these rows.
+elmx_error next_event(c_xml_reader& reader, Rows rows, std::string& name, int line) {
+  elmx_error error = lmx::elmx_ok;
+  reader.get_element_event(nullptr, &error, &name);
+  if (reader.get_current_event() == lmx::elxp_name) tokenise(reader, rows, lmx::elxp_element);
+  return error == lmx::elmx_ok ? error : Site(reader, name, line).judge(error);
+}
+
+// The rows of one class, each asked for in turn.
 class BodyReader {
  public:
   BodyReader(Object& self, const Class& type, c_xml_reader& reader, std::string& name)
@@ -206,12 +213,7 @@ class BodyReader {
   }
   // Moves to what follows, which is looked for from the given row on.
   elmx_error next(const Row& row, const Row* from) {
-    elmx_error error = lmx::elmx_ok;
-    reader_.get_element_event(nullptr, &error, &name_);
-    if (reader_.get_current_event() == lmx::elxp_name) {
-      tokenise(reader_, {from, rows_.last}, lmx::elxp_element);
-    }
-    return error == lmx::elmx_ok ? error : Site(reader_, name_, row.line).judge(error);
+    return next_event(reader_, {from, rows_.last}, name_, row.line);
   }
   elmx_error absent(const Row& row) {
     if (!row.is_required) return lmx::elmx_ok;
@@ -249,14 +251,6 @@ elmx_error read_choice(Object& self, const Class& type, c_xml_reader& reader, st
   if (reader.is_current_event_tokenisable()) {
     tokenise(reader, type.alternatives(), lmx::elxp_element);
   }
-  const auto next = [&](const Row& row) {
-    elmx_error error = lmx::elmx_ok;
-    reader.get_element_event(nullptr, &error, &name);
-    if (reader.get_current_event() == lmx::elxp_name) {
-      tokenise(reader, type.alternatives(), lmx::elxp_element);
-    }
-    return error == lmx::elmx_ok ? error : Site(reader, name, row.line).judge(error);
-  };
   for (const Row& row : type.alternatives()) {
     if (reader.get_current_event() != row.event) continue;
     Site site(reader, name, row.line);
@@ -274,7 +268,7 @@ elmx_error read_choice(Object& self, const Class& type, c_xml_reader& reader, st
       }
       error = parse_alternative(self, row, reader.value, &reader.pool(), site);
     }
-    return error == lmx::elmx_ok ? next(row) : error;
+    return error == lmx::elmx_ok ? next_event(reader, type.alternatives(), name, row.line) : error;
   }
   return Site(reader, name, line).judge(lmx::elmx_unknown_element_in_complex_content);
 }
@@ -481,8 +475,8 @@ bool read_member(Object& self, const Class& type, c_xml_reader& reader, std::str
     *error = read_choice(self, type, reader, *name, line);
     return *error == lmx::elmx_ok;
   }
-  tokenise(reader, type.alternatives(), lmx::elxp_element);
   const Rows rows = type.alternatives();
+  tokenise(reader, rows, lmx::elxp_element);
   const Row* row = rows.first;
   while (row != rows.last && row->event != reader.get_current_event()) ++row;
   *error = lmx::elmx_ok;
@@ -500,12 +494,7 @@ bool read_member(Object& self, const Class& type, c_xml_reader& reader, std::str
     *error = Site(reader, *name, line).judge(lmx::elmx_bad_end_of_element);
   }
   if (*error != lmx::elmx_ok) return false;
-  reader.get_element_event(nullptr, error, name);
-  if (reader.get_current_event() == lmx::elxp_name) {
-    tokenise(reader, type.alternatives(), lmx::elxp_element);
-  }
-  if (*error == lmx::elmx_ok) return true;
-  *error = Site(reader, *name, line).judge(*error);
+  *error = next_event(reader, rows, *name, line);
   return *error == lmx::elmx_ok;
 }
 

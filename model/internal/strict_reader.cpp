@@ -4,16 +4,19 @@
 #include <charconv>
 #include <cstring>
 
+#include "lmx/entities.h"
 #include "lmx/internal/byte_buffer.h"
 #include "lmx/internal/lexical.h"
 #include "lmx/internal/number_text.h"
 #include "lmx/internal/runs.h"
+#include "lmx/names.h"
 #include "lmx/reader.h"
 #include "model/internal/document_namespace.h"
 #include "model/internal/walkers.h"
 
 namespace zol_v2::internal {
 
+using lmx::c_get_as_utf8;
 using lmx::internal::byte_at;
 using lmx::internal::has_mask;
 using lmx::internal::is_equal_short;
@@ -25,7 +28,6 @@ using lmx::internal::plain_sequence_length;
 
 namespace {
 
-constexpr std::string_view k_xsi_uri = "http://www.w3.org/2001/XMLSchema-instance";
 constexpr std::string_view k_xmlns = "xmlns";
 constexpr int k_other_namespace = k_document_namespace_id + 1;
 
@@ -73,16 +75,7 @@ std::string_view view(const char* begin, const char* end) {
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
-// In any case; `word` is in small letters.
-bool is_same_word(std::string_view text, std::string_view word) {
-  return std::equal(text.begin(), text.end(), word.begin(), word.end(), [](char a, char b) {
-    return (a >= 'A' && a <= 'Z' ? static_cast<char>(a + 32) : a) == b;
-  });
-}
-
-constexpr int k_max_depth = lmx::internal::ElementDepthGuard::k_max_depth;
-
-// A text that collapsing leaves as it is; values of the types that collapse have no blanks.
+// Values of the types that collapse white space mostly have none.
 bool has_blank(std::string_view text) { return text.find(' ') != std::string_view::npos; }
 
 }  // namespace
@@ -100,7 +93,7 @@ class StrictReader::Scope {
     if (reader_.bindings_.size() != bindings_) reader_.forget_bindings(bindings_);
   }
 
-  bool is_too_deep() const { return reader_.depth_ > k_max_depth; }
+  bool is_too_deep() const { return reader_.depth_ > StrictReader::k_max_depth; }
 
  private:
   StrictReader& reader_;
@@ -121,7 +114,10 @@ class StrictReader::Entries {
   }
 
   // Room first, so that what is made is never lost.
-  void make_room() { reader_.entries_.push_back(nullptr), reader_.entries_.pop_back(); }
+  void make_room() {
+    reader_.entries_.push_back(nullptr);
+    reader_.entries_.pop_back();
+  }
   void add(void* entry) { reader_.entries_.push_back(entry); }
   void move_to(PointerList& list) {
     list.fill(reader_.entries_.data() + first_,
@@ -180,8 +176,9 @@ inline const Row* StrictReader::attribute_at(const Class& type, const char* name
   for (const Class* level = &type; level != nullptr; level = level->base) {
     for (const Row& row : level->attributes()) {
       const std::size_t length = row.name_length;
-      if (((head ^ row.head) & row.filled) == 0 && name[length] == '=' && name[length + 1] == '"' &&
-          (length <= k_word || is_equal_short(name, row.tag, length))) {
+      if (((head ^ row.head) & row.filled) == 0 &&
+          static_cast<std::size_t>(end_ - name) > length + 1 && name[length] == '=' &&
+          name[length + 1] == '"' && (length <= k_word || is_equal_short(name, row.tag, length))) {
         return &row;
       }
     }
@@ -270,8 +267,7 @@ inline bool StrictReader::read_content(Object& self, const Row& row, Tag tag) {
   return take_end_tag(tag.view());
 }
 
-// --- The document
-// -----------------------------------------------------------------------------------
+// --- The document -----------------------------------------------------------------------------
 
 bool StrictReader::read(Object& self, const Class& type) {
   // Which number a foreign namespace has is told by the order of all that were declared.
@@ -303,25 +299,21 @@ bool StrictReader::go_on_in(lmx::internal::SourceEncoding encoding) {
   using lmx::internal::SourceEncoding;
   transcoded_at_ = static_cast<std::size_t>(at_ - bytes_.data());
   if (!lmx::internal::transcode(view(at_, end_), encoding, &transcoded_)) return false;
-  encoding_ = encoding == SourceEncoding::latin1 ? 1 : encoding == SourceEncoding::utf16_be ? 3 : 4;
+  encoding_ = encoding == SourceEncoding::latin1     ? c_get_as_utf8::k_latin1
+              : encoding == SourceEncoding::utf16_be ? c_get_as_utf8::k_utf16_be
+                                                     : c_get_as_utf8::k_utf16_le;
   at_ = transcoded_.data();
   end_ = at_ + transcoded_.size();
   return at_ != end_;
 }
 
 lmx::internal::SourceBytes StrictReader::bytes_read() const {
-  constexpr int k_utf8 = 2, k_latin1 = 1;
-  if (encoding_ == k_utf8) {
+  if (encoding_ == c_get_as_utf8::k_utf8) {
     return {static_cast<std::size_t>(at_ - bytes_.data()), encoding_, extra_lines_};
   }
-  // Each sequence was one unit, those of four bytes two.
-  std::size_t units = 0;
-  for (const char* p = transcoded_.data(); p != at_; ++p) {
-    units += static_cast<std::size_t>((*p & 0xC0) != 0x80) +
-             static_cast<std::size_t>(byte_at(p) >= 0xF0);
-  }
   const char* const begin = bytes_.data();
-  return {transcoded_at_ + units * (encoding_ == k_latin1 ? 1 : 2), encoding_,
+  const std::size_t units = lmx::internal::count_units(transcoded_.data(), at_);
+  return {transcoded_at_ + units * (encoding_ == c_get_as_utf8::k_latin1 ? 1 : 2), encoding_,
           extra_lines_ + lmx::internal::count_line_ends(begin, begin + transcoded_at_) +
               lmx::internal::count_line_ends(transcoded_.data(), at_)};
 }
@@ -361,11 +353,14 @@ bool StrictReader::read_declaration() {
   if (!rest.empty() || (version != "1.0" && version != "1.1") || standalone == "no") return false;
   at_ += length + 2;
   if (encoding.data() == nullptr) return true;
-  if (transcoded_.size() != 0) return is_same_word(encoding, "utf-16");
-  if (is_same_word(encoding, "iso-8859-1") || is_same_word(encoding, "us-ascii")) {
+  const auto is_named = [encoding](std::string_view name) {
+    return lmx::internal::is_same_encoding_name(encoding, name);
+  };
+  if (transcoded_.size() != 0) return is_named("UTF-16");
+  if (is_named("ISO-8859-1") || is_named("US-ASCII")) {
     return go_on_in(lmx::internal::SourceEncoding::latin1);
   }
-  return is_same_word(encoding, "utf-8");
+  return is_named("UTF-8");
 }
 
 bool StrictReader::read_root(Object& self, const Class& type) {
@@ -389,8 +384,7 @@ bool StrictReader::read_root(Object& self, const Class& type) {
   return apply_attributes(self, type, &seen) && read_opened(self, type, tag, seen, is_empty);
 }
 
-// --- Objects
-// ----------------------------------------------------------------------------------------
+// --- Objects ----------------------------------------------------------------------------------
 
 bool StrictReader::read_object(Object& self, const Class& type, Tag tag) {
   note_name(tag);
@@ -535,7 +529,6 @@ bool StrictReader::read_holder(Object& self, const Row& alternative) {
   bool is_empty = false;
   int ns_id = 0;
   std::string name;
-  attributes_.clear();
   count_pushed_back();
   if (!scan_tag(&is_empty) || !find_named_type(&ns_id, &name)) return false;
   if (!name.empty() || ns_id != 0) {
@@ -615,8 +608,7 @@ bool StrictReader::read_mark(const Row& row) {
   return take_end_tag(tag.view());
 }
 
-// --- Values
-// -----------------------------------------------------------------------------------------
+// --- Values -----------------------------------------------------------------------------------
 
 bool StrictReader::read_value(Object& self, const Row& row) {
   if (row.kind == Kind::real) {
@@ -767,20 +759,13 @@ bool StrictReader::treat_reference(const char** at, const char* end, lmx::elmx_w
     }
     return true;
   }
-  static constexpr struct {
-    std::string_view name;
-    char character;
-  } k_predefined[] = {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"apos", '\''}, {"quot", '"'}};
-  for (const auto& entity : k_predefined) {
-    if (name != entity.name) continue;
-    treated_.push_back(entity.character);
-    return true;
-  }
-  return false;
+  const char character = lmx::internal::predefined_entity(name);
+  if (character == '\0') return false;
+  treated_.push_back(character);
+  return true;
 }
 
-// --- Tags
-// -------------------------------------------------------------------------------------------
+// --- Tags -------------------------------------------------------------------------------------
 
 bool StrictReader::find_tag() {
   const char* const p = skip_space(at_, end_);
@@ -1010,8 +995,7 @@ bool StrictReader::take_end_of_empty_tag() {
   return true;
 }
 
-// --- What is passed over
-// ----------------------------------------------------------------------------
+// --- What is passed over ----------------------------------------------------------------------
 
 bool StrictReader::skip_comment() {
   constexpr std::string_view k_open = "<!--";
@@ -1038,8 +1022,7 @@ bool StrictReader::skip_instruction() {
   return true;
 }
 
-// --- Namespaces
-// -------------------------------------------------------------------------------------
+// --- Namespaces -------------------------------------------------------------------------------
 
 bool StrictReader::set_prefix(std::string_view prefix) {
   if (ns_id_of(prefix.substr(0, prefix.empty() ? 0 : prefix.size() - 1)) !=
@@ -1067,7 +1050,7 @@ int StrictReader::ns_id_of(std::string_view prefix) const {
                                     [&](const Binding& b) { return b.prefix == prefix; });
   if (binding == bindings_.rend()) return lmx::k_ns_not_found;
   if (binding->uri == k_document_namespace) return k_document_namespace_id;
-  if (binding->uri == k_xsi_uri) return lmx::k_ns_xsi;
+  if (binding->uri == lmx::k_xsi_uri) return lmx::k_ns_xsi;
   return prefix.empty() && binding->uri.empty() ? lmx::k_ns_none : k_other_namespace;
 }
 

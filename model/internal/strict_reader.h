@@ -35,8 +35,7 @@ class StrictReader {
   // False if the other road must be taken; the object then holds what was read so far.
   bool read(Object& self, const Class& type);
 
-  // --- What the other road would have left in its reader
-  // ------------------------------------------
+  // --- What the other road would have left in its reader --------------------------------------
 
   // Up to behind the root's end tag.
   lmx::internal::SourceBytes bytes_read() const;
@@ -68,6 +67,7 @@ class StrictReader {
   };
   class Scope;
   class Entries;
+  static constexpr int k_max_depth = lmx::internal::ElementDepthGuard::k_max_depth;
 
   // --- Objects
   bool open();
@@ -145,16 +145,15 @@ class StrictReader {
     if (*at_ == '\n' || (*at_ == '\r' && !is_near_end(1) && at_[1] == '\n')) ++extra_lines_;
   }
   // Would another element be too deep?
-  bool is_full() const { return depth_ >= lmx::internal::ElementDepthGuard::k_max_depth; }
+  bool is_full() const { return depth_ >= k_max_depth; }
   bool is_near_end(std::size_t size) const { return static_cast<std::size_t>(end_ - at_) <= size; }
 
   const std::string_view bytes_;
   Pool& pool_;
-  // Of another encoding: the text from transcoded_at_ on in UTF-8. The encodings are numbered as
-  // the getter does.
+  // Of another encoding: the text from transcoded_at_ on in UTF-8.
   lmx::internal::ByteBuffer transcoded_{0};
   std::size_t transcoded_at_ = 0;
-  int encoding_ = 2;
+  int encoding_ = lmx::c_get_as_utf8::k_utf8;
   const char* at_ = nullptr;
   const char* end_ = nullptr;
 

@@ -181,6 +181,8 @@ struct Row {
   }
 
   constexpr std::string_view name() const { return name_of(tag, place); }
+  // The name of an element as it is written.
+  constexpr std::string_view full_name() const { return {tag, k_prefix + name_length}; }
   constexpr bool is_simple() const { return kind < Kind::object; }
   // Whether its field is a pointer or a list of them, and so owns what stands on the heap.
   constexpr bool is_pointer() const {

@@ -19,8 +19,7 @@ class WriteBlock;
 
 namespace zol_v2::internal {
 
-// --- Reading from events (reading.cpp)
-// ------------------------------------------------------------
+// --- Reading from events (reading.cpp) --------------------------------------------------------
 //
 // This is the road that knows everything: faults and the handlers that may let them pass, entities,
 // sources that give one byte at a time, objects that already hold something. Documents without any
@@ -36,8 +35,7 @@ ZOL_API bool read_member(Object& self, const Class& type, lmx::c_xml_reader& rea
 // Whether the element at hand is one of theirs; if not, the reader is left as it was.
 ZOL_API bool is_member(const Class& type, lmx::c_xml_reader& reader);
 
-// --- Writing (writing.cpp)
-// ------------------------------------------------------------------------
+// --- Writing (writing.cpp) --------------------------------------------------------------------
 
 // One element with its start and end tag; of a holder or an anonymous group the element of what it
 // holds. 46 with nothing written if a required row is missing, or the code of a child.
@@ -48,8 +46,7 @@ ZOL_API lmx::elmx_error write_element(const Object& self, const Class& type,
 void write_field(lmx::internal::WriteBlock& block, const Object& self, const Row& row);
 void write_value(lmx::internal::WriteBlock& block, const Row& row, const void* field);
 
-// --- Whole documents (documents.cpp)
-// --------------------------------------------------------------
+// --- Whole documents (documents.cpp) ----------------------------------------------------------
 
 // The namespace of the format: one row, and the row that ends the table.
 ZOL_API const lmx::s_ns_map* document_ns_map();

@@ -35,8 +35,6 @@ void close_tag(WriteBlock& block, std::string_view tag) {
   block.append('>');
 }
 
-std::string_view tag_of(const Row& row) { return {row.tag, row.name_length + std::size_t{4}}; }
-
 // What `field` of write_value is for a row with a field of its own, which is no text.
 const void* value_of(const Object& self, const Row& row) {
   if (row.kind == Kind::enumerated) return &text_of(row.field<const std::wstring*>(self));
@@ -61,10 +59,10 @@ template <class Write>
 void write_line(c_xml_writer& writer, const Row& row, const Write& write) {
   writer.begin_line();
   WriteBlock& block = writer.block();
-  open_tag(block, tag_of(row));
+  open_tag(block, row.full_name());
   block.append('>');
   write(block);
-  close_tag(block, tag_of(row));
+  close_tag(block, row.full_name());
   writer.end_line();
 }
 
@@ -85,7 +83,7 @@ elmx_error write_list(c_xml_writer& writer, const Row& row, const PointerList& l
     if (row.is_simple()) {
       write_simple(writer, row, entry);
     } else if (const elmx_error error = write_tagged(*static_cast<const Object*>(entry), *row.type,
-                                                     writer, tag_of(row))) {
+                                                     writer, row.full_name())) {
       return error;
     }
   }
@@ -100,7 +98,7 @@ elmx_error write_row(const Object& self, c_xml_writer& writer, const Row& row) {
   if (row.is_list) return write_list(writer, row, row.field<PointerList>(self));
   if (row.kind == Kind::mark) {
     writer.begin_line();
-    open_tag(writer.block(), tag_of(row));
+    open_tag(writer.block(), row.full_name());
     writer.block().append(std::string_view("/>"));
     writer.end_line();
     return lmx::elmx_ok;
@@ -113,7 +111,7 @@ elmx_error write_row(const Object& self, c_xml_writer& writer, const Row& row) {
   const Object* const child =
       row.is_in_place() ? &row.field<Object>(self) : row.field<Object*>(self);
   return write_tagged(child != nullptr ? *child : row.type->empty(), *row.type, writer,
-                      tag_of(row));
+                      row.full_name());
 }
 
 elmx_error write_rows(const Object& self, const Class& type, c_xml_writer& writer) {
@@ -143,7 +141,7 @@ elmx_error write_alternative(const Object& self, const Class& type, c_xml_writer
     return lmx::elmx_ok;
   }
   if (type.shape != Shape::holder) {
-    return write_tagged(*slot.object, *row.type, writer, tag_of(row));
+    return write_tagged(*slot.object, *row.type, writer, row.full_name());
   }
   if (slot.object == nullptr) return lmx::elmx_type_not_set;
   // Where a derived type may stand, the member has to say so.

@@ -20,6 +20,8 @@ constexpr std::size_t k_patience = 20;
 #else
 constexpr std::size_t k_patience = 1;
 #endif
+// However the inputs are chosen, fewer would say nothing.
+constexpr std::size_t k_least_inputs = 20000 / k_patience;
 
 // The namespaces, for use within literals.
 #define URI "http://example.org/zol/v2"
@@ -90,7 +92,10 @@ class Search {
   explicit Search(Difference difference) : difference_(difference) {}
 
   bool is_over() const { return testing::Test::HasFailure(); }
+  // How many were looked at.
+  std::size_t count() const { return count_; }
   void look_at(const std::string& text, const std::string& what) {
+    ++count_;
     if (is_over() || difference_(text).empty()) return;
     const std::string least = reduced(text);
     ADD_FAILURE() << what << "\n--- The roads part at\n"
@@ -115,6 +120,7 @@ class Search {
   }
 
   Difference difference_;
+  std::size_t count_ = 0;
 };
 
 // --- The documents ----------------------------------------------------------------------------
@@ -298,6 +304,7 @@ class Choice {
 
 TEST(TwoRoads, AreOneWithATokenAnywhere) {
   Choice choice;
+  std::size_t inputs = 0;
   for (const Specimen& specimen : specimens()) {
     Search search(specimen.difference);
     const Places places(specimen.text);
@@ -309,12 +316,15 @@ TEST(TwoRoads, AreOneWithATokenAnywhere) {
                        "'" + escaped(token) + "' before byte " + std::to_string(at));
       }
     }
+    inputs += search.count();
   }
+  EXPECT_GT(inputs, k_least_inputs);
 }
 
 TEST(TwoRoads, AreOneWhereverTheDocumentEnds) {
   std::set<std::string> seen;
   std::size_t count = 0;
+  std::size_t inputs = 0;
   for (const Specimen& specimen : specimens()) {
     Search search(specimen.difference);
     const Places places(specimen.text);
@@ -324,7 +334,9 @@ TEST(TwoRoads, AreOneWhereverTheDocumentEnds) {
       if (++count % (is_new ? k_patience : k_stride * k_patience) != 0) continue;
       search.look_at(specimen.text.substr(0, size), "cut behind " + std::to_string(size));
     }
+    inputs += search.count();
   }
+  EXPECT_GT(inputs, k_least_inputs);
 }
 
 // --- Encodings --------------------------------------------------------------------------------
@@ -382,6 +394,7 @@ const std::string k_raw_tokens[] = {
 TEST(TwoRoads, AreOneInEveryEncoding) {
   constexpr std::size_t k_stride = 4001 * k_patience;
   std::size_t count = 0;
+  std::size_t inputs = 0;
   for (const Specimen& specimen : specimens()) {
     Search search(specimen.difference);
     for (const Encoding& encoding : k_encodings) {
@@ -404,7 +417,9 @@ TEST(TwoRoads, AreOneInEveryEncoding) {
         }
       }
     }
+    inputs += search.count();
   }
+  EXPECT_GT(inputs, k_least_inputs);
 }
 
 // --- Namespaces -------------------------------------------------------------------------------
@@ -508,6 +523,7 @@ void rename_all(const Element& element, std::string_view prefix, Edits& edits) {
 TEST(TwoRoads, AreOneWhateverIsDeclared) {
   std::set<std::string> seen;
   std::size_t n = 0;
+  std::size_t inputs = 0;
   for (const Specimen& specimen : specimens()) {
     Search search(specimen.difference);
     const std::unique_ptr<Element> root = parse(specimen.text);
@@ -545,7 +561,9 @@ TEST(TwoRoads, AreOneWhateverIsDeclared) {
         }
       }
     }
+    inputs += search.count();
   }
+  EXPECT_GT(inputs, k_least_inputs);
 }
 
 // --- Faults that were found ---------------------------------------------------------------------

@@ -174,8 +174,7 @@ TEST(ReplacementFile, IsWrittenOverWhereItIsAMount) {
   }
 }
 
-// --- Who may do what
-// ------------------------------------------------------------------------------
+// --- Who may do what --------------------------------------------------------------------------
 
 constexpr uid_t k_nobody = 65534;
 constexpr gid_t k_joint = 4242;   // a group that the process is in, if it is nobody

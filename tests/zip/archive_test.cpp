@@ -416,13 +416,13 @@ TEST(Archive, AddsToAnExistingOne) {
   EXPECT_EQ(run({"unzip", "-tqq", dir.file("a.zip")}).status, 1);  // warns of what is in front
 
   // An archive behind a file that is none.
-  write_file(dir.file("stub"), "#!/bin/sh\n");
+  write_file(dir.file("script"), "#!/bin/sh\n");
   archive.Close();
-  ASSERT_TRUE(archive.Open(dir.wide("stub"), CZipArchive::modeAppend));
+  ASSERT_TRUE(archive.Open(dir.wide("script"), CZipArchive::modeAppend));
   EXPECT_TRUE(archive.AddFile(dir.wide("a.zol")));
   archive.Close();
-  EXPECT_EQ(read_file(dir.file("stub")).substr(0, 10), "#!/bin/sh\n");
-  EXPECT_EQ(read_first(dir.wide("stub")).data, "one colour");
+  EXPECT_EQ(read_file(dir.file("script")).substr(0, 10), "#!/bin/sh\n");
+  EXPECT_EQ(read_first(dir.wide("script")).data, "one colour");
 }
 
 TEST(Archive, LeavesNoDirectoryAfterAnException) {

@@ -28,7 +28,7 @@ std::vector<RawArchive> small_archives() {
   return {{{stored(k_document)}, {}, "", ""},
           {{deflated(k_document)}, {}, "a comment", ""},
           {{bzipped(k_document)}, {}, "", ""},
-          {{streamed, stored("another")}, {1, 0}, "", "stub"},
+          {{streamed, stored("another")}, {1, 0}, "", "in front"},
           {{extra}, {}, "", ""}};
 }
 

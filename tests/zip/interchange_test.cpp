@@ -62,9 +62,9 @@ constexpr Maker k_makers[] = {
      "f = z.open(\"doc.zol\", \"w\", force_zip64=True)\n"
      "f.write(open(\"doc.zol\", \"rb\").read()); f.close(); z.close()'"},
     {"ZipDescriptor", "zip -q -fd a.zip doc.zol"},
-    {"ZipInFront", "zip -q b.zip doc.zol && (echo stub; cat b.zip) > a.zip && rm b.zip"},
+    {"ZipInFront", "zip -q b.zip doc.zol && (echo front; cat b.zip) > a.zip && rm b.zip"},
     {"PythonInFrontAdjusted",
-     "echo stub > a.zip && python3 -c 'import zipfile\n"
+     "echo front > a.zip && python3 -c 'import zipfile\n"
      "z = zipfile.ZipFile(\"a.zip\", \"a\", zipfile.ZIP_DEFLATED)\n"
      "z.write(\"doc.zol\"); z.close()'"},
     {"ZipComment",
