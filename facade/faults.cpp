@@ -42,7 +42,7 @@ constexpr Sentence k_sentences[] = {
     {"not-empty", "{found} stands in {element}, which must be empty{expected}"},
     {"end-tag-mismatch", "{found} stands where {expected} must{start}"},
     {"end-tag-missing", "{expected} is missing before {found}{start}"},
-    {"unknown-type", "{element} is of the type {value}, {allowed} is expected"},
+    {"unknown-type", "{element} names the type '{found}', {allowed} is expected"},
     {"type-missing", "{element} names no type: xsi:type must be {allowed}"},
     {"wrong-root", "The document begins with {found}, {expected} is expected"},
     {"wrong-namespace", "{item} is of {found}, {expected} is expected"},

@@ -235,6 +235,7 @@ struct RowState {
   std::uint32_t came_instead = 0;  // the row that stood where this one was missed
   std::size_t missing_as = 0;      // the number of the fault that says so, from 1
   bool is_settled = false;         // it came later: that row stands in the wrong place
+  bool is_guess = false;           // all that came was of a name that is merely near
 };
 
 class Walk : public lmx::c_xml_reader_memory {
@@ -797,6 +798,9 @@ class Walk::Children {
  private:
   RowState& state(std::size_t index) { return walk_.states_[base_ + index]; }
   const Row& row(std::size_t index) const { return *order_[index]; }
+  bool is_taken(std::size_t index) {
+    return state(index).count != 0 && !row(index).is_list && !state(index).is_guess;
+  }
   bool is_missing(std::size_t index) {
     const RowState& at = state(index);
     return is_enforced(row(index)) && at.count == 0 && at.missing_as == 0 && !at.is_settled;
@@ -847,7 +851,7 @@ class Walk::Children {
   void accept(std::size_t index, const Row& named) {
     note_missing(index);
     excused_ = k_none;
-    if (state(index).count != 0 && !row(index).is_list) return refuse_second(index, named);
+    if (is_taken(index)) return refuse_second(index, named);
     if (state(index).missing_as != 0) settle(index);
     take(index, named);
   }
@@ -857,11 +861,12 @@ class Walk::Children {
     excused_ = k_none;
     if (state(index).missing_as != 0) {
       settle(index);
-    } else if (state(index).count != 0 && !row(index).is_list) {
+    } else if (is_taken(index)) {
       return refuse_second(index, named);
-    } else {
+    } else if (!state(index).is_guess) {
       note_late(index, named);
     }
+    state(index).is_guess = false;
     take(index, named);
   }
 
@@ -907,7 +912,10 @@ class Walk::Children {
     walk_.note_unknown(level_, code, item, std::move(allowed),
                        named != nullptr ? named->name() : std::string_view());
     excused_ = k_none;
-    if (meant != k_none) return take(meant, *named);
+    if (meant != k_none) {
+      state(meant).is_guess = state(meant).count == 0;
+      return take(meant, *named);
+    }
     if (last < order_.size()) excused_ = last;
     walk_.skip_element(level_);
   }
