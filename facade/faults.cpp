@@ -29,6 +29,8 @@ constexpr Sentence k_sentences[] = {
     {"attribute-twice", "The attribute {item} stands twice in {parent}{first}"},
     {"attribute-missing", "{parent} lacks the attribute {element}"},
     {"unknown-attribute", "{element} has no attribute {found}, {expected}"},
+    {"undeclared-prefix",
+     "The prefix of {found} stands for no namespace that is known here, {expected} is expected"},
     // Elements.
     {"unknown-element", "{found} is unknown in {element}, {expected}"},
     {"misplaced-element", "{element} stands in the wrong place in {parent}: {expected}{first}"},
@@ -41,6 +43,7 @@ constexpr Sentence k_sentences[] = {
     {"element-in-value", "{found} stands in {element}, which holds a value alone"},
     {"not-empty", "{found} stands in {element}, which must be empty{expected}"},
     {"end-tag-mismatch", "{found} stands where {expected} must{start}"},
+    {"end-tag-stray", "{found} stands in {element} and ends nothing"},
     {"end-tag-missing", "{expected} is missing before {found}{start}"},
     {"unknown-type", "{element} names the type '{found}', {allowed} is expected"},
     {"type-missing", "{element} names no type: xsi:type must be {allowed}"},

@@ -53,7 +53,10 @@ class SourceText {
   Span declared_encoding() const;
   // Is there a "<" that begins no markup?
   bool is_bare_bracket(std::size_t at) const;
-  // Of the end tags of two elements, does that of `name` come first, or neither?
+  Span bracket(std::size_t at) const { return {at, at + width()}; }
+  // Of something that is taken for a tag, behind its first character: is there a "/" in it?
+  bool has_slash(std::size_t at) const;
+  // Does the end tag of `name` come before that of `other`, and before another element of its name?
   bool is_closed_first(std::size_t from, std::string_view name, std::string_view other) const;
   // The reference that ends before `end`.
   Span reference_before(std::size_t end) const;
