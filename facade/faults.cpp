@@ -1,6 +1,7 @@
 #include "facade/faults.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
 #include <iterator>
 
@@ -90,8 +91,10 @@ std::string list_of(const std::vector<std::string>& names) {
 // A value in quotes unless it is plainly a number.
 std::string quoted(const std::string& value) {
   if (value.empty()) return "empty";
-  const bool is_number = value.find_first_not_of("0123456789+-.eE") == std::string::npos ||
-                         value == "NaN" || value == "INF" || value == "-INF";
+  double number = 0;
+  const char* const end = value.data() + value.size();
+  const bool is_number =
+      std::from_chars(value.data(), end, number).ptr == end || value == "INF" || value == "-INF";
   return is_number ? value : '\'' + value + '\'';
 }
 

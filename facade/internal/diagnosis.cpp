@@ -301,8 +301,11 @@ class Walk : public lmx::c_xml_reader_memory {
   // Whether the element says that it is nil.
   bool read_attributes(const Level& level, Object* self);
   void read_attribute(const Level& level, Object* self, const Row& row, bool is_again);
-  void check_attributes(const Level& level, const Class& type, std::uint32_t seen);
-  void note_unknown_attribute(const Level& level, std::uint32_t* seen);
+  void note_bad_attribute(const Level& level, std::string_view row_name);
+  void check_attributes(const Level& level, const Class& type, std::uint32_t seen,
+                        std::size_t* stray);
+  // Whether it was told which one it was meant to be.
+  bool note_unknown_attribute(const Level& level, std::uint32_t* seen);
   void note_undeclared(const Level& level);
   SourceText::Attribute attribute_here(const Level& level);
 
@@ -515,7 +518,8 @@ Walk::Place Walk::here() {
 void Walk::note_text(const Level& level, elmx_error code, std::string_view item,
                      std::string expected) {
   if (Fault* const fault = note(&level, code, "text-misplaced", item, here())) {
-    fault->found = excerpt(name);
+    const std::size_t end = name.find_last_not_of(" \t\r\n");
+    fault->found = excerpt(std::string_view(name).substr(0, end + 1));
     fault->expected = std::move(expected);
   }
 }
@@ -633,7 +637,7 @@ void Walk::note_broken(const Level* level, elmx_error code, std::string item) {
         words = "The characters are of no encoding that is known here, UTF-8 is expected";
       } else {
         rule = "xml-syntax";
-        place.span = source_.tag(from);
+        place.span = source_.tag(source_.find(std::max(before_, source_.begin()), "<?xml"));
         words = cause == lmx::elmx_bad_xml_version
                     ? "The XML version must be 1.0 or 1.1"
                     : "The XML declaration must stand once, at the very beginning, as <?xml "
@@ -643,6 +647,7 @@ void Walk::note_broken(const Level* level, elmx_error code, std::string item) {
     }
     case lmx::elmx_bad_dtd:
       rule = "document-type";
+      place.span = source_.tag_head(source_.find(std::max(before_, source_.begin()), "<!DOCTYPE"));
       words =
           "The document type is broken, stands behind content, or has entities that name "
           "themselves or grow beyond measure: take it out";
@@ -1372,6 +1377,7 @@ bool Walk::read_attributes(const Level& level, Object* self) {
   const Class& type = *level.type;
   bool is_nil = false;
   std::uint32_t seen = 0;
+  std::size_t stray = 0;  // the fault of an unknown one, by its number
   elmx_error error = lmx::elmx_ok;
   while (get_attribute_event(nullptr, &error, &attribute_name)) {
     if (error != lmx::elmx_ok) {
@@ -1389,8 +1395,7 @@ bool Walk::read_attributes(const Level& level, Object* self) {
       if (get_attribute_value(&value, lmx::elmx_collapse)) {
         is_nil = value == "true" || value == "1";
       } else {
-        note_value(level, type.content_class().rows[0], lmx::elmx_bad_attribute_value,
-                   {attribute_here(level).value}, attribute_name, {});
+        note_bad_attribute(level, {});
       }
       continue;
     }
@@ -1404,10 +1409,10 @@ bool Walk::read_attributes(const Level& level, Object* self) {
       seen |= bit;
       continue;
     }
-    if (!is_xsi) note_unknown_attribute(level, &seen);
+    if (!is_xsi && !note_unknown_attribute(level, &seen)) stray = last_number();
     skip_attribute_value();
   }
-  check_attributes(level, type, seen);
+  check_attributes(level, type, seen, &stray);
   if (self != nullptr && is_nil) {
     Head::flags(*self) |= std::uint32_t{1} << type.nil_bit;
   }
@@ -1436,16 +1441,37 @@ void Walk::read_attribute(const Level& level, Object* self, const Row& row, bool
     skip_attribute_value();
     return;
   }
-  const bool is_good = get_attribute_value(&value, whitespace_of(row));
-  const elmx_error error = is_good ? take(self, row) : lmx::elmx_bad_attribute_value;
+  if (!get_attribute_value(&value, whitespace_of(row))) {
+    return note_bad_attribute(level, row.name());
+  }
+  const elmx_error error = take(self, row);
   if (error == lmx::elmx_ok) return;
   note_value(level, row, error, {attribute_here(level).value}, attribute_name, "/@");
 }
 
-void Walk::check_attributes(const Level& level, const Class& type, std::uint32_t seen) {
-  if (type.base != nullptr) check_attributes(level, *type.base, seen);
+// A reference that stands for nothing in the value of an attribute.
+void Walk::note_bad_attribute(const Level& level, std::string_view row_name) {
+  const Span whole = attribute_here(level).value;
+  const Span reference = source_.strange_reference(whole);
+  const Span span = reference.size() != 0 ? reference : whole;
+  Fault* const fault =
+      note(&level, lmx::elmx_bad_attribute_value, "unknown-reference", attribute_name, {span});
+  if (fault == nullptr) return;
+  if (!row_name.empty()) fault->path.append("/@").append(row_name);
+  explain_reference(fault, source_.text(span));
+}
+
+// One that is missing beside one that is unknown is the same mistake.
+void Walk::check_attributes(const Level& level, const Class& type, std::uint32_t seen,
+                            std::size_t* stray) {
+  if (type.base != nullptr) check_attributes(level, *type.base, seen, stray);
   for (const Row& row : type.attributes()) {
     if (!row.is_required || (seen >> row.bit & 1) != 0) continue;
+    if (const std::size_t number = std::exchange(*stray, 0); number != 0) {
+      if (number != k_none)
+        out_.faults[number - 1].expected = std::string(row.name()) + " is expected";
+      continue;
+    }
     if (Fault* const fault = note(&level, lmx::elmx_required_attributes_missing,
                                   "attribute-missing", type.name, tag_place(level))) {
       fault->path.append("/@").append(row.name());
@@ -1471,7 +1497,7 @@ void Walk::note_undeclared(const Level& level) {
 }
 
 // One that is called nearly like a row stands for it: its absence is no fault beside.
-void Walk::note_unknown_attribute(const Level& level, std::uint32_t* seen) {
+bool Walk::note_unknown_attribute(const Level& level, std::uint32_t* seen) {
   std::vector<std::string> allowed;
   const Row* meant = nullptr;
   const std::string local = get_local_name();
@@ -1488,7 +1514,7 @@ void Walk::note_unknown_attribute(const Level& level, std::uint32_t* seen) {
   if (meant != nullptr) *seen |= std::uint32_t{1} << meant->bit;
   Fault* const fault = note(&level, lmx::elmx_unexpected_attribute, "unknown-attribute",
                             level.full_name, {attribute_here(level).name});
-  if (fault == nullptr) return;
+  if (fault == nullptr) return meant != nullptr;
   sort_by_distance(local, &allowed);
   fault->found = excerpt(attribute_name);
   if (meant != nullptr) {
@@ -1498,6 +1524,7 @@ void Walk::note_unknown_attribute(const Level& level, std::uint32_t* seen) {
         allowed.empty() ? "none may stand there" : joined(allowed) + " may stand there";
   }
   fault->allowed = std::move(allowed);
+  return meant != nullptr;
 }
 
 // --- Values -------------------------------------------------------------------------------------
@@ -1642,14 +1669,17 @@ void Walk::store(const Level& level, Object* self, const Row& row, const Span& s
   } else if (whitespace_of(row) != lmx::elmx_preserve) {
     place.span = source_.trimmed(span);
   }
-  note_value(level, row, error, place, std::string(level.full_name), {});
+  const bool is_content = row.place == zol_v2::internal::Place::content;
+  note_value(level, row, error, place, std::string(level.full_name),
+             is_content ? "/text()" : std::string_view());
 }
 
 void Walk::note_value(const Level& level, const Row& row, elmx_error code, const Place& place,
                       std::string item, std::string_view step) {
   Fault* const fault = note(&level, code, {}, item, place);
   if (fault == nullptr) return;
-  if (!step.empty()) fault->path.append(step).append(row.name());
+  fault->path.append(step);
+  if (row.place == zol_v2::internal::Place::attribute) fault->path.append(row.name());
   fault->found = excerpt(value);
   switch (code) {
     case lmx::elmx_value_too_big:
@@ -1675,16 +1705,6 @@ void Walk::note_value(const Level& level, const Row& row, elmx_error code, const
       fault->allowed = values_of(*row.enumeration);
       sort_by_distance(value, &fault->allowed);
       break;
-    case lmx::elmx_bad_attribute_value: {
-      const Span reference = source_.strange_reference(place.span);
-      fault->rule = "unknown-reference";
-      explain_reference(fault, source_.text(reference.size() != 0 ? reference : place.span));
-      if (reference.size() != 0) {
-        put(&fault->place, {reference});
-        fault->length = reference.size();
-      }
-      break;
-    }
     default:
       fault->rule = "wrong-format";
       fault->expected = format_words(row, value);

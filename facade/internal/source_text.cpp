@@ -74,6 +74,12 @@ std::size_t SourceText::pass(std::size_t at, std::string_view ascii) const {
   return bytes_.size();
 }
 
+std::size_t SourceText::find(std::size_t at, std::string_view ascii) const {
+  const std::size_t behind = pass(at, ascii);
+  const std::size_t size = ascii.size() * width();
+  return behind >= size && is_at(behind - size, ascii) ? behind - size : bytes_.size();
+}
+
 std::size_t SourceText::skip_space(std::size_t at, std::size_t end) const {
   while (at < end && is_space(unit(at))) at += width();
   return std::min(at, end);

@@ -36,6 +36,8 @@ class SourceText {
   // The tag or text that comes at or behind a place, after white space, comments and instructions.
   std::size_t skip_to_content(std::size_t at) const;
   std::size_t skip_space(std::size_t at, std::size_t end) const;
+  // The next occurrence; the end if there is none.
+  std::size_t find(std::size_t at, std::string_view ascii) const;
   // Without the white space at both ends.
   Span trimmed(Span span) const;
   // "<name" or "</name".
