@@ -247,6 +247,46 @@ std::string SourceText::text(Span span) const {
   return out;
 }
 
+int SourceText::character(std::size_t at, std::size_t* behind) const {
+  int c = unit(at);
+  *behind = std::min(at + width(), bytes_.size());
+  if (form_ == Form::utf8 && c >= 0x80) {
+    const std::size_t length = c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
+    const std::string_view sequence = bytes_.substr(at, length);
+    if (SourceText(sequence).bad_utf8(0) != sequence.size() || sequence.size() != length) return -1;
+    c &= 0xFF >> (length + 1);
+    for (const char next : sequence.substr(1)) c = c << 6 | (next & 0x3F);
+    *behind = at + length;
+  } else if (is_high(c) && is_low(unit(*behind))) {
+    c = ((c & 0x3FF) << 10) + (unit(*behind) & 0x3FF) + 0x10000;
+    *behind += width();
+  } else if (is_high(c) || is_low(c)) {
+    return -1;
+  }
+  return c;
+}
+
+std::size_t SourceText::before(std::size_t at) const {
+  std::size_t back = at - width();
+  if (form_ == Form::utf8) {
+    const std::size_t least = at < begin_ + 4 ? begin_ : at - 4;
+    while (back > least && (static_cast<unsigned char>(bytes_[back]) & 0xC0) == 0x80) --back;
+    std::size_t behind = back;
+    static_cast<void>(character(back, &behind));
+    return behind == at ? back : at - 1;
+  }
+  if (is_low(unit(back)) && back >= begin_ + width() && is_high(unit(back - width()))) {
+    back -= width();
+  }
+  return back;
+}
+
+bool SourceText::is_line_end(std::size_t at) const {
+  std::size_t behind = at;
+  const int c = character(at, &behind);
+  return c == '\n' || c == '\r' || c == k_next_line || c == k_line_separator;
+}
+
 // --- Lines --------------------------------------------------------------------------------------
 
 // Whatever the reader takes for a line end is one here, each of them once.

@@ -70,6 +70,13 @@ class SourceText {
 
   // In UTF-8, as it stands.
   std::string text(Span span) const;
+  // The character at a place, and the place behind it: -1 for bytes that are none, of which one is
+  // passed, and at the end.
+  int character(std::size_t at, std::size_t* behind) const;
+  // The place of the character before.
+  std::size_t before(std::size_t at) const;
+  // Is there a line end at a place?
+  bool is_line_end(std::size_t at) const;
 
   // Line and column of each place whose line is 1 and not known yet by more than its offset. In any
   // order; reads the text once.
