@@ -184,9 +184,12 @@ Report failure(const CZipException& exception, const std::wstring& path) {
                          port::to_utf8(exception.ErrorText()), cause);
 }
 
-std::string without_full_stop(std::string text) {
+// A message as part of a sentence.
+std::string as_clause(elmx_error code, std::string text) {
   if (!text.empty() && text.back() == '.') text.pop_back();
-  return text;
+  if (text.compare(0, 4, "The ") == 0 || text.compare(0, 4, "Not ") == 0) return text;
+  return (code == lmx::elmx_no_file ? "The file can't be read: " : "The archive can't be read: ") +
+         text;
 }
 
 // What could not be read at all is a fault, too, and the only one.
@@ -195,7 +198,7 @@ void complete(LoadReport& report) {
     Fault& fault = report.faults.emplace_back();
     fault.code = report.code;
     fault.rule = report.code == lmx::elmx_no_file ? "bad-file" : "bad-archive";
-    fault.expected = without_full_stop(report.message);
+    fault.expected = as_clause(report.code, report.message);
     report.is_complete = false;
   }
   report.fault_count = std::max<std::uint64_t>(report.fault_count, report.faults.size());
@@ -527,6 +530,11 @@ LoadReport take_stream(std::string* bytes, std::istream& stream, const LoadOptio
           stream.rdbuf()->sgetn(&(*bytes)[size], static_cast<std::streamsize>(k_block)));
       bytes->resize(size + taken);
       if (bytes->size() > options.largest_document) return too_large(options);
+    }
+    // What it throws of its end is no failure.
+    try {
+      stream.setstate(std::ios_base::eofbit);
+    } catch (const std::ios_base::failure&) {
     }
   } catch (const std::bad_alloc&) {
     throw;

@@ -74,6 +74,12 @@ std::size_t SourceText::pass(std::size_t at, std::string_view ascii) const {
   return bytes_.size();
 }
 
+std::size_t SourceText::find(std::size_t at, std::string_view ascii) const {
+  const std::size_t behind = pass(at, ascii);
+  const std::size_t size = ascii.size() * width();
+  return behind >= size && is_at(behind - size, ascii) ? behind - size : bytes_.size();
+}
+
 std::size_t SourceText::skip_space(std::size_t at, std::size_t end) const {
   while (at < end && is_space(unit(at))) at += width();
   return std::min(at, end);
@@ -162,19 +168,29 @@ bool SourceText::is_bare_bracket(std::size_t at) const {
   return unit(at) == '<' && !is_name_start(next) && next != '/' && next != '!' && next != '?';
 }
 
+bool SourceText::has_slash(std::size_t at) const {
+  int quote = 0;
+  for (at += width(); unit(at) >= 0 && unit(at) != '>'; at += width()) {
+    const int c = unit(at);
+    if (quote == 0 && c == '/') return true;
+    if (quote != 0 ? c == quote : is_quote(c)) quote = quote != 0 ? 0 : c;
+  }
+  return false;
+}
+
 bool SourceText::is_closed_first(std::size_t from, std::string_view name,
                                  std::string_view other) const {
-  const std::string own = "</" + std::string(name);
-  const std::string outer = "</" + std::string(other);
-  for (std::size_t at = from; (at = pass(at, "</")) < bytes_.size();) {
-    const std::size_t tag = at - 2 * width();
-    const auto is_tag = [&](const std::string& text) {
-      return is_at(tag, text) && !is_name(unit(tag + text.size() * width()));
+  if (name == other) return false;  // which of them it would be is not to be told
+  const std::string end = "/" + std::string(name);
+  const std::string outer = "/" + std::string(other);
+  for (std::size_t at = from; (at = pass(at, "<")) < bytes_.size();) {
+    const auto is_tag = [&](std::string_view text) {
+      return is_at(at, text) && !is_name(unit(at + text.size() * width()));
     };
-    if (is_tag(own)) return true;
-    if (is_tag(outer)) return false;
+    if (is_tag(end)) return true;
+    if (is_tag(outer) || is_tag(name)) return false;
   }
-  return true;
+  return false;
 }
 
 Span SourceText::reference_before(std::size_t end) const {
@@ -229,6 +245,46 @@ std::string SourceText::text(Span span) const {
     out += lmx::unicode_char_to_utf8(c, sequence);
   }
   return out;
+}
+
+int SourceText::character(std::size_t at, std::size_t* behind) const {
+  int c = unit(at);
+  *behind = std::min(at + width(), bytes_.size());
+  if (form_ == Form::utf8 && c >= 0x80) {
+    const std::size_t length = c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
+    const std::string_view sequence = bytes_.substr(at, length);
+    if (SourceText(sequence).bad_utf8(0) != sequence.size() || sequence.size() != length) return -1;
+    c &= 0xFF >> (length + 1);
+    for (const char next : sequence.substr(1)) c = c << 6 | (next & 0x3F);
+    *behind = at + length;
+  } else if (is_high(c) && is_low(unit(*behind))) {
+    c = ((c & 0x3FF) << 10) + (unit(*behind) & 0x3FF) + 0x10000;
+    *behind += width();
+  } else if (is_high(c) || is_low(c)) {
+    return -1;
+  }
+  return c;
+}
+
+std::size_t SourceText::before(std::size_t at) const {
+  std::size_t back = at - width();
+  if (form_ == Form::utf8) {
+    const std::size_t least = at < begin_ + 4 ? begin_ : at - 4;
+    while (back > least && (static_cast<unsigned char>(bytes_[back]) & 0xC0) == 0x80) --back;
+    std::size_t behind = back;
+    static_cast<void>(character(back, &behind));
+    return behind == at ? back : at - 1;
+  }
+  if (is_low(unit(back)) && back >= begin_ + width() && is_high(unit(back - width()))) {
+    back -= width();
+  }
+  return back;
+}
+
+bool SourceText::is_line_end(std::size_t at) const {
+  std::size_t behind = at;
+  const int c = character(at, &behind);
+  return c == '\n' || c == '\r' || c == k_next_line || c == k_line_separator;
 }
 
 // --- Lines --------------------------------------------------------------------------------------
