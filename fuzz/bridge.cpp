@@ -91,7 +91,9 @@ struct Class {
   const Function* end = nullptr;
 };
 
-bool has(std::string_view name, std::string_view part) { return name.find(part) != name.npos; }
+bool has(std::string_view name, std::string_view part) {
+  return name.find(part) != std::string_view::npos;
+}
 bool begins(std::string_view name, std::string_view part) {
   return name.substr(0, part.size()) == part;
 }

@@ -11,7 +11,7 @@ namespace zol_fuzz {
 inline bool is_tower([[maybe_unused]] std::string_view text) {
 #if defined(ZOL_FUZZ)
   constexpr auto k_most_references = 6;
-  if (text.find('!') == text.npos) return false;
+  if (text.find('!') == std::string_view::npos) return false;
   return std::count(text.begin(), text.end(), '&') + std::count(text.begin(), text.end(), '%') >
          k_most_references;
 #else

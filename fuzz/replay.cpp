@@ -31,7 +31,7 @@ std::string decoded(std::string_view base64) {
   int count = 0;
   for (const char c : base64) {
     const std::size_t digit = k_digits.find(c);
-    if (digit == k_digits.npos) break;
+    if (digit == std::string_view::npos) break;
     bits = bits << 6U | static_cast<unsigned>(digit);
     count += 6;
     if (count < 8) continue;

@@ -20,7 +20,6 @@
 namespace {
 
 using namespace lmx;
-using zol_v2::reflection::Kind;
 using zol_v2::reflection::Row;
 using zol_v2::reflection::Type;
 
@@ -213,7 +212,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string line = input.line();
     const std::size_t bar = line.find('|');
     const std::string a = line.substr(0, bar);
-    const std::string b = bar == line.npos ? std::string() : line.substr(bar + 1);
+    const std::string b = bar == std::string::npos ? std::string() : line.substr(bar + 1);
     switch (law % 14) {
       case 0:
         keep_date<c_datetime>(a, b);
