@@ -44,6 +44,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   if (zol_fuzz::is_tower(text)) return 0;
   compare_roads<zol_v2::Zol>(text);
-  if (text.find("Measurement") != text.npos) compare_roads<zol_v2::Measurement>(text);
+  if (text.find("Measurement") != std::string_view::npos) compare_roads<zol_v2::Measurement>(text);
   return 0;
 }
