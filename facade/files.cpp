@@ -159,7 +159,7 @@ elmx_error Zol::writeFile(const std::wstring& path) const {
 
 namespace {
 
-template <class Report>
+template <class Report>  // NOLINTNEXTLINE(performance-unnecessary-value-param): it is moved
 Report failure(elmx_error code, std::string message, std::int32_t archive_cause = 0) {
   Report report;
   report.code = code;

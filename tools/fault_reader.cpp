@@ -47,7 +47,7 @@ bool is_local_fault(elmx_error code) {
 elmx_error FaultReader::user_handle_error(elmx_error code, const std::string& item, const char*,
                                           int) {
   // The argument may be one of the reader's own work strings.
-  const std::string item_name = item;
+  const std::string item_name = item;  // NOLINT(performance-unnecessary-copy-initialization)
   forget_false_gaps(code);
   if (!is_follow_up(code, item_name)) {
     faults_.push_back(make_fault(get_line_no(), code, item_name));

@@ -52,6 +52,7 @@ std::vector<Fault> find_unwritable(const zol_v2::Zol& document, const DocumentTe
 
   find_elements(text.data(), text.size(), &places);
   std::vector<Fault> faults;
+  faults.reserve(places.size());
   for (const ElementPlace& place : places) {
     faults.push_back(make_fault(place.line, lmx::elmx_occurs_on_marshal, place.path));
   }

@@ -221,12 +221,12 @@ int Judge::read(void* judge, char* block, int size) {
 
 // Nothing in its stead would send the parser to look for itself.
 xmlEntityPtr Judge::get_entity(void* parser, const xmlChar* name) {
-  const xmlEntityPtr entity = xmlSAX2GetEntity(parser, name);
+  xmlEntity* const entity = xmlSAX2GetEntity(parser, name);
   return of(parser).may_enter(parser, entity) ? entity : xmlGetPredefinedEntity(BAD_CAST "amp");
 }
 
 xmlEntityPtr Judge::get_parameter_entity(void* parser, const xmlChar* name) {
-  const xmlEntityPtr entity = xmlSAX2GetParameterEntity(parser, name);
+  xmlEntity* const entity = xmlSAX2GetParameterEntity(parser, name);
   return of(parser).may_enter(parser, entity) ? entity : nullptr;
 }
 
@@ -301,7 +301,7 @@ void Judge::add(const char* rule, std::string_view sentence, std::string item) {
 // Inside of an entity that of the reference in the document.
 std::size_t Judge::offset() const {
   if (parser_->inputNr == 0) return 0;
-  const xmlParserInputPtr top = std::exchange(parser_->input, parser_->inputTab[0]);
+  xmlParserInput* const top = std::exchange(parser_->input, parser_->inputTab[0]);
   const long offset = xmlByteConsumed(parser_.get());
   parser_->input = top;
   return std::min(static_cast<std::size_t>(std::max(offset, 0L)), text_.size());
@@ -317,6 +317,12 @@ bool Judge::is_read_to_its_end() const {
 
 std::vector<XmlFault> Judge::run() {
   const lmx::internal::Libxml2Silence silence;
+  // What it says beside its parser is only heard of for want of memory, which shows as an end of
+  // the text.
+  xmlSetStructuredErrorFunc(this, [](void* judge, auto* error) {
+    Judge& self = *static_cast<Judge*>(judge);
+    if (error->code == XML_ERR_NO_MEMORY) self.is_out_of_memory_ = self.is_done_ = true;
+  });
   xmlInitParser();
   xmlSAXHandler handler = callbacks();
   parser_.reset(
@@ -326,7 +332,9 @@ std::vector<XmlFault> Judge::run() {
   // Without XML_PARSE_HUGE a long text would be a fault; against bombs there is may_enter().
   xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_RECOVER);
   xmlParseDocument(parser_.get());
-  if (is_out_of_memory_) throw std::bad_alloc();
+  // Without a buffer to begin with it says nothing at all.
+  const bool has_begun = text_.empty() || at_ != 0;
+  if (is_out_of_memory_ || !has_begun) throw std::bad_alloc();
   if (faults_.empty() && parser_->wellFormed == 0) add("markup", "the markup is broken", {});
   if (faults_.empty() && !is_read_to_its_end()) {
     add("root-element", "something stands behind the root element", {});

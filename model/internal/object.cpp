@@ -804,6 +804,7 @@ bool is_same_list(const PointerList& a, const PointerList& b, Kind kind) {
 // To the bit, so that a value that is no number is the same as itself.
 template <class T>
 bool is_same_bits(const Object& a, const Object& b, const Row& row) {
+  // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
   return std::memcmp(&row.field<T>(a), &row.field<T>(b), sizeof(T)) == 0;
 }
 
