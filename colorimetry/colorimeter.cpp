@@ -159,6 +159,17 @@ bool same(const Conditions& a, const Conditions& b) {
   return a.light == b.light && a.observer == b.observer;
 }
 
+// What both kinds of specification say of the instrument.
+void read_instrument(const ColorSpaceSpecificationSpectrumType& specification, Stimulus* stimulus) {
+  const DeviceFilter& filter = specification.get_DeviceFilter();
+  const DevicePolarization& polarisation = specification.get_DevicePolarization();
+  if (!filter.isnil_DeviceFilter()) stimulus->filter = filter.getenum_DeviceFilterType();
+  if (!polarisation.isnil_DevicePolarization()) {
+    stimulus->is_polarised = polarisation.get_DevicePolarization();
+  }
+  stimulus->quantity = specification.get_Spectrum().getenum_SpectrumType();
+}
+
 // Conditions and white of coordinates. What no white is known for gets that of D50, and says so.
 void read_conditions(const TristimulusSpecification* specification, Stimulus* stimulus) {
   const Conditions standard;
@@ -167,6 +178,7 @@ void read_conditions(const TristimulusSpecification* specification, Stimulus* st
     stimulus->has_default_conditions = true;
   } else {
     const int observer = specification->getenum_FieldOfView();
+    read_instrument(*specification, stimulus);
     stimulus->conditions.light = Light::of(specification->get_IlluminationOptions());
     stimulus->conditions.observer = observer == 2 ? Observer::degree_10 : Observer::degree_2;
     stimulus->has_default_conditions = observer == 0;
@@ -561,6 +573,7 @@ Outcome<Stimulus> Colorimeter::State::spectral(const sg_ColorSpace& space,
   const auto* const specification =
       spectral_specification(spectral->get_ColorSpaceSpecificationSpectrumSpectral(), place);
   if (specification != nullptr) {
+    read_instrument(*specification, &result);
     result.geometry = Geometry::of(specification->get_GeometryChoice());
     result.is_without_bandpass_correction = specification->getenum_ASTM_Table() == 2;
   }
@@ -651,6 +664,23 @@ Outcome<Stimulus> Colorimeter::measure(const sg_ColorSpace& space, const Conditi
   if (!is_same) {
     return Refusal{"there is no spectrum, and " + space_name(space) + " is for " +
                    text_of(result->conditions)};
+  }
+  return result;
+}
+
+std::vector<Conditions> Colorimeter::conditions_of(const ColorType& color,
+                                                   const ColorPlace& place) {
+  std::vector<Conditions> result;
+  for (int rank = 0; rank <= k_standard_rgb; ++rank) {
+    for (const sg_ColorSpace& space : color.each_ColorSpace()) {
+      if (rank_of(space) != rank || is_spectral(rank_of(space))) continue;
+      const Outcome<Stimulus> stimulus = state_->rendering(space, place);
+      if (!stimulus) continue;
+      const auto is_there = [&](const Conditions& c) { return same(c, stimulus->conditions); };
+      if (std::none_of(result.begin(), result.end(), is_there)) {
+        result.push_back(stimulus->conditions);
+      }
+    }
   }
   return result;
 }

@@ -80,7 +80,12 @@ struct Stimulus {
   Xyz xyz;    // the perfect diffuser at Y = 1; of a light source in cd/m2, as the document has it
   Xyz white;  // of the conditions, Y = 1; of a light source of unknown reference all zero
   Conditions conditions;
+  // How it was measured, as far as the document says: geometry, filter and spectral quantity by
+  // their numbers in the format's enumerations, from 1, and polarisers.
   Geometry geometry;
+  int filter = 0;
+  int quantity = 0;
+  std::optional<bool> is_polarised;
 
   Source source = Source::tristimulus;
   // The rendering that it was computed from, by its number in the colour.
@@ -161,6 +166,9 @@ class ZOL_COLORIMETRY_API Colorimeter {
   // One rendering alone, under its own conditions or, for a spectrum, under those given.
   Outcome<Stimulus> measure(const sg_ColorSpace& space, const Conditions& conditions,
                             const ColorPlace& place = {});
+
+  // The conditions under which the colour has coordinates of the document's own, best first.
+  std::vector<Conditions> conditions_of(const ColorType& color, const ColorPlace& place = {});
 
   // The spectrum of the colour, if it has one.
   static Outcome<Spectrum> spectrum(const ColorType& color);
