@@ -356,6 +356,7 @@ RecordEvaluator::Rules RecordEvaluator::rules_of(unsigned pair) const {
 }
 
 void RecordEvaluator::evaluate() {
+  out_.verdicts.reserve(out_.verdicts.size() + record_.size_StandardAndMeasurement());
   unsigned index = 0;
   for (const ToleranceType& tolerance : record_.each_Tolerance()) {
     add_rule(tolerance, false, index++, &record_rules_);
