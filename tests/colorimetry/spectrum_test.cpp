@@ -205,7 +205,6 @@ TEST(Spectra, MethodIsSaid) {
                    StandardIlluminant::E),
             "CIE 15 sum at 1 nm from 360 to 830 nm, cubic spline, end value repeated above 800 nm, "
             "steps of up to 50 nm where CIE 15 allows 20");
-  EXPECT_EQ(method(*Grid::of({400, 445}), StandardIlluminant::D50), "");
 }
 
 TEST(Spectra, FaultyOnesAreRefused) {
