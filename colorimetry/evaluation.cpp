@@ -761,9 +761,11 @@ bool is_same_function(const FunctionType& a, const FunctionType& b) {
          reflection::type_of(a) == reflection::type_of(b);
 }
 
-// The number of results that changed: 1 or 0.
+// The number of results that changed: 1 or 0. Documents are written with 14 digits.
 std::size_t store(FunctionType* function, double value) {
-  if (function->isset_Result() && function->get_Result() == value) return 0;
+  const bool is_there = function->isset_Result() &&
+                        std::fabs(function->get_Result() - value) <= 1e-13 * std::fabs(value);
+  if (is_there) return 0;
   return function->set_Result(value) == lmx::elmx_ok ? 1 : 0;
 }
 
