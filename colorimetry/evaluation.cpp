@@ -234,6 +234,7 @@ class RecordEvaluator {
   Outcome<double> over_pair(Formula formula, unsigned pair, const Demands& demands,
                             Computed* result);
   Outcome<double> over_record(Formula formula, const Demands& demands, Computed* result);
+  Outcome<double> average_over_record(Formula formula, const Demands& demands, Computed* result);
 
   Outcome<Comparable> see(const std::vector<PlacedColor>& colors, const Demands& demands,
                           bool has_standard = true);
@@ -261,6 +262,8 @@ class RecordEvaluator {
   Rules global_rules_;
   // Statistics by formula that were asked for by measurements of the pair at hand.
   std::map<Formula, Computed> statistics_;
+  // Averages over the standards, by formula and demands.
+  std::map<std::string, Computed> averages_;
 };
 
 void RecordEvaluator::add_rule(const ToleranceType& tolerance, bool is_of_standard, unsigned index,
@@ -307,7 +310,9 @@ void RecordEvaluator::evaluate() {
       ++index;
     }
   }
-  for (unsigned i = 0; i < record_.size_StandardAndMeasurement(); ++i) evaluate_pair(i);
+  for (unsigned i = 0; i < record_.size_StandardAndMeasurement() && !out_.is_cut; ++i) {
+    evaluate_pair(i);
+  }
   evaluate_averages();
 }
 
@@ -318,7 +323,7 @@ void RecordEvaluator::evaluate_pair(unsigned number) {
   FunctionPlace place;
   place.record = number_;
   place.pair = number;
-  for (unsigned i = 0; i < pair.size_Measurement(); ++i) {
+  for (unsigned i = 0; i < pair.size_Measurement() && !out_.is_cut; ++i) {
     place.measurement = i;
     for (const Rules* rules : RuleLists{&own, &global_rules_, &record_rules_}) {
       for (const Rule& rule : *rules) {
@@ -377,6 +382,9 @@ void RecordEvaluator::note_stored(const FunctionType& function, Computed* comput
 }
 
 void RecordEvaluator::judge(const Rule& rule, const FunctionPlace& place) {
+  constexpr std::size_t k_most_verdicts = 1000000;
+  if (out_.verdicts.size() == k_most_verdicts) out_.is_cut = true;
+  if (out_.is_cut) return;
   out_.verdicts.emplace_back();
   Verdict& verdict = out_.verdicts.back();
   verdict.place = place;
@@ -643,8 +651,32 @@ Outcome<double> RecordEvaluator::over_pair(Formula formula, unsigned number, con
   return standard_deviation(values);
 }
 
+// What a tolerance of each standard may ask for is summed once.
 Outcome<double> RecordEvaluator::over_record(Formula formula, const Demands& demands,
                                              Computed* result) {
+  const std::string key = std::string(name_of(formula)) + '|' +
+                          (demands.light ? demands.light->name() : "") + '|' +
+                          (demands.observer ? std::string(name_of(*demands.observer)) : "") + '|' +
+                          (demands.geometry ? demands.geometry.text() : "");
+  const auto known = averages_.find(key);
+  if (known == averages_.end()) {
+    Computed average;
+    const Outcome<double> value = average_over_record(formula, demands, &average);
+    if (value) average.value = *value;
+    average.reason = value.reason();
+    averages_.emplace(key, average);
+  }
+  const Computed& average = averages_.at(key);
+  result->conditions = average.conditions;
+  result->has_default_conditions = average.has_default_conditions;
+  result->standard_source = average.standard_source;
+  result->measurement_source = average.measurement_source;
+  if (average.value) return *average.value;
+  return Refusal{average.reason};
+}
+
+Outcome<double> RecordEvaluator::average_over_record(Formula formula, const Demands& demands,
+                                                     Computed* result) {
   double sum = 0;
   unsigned count = 0;
   for (unsigned i = 0; i < record_.size_StandardAndMeasurement(); ++i) {

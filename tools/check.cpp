@@ -330,6 +330,10 @@ ExitStatus run(const Options& options) {
     status = worse(status, loaded);
     if (loaded != ExitStatus::ok) continue;
     const Evaluation evaluation = zol_v2::colorimetry::evaluate(document);
+    if (evaluation.is_cut) {
+      complain(file, "more verdicts than can be held; those that were reached follow");
+      status = ExitStatus::trouble;
+    }
     if (options.json) {
       all.push_back(json_of(file, document, evaluation));
     } else if (options.csv) {

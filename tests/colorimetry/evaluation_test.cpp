@@ -355,6 +355,22 @@ TEST(Record, TolerancesHoldForTheStandardsThatTheyAreFor) {
   EXPECT_EQ(said, "0 own pass; 0 all pass; 0 record pass; 1 all fail; 1 record fail; ");
 }
 
+TEST(Record, MoreVerdictsThanAnybodyReadsAreCut) {
+  Zol document;
+  load(document, record(pair(measurement(lab(50, 0, 0)), "<Standard xsi:nil='true'/>"),
+                        tolerance("<FunctionDE/>")));
+  ColorQualityControlType& whole = document.get_ColorQualityControl(0);
+  for (int i = 0; i < 1100; ++i) {
+    whole.append_StandardAndMeasurement();
+    whole.back_StandardAndMeasurement() = whole.get_StandardAndMeasurement(0);
+    whole.append_Tolerance();
+    whole.back_Tolerance() = whole.get_Tolerance(0);
+  }
+  const Evaluation evaluation = evaluate(document);
+  EXPECT_TRUE(evaluation.is_cut);
+  EXPECT_EQ(evaluation.verdicts.size(), 1000000u);
+}
+
 TEST(Results, StoredOnesAreCheckedAndWrittenBack) {
   const auto stored = [](const std::string& result) {
     return element("FunctionDE", element("Result", result));

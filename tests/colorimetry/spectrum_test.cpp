@@ -249,7 +249,7 @@ TEST(Spectra, FaultyOnesAreRefused) {
   EXPECT_EQ(Spectrum::of(space).reason(), "the spectrum has two points at 410 nm");
 }
 
-TEST(Spectra, TablesAreSharedAndBounded) {
+TEST(Spectra, TablesAreSharedInAnyThread) {
   const Grid grid = *Grid::even(390, 10, 34);
   const auto first = *Weights::of(grid, StandardIlluminant::D50, Observer::degree_2);
   EXPECT_EQ(first, *Weights::of(grid, StandardIlluminant::D50, Observer::degree_2));
