@@ -16,13 +16,14 @@ struct Sentence {
 
 constexpr Sentence k_sentences[] = {
     // Values.
-    {"above-bound", "{item} is {found}, {expected} is allowed"},
-    {"below-bound", "{item} is {found}, {expected} is allowed"},
-    {"wrong-format", "{item} is {found}, {expected} is expected"},
-    {"wrong-length", "{item} is {found}, {expected} is allowed"},
-    {"no-time-zone", "{item} is {found}, which has no time zone: {expected} is expected"},
-    {"not-enumerated", "{item} is {found}, allowed is {allowed}"},
+    {"above-bound", "{item} is {value}, {expected} is allowed"},
+    {"below-bound", "{item} is {value}, {expected} is allowed"},
+    {"wrong-format", "{item} is {value}, {expected} is expected"},
+    {"wrong-length", "{item} is {value}, {expected} is allowed"},
+    {"no-time-zone", "{item} is {value}, which has no time zone: {expected} is expected"},
+    {"not-enumerated", "{item} is {value}, {allowed} is expected"},
     {"unknown-reference", "{found} in {item} names no entity: {expected}"},
+    {"bare-markup", "A mere {found} in {item} must be written {expected}"},
     {"bad-character", "{found} in {item} is no character that a document may hold"},
     // Attributes.
     {"attribute-twice", "The attribute {item} stands twice in {parent}{first}"},
@@ -32,14 +33,16 @@ constexpr Sentence k_sentences[] = {
     {"unknown-element", "{found} is unknown in {element}, {expected}"},
     {"misplaced-element", "{element} stands in the wrong place in {parent}: {expected}{first}"},
     {"element-twice", "{element} stands once too often in {parent}{first}"},
+    {"alternative-twice", "{found} stands in {element}, which holds one alternative alone{first}"},
     {"element-missing", "{element} is missing in {parent}: {expected}"},
     {"alternative-missing", "{element} lacks one of {allowed}: {expected}"},
-    {"text-misplaced", "The text {found} stands in {element}, {expected}"},
+    {"text-misplaced", "The text {value} stands in {element}, {expected}"},
     {"element-empty", "{element} is empty, it must hold {expected}"},
     {"element-in-value", "{found} stands in {element}, which holds a value alone"},
     {"not-empty", "{found} stands in {element}, which must be empty{expected}"},
-    {"end-tag-mismatch", "{found} stands where {expected} must{first}"},
-    {"unknown-type", "{element} is of the type {found}, allowed is {allowed}"},
+    {"end-tag-mismatch", "{found} stands where {expected} must{start}"},
+    {"end-tag-missing", "{expected} is missing before {found}{start}"},
+    {"unknown-type", "{element} is of the type {value}, {allowed} is expected"},
     {"type-missing", "{element} names no type: xsi:type must be {allowed}"},
     {"wrong-root", "The document begins with {found}, {expected} is expected"},
     {"wrong-namespace", "{item} is of {found}, {expected} is expected"},
@@ -81,16 +84,28 @@ std::string list_of(const std::vector<std::string>& names) {
   return text;
 }
 
+// A value in quotes unless it is plainly a number.
+std::string quoted(const std::string& value) {
+  if (value.empty()) return "empty";
+  const bool is_number = value.find_first_not_of("0123456789+-.eE") == std::string::npos ||
+                         value == "NaN" || value == "INF" || value == "-INF";
+  return is_number ? value : '\'' + value + '\'';
+}
+
+std::string place_of(const SourcePlace& place) {
+  return "line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
+}
+
 std::string word(const Fault& fault, std::string_view name) {
   if (name == "item") return std::string(local_name(fault.item));
   if (name == "found") return fault.found;
+  if (name == "value") return quoted(fault.found);
   if (name == "expected") return fault.expected;
   if (name == "allowed") return list_of(fault.allowed);
   if (name == "element") return std::string(step_of(fault.path, 0));
   if (name == "parent") return std::string(step_of(fault.path, 1));
   if (!fault.first) return {};
-  return " (the other is in line " + std::to_string(fault.first.line) + ", column " +
-         std::to_string(fault.first.column) + ")";
+  return (name == "start" ? ", for the tag in " : ", the other is in ") + place_of(fault.first);
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 #include "facade/files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <exception>
 #include <functional>
+#include <istream>
+#include <limits>
 #include <memory>
 #include <new>
 #include <ostream>
@@ -12,6 +15,8 @@
 
 #include "facade/check.h"
 #include "facade/internal/block_sink.h"
+#include "facade/internal/diagnosis.h"
+#include "facade/internal/file_kind.h"
 #include "facade/internal/file_source.h"
 #include "facade/internal/memory_file.h"
 #include "facade/internal/packed_document.h"
@@ -186,6 +191,24 @@ Report failure(const CZipException& exception, const std::wstring& path) {
                          port::to_utf8(exception.ErrorText()), cause);
 }
 
+std::string without_full_stop(std::string text) {
+  if (!text.empty() && text.back() == '.') text.pop_back();
+  return text;
+}
+
+// What could not be read at all is a fault, too, and the only one.
+void complete(LoadReport& report) {
+  if (report.code != lmx::elmx_ok && report.faults.empty()) {
+    Fault& fault = report.faults.emplace_back();
+    fault.code = report.code;
+    fault.rule = report.code == lmx::elmx_no_file ? "bad-file" : "bad-archive";
+    fault.expected = without_full_stop(report.message);
+    report.is_complete = false;
+  }
+  report.fault_count = std::max<std::uint64_t>(report.fault_count, report.faults.size());
+}
+void complete(SaveReport&) {}
+
 // Runs an operation on a file, which gives a report or throws, and hands over what it says.
 template <class Report, class Operation>
 elmx_error guarded(Report* report, const std::wstring& path, Operation operation) noexcept {
@@ -198,6 +221,7 @@ elmx_error guarded(Report* report, const std::wstring& path, Operation operation
     } catch (const std::bad_alloc&) {
       outcome = failure<Report>(k_archive_error, "Not enough memory.");
     }
+    if (report != nullptr) complete(outcome);
   } catch (...) {
     outcome = Report();
     outcome.code = k_archive_error;
@@ -208,108 +232,265 @@ elmx_error guarded(Report* report, const std::wstring& path, Operation operation
 }
 
 LoadReport unusable(const internal::PackedDocument& packed) {
-  return failure<LoadReport>(k_archive_error, packed.complaint(), CZipException::generic);
+  LoadReport report =
+      failure<LoadReport>(k_archive_error, packed.complaint(), CZipException::generic);
+  complete(report);
+  report.faults.front().entry = packed.entry_name();
+  return report;
 }
 
-// Of a source that is not whole.
-LoadReport failure_of(const internal::FileSource& source, const LoadOptions& options) {
-  if (source.error() != 0) {
-    return failure<LoadReport>(lmx::elmx_no_file, system_text(source.error()));
-  }
+LoadReport too_large(const LoadOptions& options) {
   return failure<LoadReport>(k_archive_error, "The document is larger than the limit of " +
                                                   std::to_string(options.largest_document) +
                                                   " bytes.");
 }
 
-LoadReport read_document(Zol& document, lmx::c_xml_reader& reader) {
+// Of a source that is not whole.
+LoadReport failure_of(const internal::FileSource& source, const LoadOptions& options) {
+  return source.error() != 0 ? failure<LoadReport>(lmx::elmx_no_file, system_text(source.error()))
+                             : too_large(options);
+}
+
+// --- Reading a document -------------------------------------------------------------------------
+
+// Loads one document for a client.
+class Loading {
+ public:
+  Loading(Zol& document, const LoadOptions& options, bool is_reported)
+      : document_(document), options_(options), is_reported_(is_reported) {}
+
+  LoadReport read_file(const std::wstring& path);
+  // A document or an archive.
+  LoadReport read_bytes(std::string_view bytes);
+
+ private:
+  LoadReport read_packed(internal::PackedDocument& packed, bool is_open);
+  LoadReport read_text(std::string_view text, const internal::PackedDocument* packed);
+  void diagnose(std::string_view text, const internal::PackedDocument* packed, LoadReport* report);
+
+  Zol& document_;
+  const LoadOptions& options_;
+  const bool is_reported_;
+};
+
+// All bytes of a file. They stand in the source or, if it had not all of them at hand, in `own`.
+// What begins like nothing that can be read is left alone from there.
+std::string_view read_all(internal::FileSource& source, std::string* own) {
+  const char* begin = nullptr;
+  std::size_t size = 0;
+  if (source.read_whole(&begin, &size)) return {begin, size};
+  while ((size = source.read_block(&begin)) != 0) {
+    own->append(begin, size);
+    if (!internal::begins_document(*own) && !internal::begins_archive(*own)) break;
+  }
+  return *own;
+}
+
+bool is_plain_document(const std::wstring& path) {
+  internal::FileSource source(path, std::numeric_limits<std::uint64_t>::max());
+  const char* begin = nullptr;
+  const std::size_t size = source.is_open() ? source.read_block(&begin) : 0;
+  return internal::begins_document({begin, size});
+}
+
+LoadReport Loading::read_file(const std::wstring& path) {
+  if (has_suffix(path, k_zipped_suffix)) {
+    internal::PackedDocument packed;
+    try {
+      return read_packed(packed, packed.open(path, options_.largest_document));
+    } catch (const CZipException&) {
+      // Something may stand in front of an archive, so that is asked for first.
+      if (!is_plain_document(path)) throw;
+    }
+  }
+  internal::FileSource source(path, options_.largest_document);
+  if (!source.is_open()) return failure<LoadReport>(lmx::elmx_no_file, system_text(errno));
+  std::string own;
+  const std::string_view bytes = read_all(source, &own);
+  if (!source.is_whole()) return failure_of(source, options_);
+  return read_bytes(bytes);
+}
+
+LoadReport Loading::read_bytes(std::string_view bytes) {
+  if (!internal::begins_archive(bytes)) return read_text(bytes, nullptr);
+  internal::MemoryFile file(bytes);
+  internal::PackedDocument packed;
+  return read_packed(packed, packed.open(file, options_.largest_document));
+}
+
+LoadReport Loading::read_packed(internal::PackedDocument& packed, bool is_open) {
+  if (!is_open || !packed.read()) return unusable(packed);
+  return read_text(packed.text(), &packed);
+}
+
+LoadReport Loading::read_text(std::string_view text, const internal::PackedDocument* packed) {
   LoadReport report;
-  report.code = document.unmarshal(reader);
-  if (report.code == lmx::elmx_ok) return report;
-  report.line = reader.get_line_no();
-  report.item = reader.get_error_item_name();
-  reader.get_error_message(&report.message);
-  if (report.message == lmx::get_error_description(lmx::elmx_ok)) {
-    // No handler was asked, which would have noted these: the fault is in the element at hand.
-    report.item = reader.get_full_name();
-    report.message = "line:" + std::to_string(report.line) + "-'" + report.item + "'-" +
-                     lmx::get_error_description(report.code);
+  {
+    Zol loaded;
+    lmx::c_xml_reader_memory reader(text.data(), text.size());
+    report.code = loaded.unmarshal(reader);
+    if (report.code == lmx::elmx_ok) {
+      document_.swap(loaded);
+      return report;
+    }
+    report.line = reader.get_line_no();
+    report.item = reader.get_error_item_name();
+    reader.get_error_message(&report.message);
+    if (report.message == lmx::get_error_description(lmx::elmx_ok)) {
+      // No handler was asked, which would have noted these: the fault is in the element at hand.
+      report.item = reader.get_full_name();
+      report.message = "line:" + std::to_string(report.line) + "-'" + report.item + "'-" +
+                       lmx::get_error_description(report.code);
+    }
   }
+  diagnose(text, packed, &report);
   return report;
 }
 
-LoadReport read_document(Zol& document, std::string_view text) {
-  lmx::c_xml_reader_memory reader(text.data(), text.size());
-  return read_document(document, reader);
+// A few characters, of those that ASCII has.
+std::string valid_beginning(std::string_view text) {
+  std::string words(text.substr(0, 16));
+  std::replace_if(
+      words.begin(), words.end(), [](char c) { return static_cast<signed char>(c) < ' '; }, '?');
+  return words;
 }
 
-LoadReport load(Zol& document, const std::wstring& path, const LoadOptions& options) {
+// What is no document by its beginning is told as what it is.
+void explain_beginning(std::string_view text, const internal::PackedDocument* packed,
+                       LoadReport* report) {
+  const std::string_view kind = internal::kind_of(text);
+  std::string words;
+  if (text.empty()) {
+    words = "empty";
+  } else if (!kind.empty()) {
+    words = std::string(kind) + ", not a colour-data document";
+  } else if (!internal::begins_document(text)) {
+    words = "not a colour-data document: it begins with '" +
+            internal::excerpt(valid_beginning(text)) + "', and a document begins with <";
+  } else {
+    return;
+  }
+  const bool is_entry = packed != nullptr;
+  Fault fault;
+  fault.code = report->code;
+  fault.rule = "no-document";
+  fault.item = report->item;
+  fault.place = {1, 1, 0};
+  fault.found = words;
+  fault.expected = is_entry ? "The first entry of the archive, '" +
+                                  internal::excerpt(packed->entry_name()) + "', is " + words
+                            : (text.empty() ? "The document is " : "This is ") + words;
+  report->faults.assign(1, std::move(fault));
+  report->fault_count = 1;
+  report->is_complete = false;
+}
+
+void Loading::diagnose(std::string_view text, const internal::PackedDocument* packed,
+                       LoadReport* report) {
+  const bool is_asked = is_reported_ && options_.most_faults != 0;
+  if (!is_asked && !options_.best_effort) return;
+  Zol tree;
+  internal::Diagnosis diagnosis =
+      internal::diagnose(text, options_.most_faults, options_.best_effort ? &tree : nullptr);
+  if (options_.best_effort && diagnosis.has_root) document_.swap(tree);
+  report->faults = std::move(diagnosis.faults);
+  report->fault_count = diagnosis.count;
+  report->is_complete = diagnosis.is_complete;
+  if (!diagnosis.has_root) explain_beginning(text, packed, report);
+  if (packed == nullptr) return;
+  for (Fault& fault : report->faults) fault.entry = packed->entry_name();
+  const std::string& other = packed->other_name();
+  if (diagnosis.has_root || other.empty() || report->faults.empty()) return;
+  report->faults.front().expected +=
+      ": the document must be the first entry, which '" + internal::excerpt(other) + "' is not";
+}
+
+LoadReport unpack(std::string& text, std::string_view archive, const LoadOptions& options) {
+  internal::MemoryFile file(archive);
+  internal::PackedDocument packed;
+  if (!packed.open(file, options.largest_document) || !packed.read()) return unusable(packed);
+  text = packed.text();
+  return {};
+}
+
+LoadReport take_text(std::string& text, const std::wstring& path, const LoadOptions& options) {
   if (has_suffix(path, k_zipped_suffix)) {
     internal::PackedDocument packed;
-    if (!packed.open(path, options.largest_document) || !packed.read()) return unusable(packed);
-    return read_document(document, packed.text());
+    try {
+      if (!packed.open(path, options.largest_document) || !packed.read()) return unusable(packed);
+      text = packed.text();
+      return {};
+    } catch (const CZipException&) {
+      if (!is_plain_document(path)) throw;
+    }
   }
   internal::FileSource source(path, options.largest_document);
   if (!source.is_open()) return failure<LoadReport>(lmx::elmx_no_file, system_text(errno));
-  lmx::c_xml_reader reader(source);
-  LoadReport report = read_document(document, reader);
-  if (source.is_whole()) return report;
-  return failure_of(source, options);
-}
-
-LoadReport read_text(std::string& text, const std::wstring& path, const LoadOptions& options) {
-  if (has_suffix(path, k_zipped_suffix)) {
-    internal::PackedDocument packed;
-    if (!packed.open(path, options.largest_document) || !packed.read()) return unusable(packed);
-    text = packed.text();
-    return {};
-  }
-  internal::FileSource source(path, options.largest_document);
-  if (!source.is_open()) return failure<LoadReport>(lmx::elmx_no_file, system_text(errno));
+  std::string bytes;
   const char* block = nullptr;
-  while (const std::size_t size = source.read_block(&block)) text.append(block, size);
-  return source.is_whole() ? LoadReport() : failure_of(source, options);
+  while (const std::size_t size = source.read_block(&block)) bytes.append(block, size);
+  if (!source.is_whole()) return failure_of(source, options);
+  if (internal::begins_archive(bytes)) return unpack(text, bytes, options);
+  text = std::move(bytes);
+  return {};
 }
 
-// Runs an operation on something new, which takes the place of what stands there if all is well.
-template <class T, class Operation>
-LoadReport replacing(T& old, Operation operation) {
-  T fresh;
-  LoadReport report = operation(fresh);
-  if (report.code == lmx::elmx_ok) old.swap(fresh);
-  return report;
+// The bytes of a stream, whose buffer throws if it fails.
+LoadReport take_stream(std::string* bytes, std::istream& stream, const LoadOptions& options) {
+  constexpr std::size_t k_block = 1 << 16;
+  const auto refused = [] {
+    return failure<LoadReport>(lmx::elmx_no_file, "The stream can't be read.");
+  };
+  if (!stream.good() || stream.rdbuf() == nullptr) return refused();
+  try {
+    for (std::size_t taken = k_block; taken == k_block;) {
+      const std::size_t size = bytes->size();
+      bytes->resize(size + k_block);
+      taken = static_cast<std::size_t>(
+          stream.rdbuf()->sgetn(&(*bytes)[size], static_cast<std::streamsize>(k_block)));
+      bytes->resize(size + taken);
+      if (bytes->size() > options.largest_document) return too_large(options);
+    }
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (...) {
+    return refused();
+  }
+  return {};
 }
 
 }  // namespace
 
 elmx_error openFile(Zol& document, const std::wstring& path, LoadReport* report,
                     const LoadOptions& options) noexcept {
-  return guarded(report, path, [&] {
-    return replacing(document, [&](Zol& loaded) { return load(loaded, path, options); });
-  });
+  return guarded(report, path,
+                 [&] { return Loading(document, options, report != nullptr).read_file(path); });
 }
 
-elmx_error openText(Zol& document, std::string_view text, LoadReport* report) noexcept {
+elmx_error openText(Zol& document, std::string_view bytes, LoadReport* report,
+                    const LoadOptions& options) noexcept {
+  return guarded(report, {},
+                 [&] { return Loading(document, options, report != nullptr).read_bytes(bytes); });
+}
+
+elmx_error openStream(Zol& document, std::istream& stream, LoadReport* report,
+                      const LoadOptions& options) noexcept {
   return guarded(report, {}, [&] {
-    return replacing(document, [&](Zol& loaded) { return read_document(loaded, text); });
+    std::string bytes;
+    const LoadReport taken = take_stream(&bytes, stream, options);
+    if (taken.code != lmx::elmx_ok) return taken;
+    return Loading(document, options, report != nullptr).read_bytes(bytes);
   });
 }
 
 elmx_error readText(std::string& text, const std::wstring& path, LoadReport* report,
                     const LoadOptions& options) noexcept {
-  return guarded(report, path, [&] {
-    return replacing(text, [&](std::string& bytes) { return read_text(bytes, path, options); });
-  });
+  return guarded(report, path, [&] { return take_text(text, path, options); });
 }
 
 elmx_error unpackText(std::string& text, std::string_view archive, LoadReport* report,
                       const LoadOptions& options) noexcept {
-  return guarded(report, {}, [&] {
-    internal::MemoryFile file(archive);
-    internal::PackedDocument packed;
-    if (!packed.open(file, options.largest_document) || !packed.read()) return unusable(packed);
-    text = packed.text();
-    return LoadReport();
-  });
+  return guarded(report, {}, [&] { return unpack(text, archive, options); });
 }
 
 namespace {

@@ -2,6 +2,7 @@
 // throw, never destroy an older file and say what went wrong.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <string>
@@ -24,16 +25,28 @@ struct LoadOptions {
   // In bytes, unpacked. What is larger is refused before memory is taken for it: a few hundred
   // bytes of an archive may stand for a gigabyte.
   std::uint64_t largest_document = std::uint64_t{1} << 30;
+  // How many faults a report keeps; with 0 none is looked for beyond the code.
+  std::size_t most_faults = 1000;
+  // A document with faults gives what is good in it: values that were refused are not there,
+  // elements that are unknown neither. The code is still that of the first fault. Such a document
+  // may lack what it needs to be saved.
+  bool best_effort = false;
 };
 
-// How the loading of a file ended. Texts are UTF-8.
+// How the loading of a document ended. Texts are UTF-8. Code, line and item are those of a reader,
+// which stops at the first fault and counts lines its own way; the list of faults says all of them
+// and where they truly stand. It is made when there is a fault, and costs nothing before.
 struct LoadReport {
   lmx::elmx_error code = lmx::elmx_ok;
   int line = 0;         // where reading stopped; 0 if no text was read
   std::string item;     // the element or attribute concerned, if there is one
   std::string message;  // for people; empty if all is well
   std::int32_t archive_cause =
-      0;  // the number of the CZipException behind the code, if there was one
+      0;                      // the number of the CZipException behind the code, if there was one
+  std::vector<Fault> faults;  // in the order of the document; one at least unless the code is 0
+  std::uint64_t fault_count = 0;  // with those that are more than LoadOptions::most_faults
+  // Whether the document was judged to its end. What is no XML any more is not read on from there.
+  bool is_complete = true;
 };
 
 // How saving ended. Texts are UTF-8.
@@ -66,12 +79,12 @@ struct SaveOptions {
   bool is_checked = false;
 };
 
-// Loads a file by the rule of Zol::loadFile: a path that ends in ".zolz" is an archive whose first
-// entry is the document, any other one an XML file. On success the document is what the file holds
-// and nothing else; on failure it stays as it was. Gives 0; 1 for a file that can't be opened or
-// read; 1000 for an archive that is cut, damaged or can't be used, for a document that is too
-// large, and when memory runs out; or the code of the fault in the text. `report` may be null; what
-// was in it is replaced.
+// Loads a file, a document or an archive whose first entry is the document. Which of them it is,
+// its bytes say, whatever its name. On success the document is what the file holds and nothing
+// else; on failure it stays as it was, unless the options ask for what is good. Gives 0; 1 for a
+// file that can't be opened or read; 1000 for an archive that is cut, damaged or can't be used, for
+// a document that is too large, and when memory runs out; or the code of the fault in the text.
+// `report` may be null; what was in it is replaced.
 ZOL_API lmx::elmx_error openFile(Zol& document, const std::wstring& path,
                                  LoadReport* report = nullptr,
                                  const LoadOptions& options = {}) noexcept;
@@ -121,9 +134,15 @@ ZOL_API lmx::elmx_error unpackText(std::string& text, std::string_view archive,
                                    LoadReport* report = nullptr,
                                    const LoadOptions& options = {}) noexcept;
 
-// Loads a document from its text, as openFile does.
-ZOL_API lmx::elmx_error openText(Zol& document, std::string_view text,
-                                 LoadReport* report = nullptr) noexcept;
+// Loads a document, or an archive, from its bytes, as openFile does.
+ZOL_API lmx::elmx_error openText(Zol& document, std::string_view bytes,
+                                 LoadReport* report = nullptr,
+                                 const LoadOptions& options = {}) noexcept;
+
+// The same from a stream, which is read to its end: 1 if it fails before that.
+ZOL_API lmx::elmx_error openStream(Zol& document, std::istream& stream,
+                                   LoadReport* report = nullptr,
+                                   const LoadOptions& options = {}) noexcept;
 
 // Writes the text as it stands, unjudged and without a stamp, as saveFile does.
 ZOL_API lmx::elmx_error saveText(std::string_view text, const std::wstring& path,
