@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "facade/internal/diagnosis.h"
 #include "facade/internal/fault_list.h"
 #include "facade/internal/suspicions.h"
 #include "facade/internal/text_flaws.h"
@@ -20,7 +21,6 @@ namespace zol_v2 {
 namespace {
 
 using internal::Class;
-using internal::End;
 using internal::FaultList;
 using internal::Head;
 using internal::Level;
@@ -86,15 +86,6 @@ bool is_usual(const lmx::c_datetime& date) {
          date.get_year() <= 9999 && date.get_month() <= 12 && date.get_day() <= 31 &&
          date.get_hours() <= 24 && date.get_mins() <= 59 && secs >= 0 && secs < 60 &&
          secs == std::floor(secs);
-}
-
-std::string bounds_of(const Row& row, bool is_above) {
-  const End end = is_above ? row.upper_end : row.lower_end;
-  std::string text = is_above ? (end == End::strict ? "less than " : "at most ")
-                              : (end == End::strict ? "more than " : "at least ");
-  text += text_of(is_above ? row.upper : row.lower);
-  if (row.unit != nullptr) text.append(" ").append(row.unit);
-  return text;
 }
 
 std::string code_point(std::uint32_t unit) {
@@ -366,8 +357,9 @@ class Walk {
         const bool is_above = error == lmx::elmx_value_too_big;
         fault->rule = is_above ? "above-bound" : "below-bound";
         fault->found = std::isnan(value) ? "NaN" : text_of(value);
-        if (now == lmx::elmx_ok) fault->found += ", which is written as " + text_of(again);
-        fault->expected = bounds_of(row, is_above);
+        if (now == lmx::elmx_ok) fault->expected = "of which " + text_of(again) + " is written, ";
+        fault->expected +=
+            is_above ? internal::upper_bound_words(row) : internal::lower_bound_words(row);
       }
       return;
     }
@@ -387,7 +379,7 @@ class Walk {
     Fault* const fault = faults_.add_error(lmx::elmx_value_not_enumerated, level, item);
     if (fault == nullptr) return;
     fault->rule = "not-enumerated";
-    fault->found = internal::quoted(internal::utf8_of(text));
+    fault->found = internal::excerpt(internal::utf8_of(text));
     for (const std::string_view known : item.row.values()) fault->allowed.emplace_back(known);
   }
 
@@ -400,7 +392,7 @@ class Walk {
       const elmx_error error = is_date ? lmx::elmx_no_pattern_match : lmx::elmx_bad_value_format;
       if (Fault* const fault = faults_.add_error(error, level, item)) {
         fault->rule = is_date ? "no-time-zone" : "wrong-format";
-        fault->found = internal::quoted(text);
+        fault->found = internal::excerpt(text);
         fault->expected = is_date ? "Z, or an offset other than zero," : "a date and time";
       }
       return;
@@ -412,7 +404,7 @@ class Walk {
                                       : faults_.add_error(lmx::elmx_bad_value_format, level, item);
     if (fault == nullptr) return;
     fault->rule = loses_digits ? "digits-lost" : "wrong-format";
-    fault->found = internal::quoted(text);
+    fault->found = internal::excerpt(text);
     fault->expected = loses_digits
                           ? std::string(internal::name_in_words(item)) + " is written as " + text +
                                 ", which has not all digits of its seconds"
@@ -452,8 +444,8 @@ class Walk {
         return;
       case TextFlaw::section_end:
         fault->rule = "section-end";
-        fault->found = "\"]]>\"";
-        fault->expected = name + " holds \"]]>\", which XML forbids in a text";
+        fault->found = "]]>";
+        fault->expected = name + " holds ']]>', which XML forbids in a text";
         return;
       case TextFlaw::line_end:
         fault->rule = "line-end";
@@ -461,8 +453,8 @@ class Walk {
         return;
       default:
         fault->rule = "lost-white-space";
-        fault->found = internal::quoted(internal::utf8_of(text));
-        fault->expected = name + " is " + fault->found + ", whose white space is not kept";
+        fault->found = internal::excerpt(internal::utf8_of(text));
+        fault->expected = name + " is '" + fault->found + "', whose white space is not kept";
     }
   }
 
@@ -480,7 +472,7 @@ class Walk {
         is_long ? lmx::elmx_length_too_long : lmx::elmx_length_too_short, level, item);
     if (fault == nullptr) return;
     fault->rule = "wrong-length";
-    fault->found = internal::quoted(internal::utf8_of(text));
+    fault->found = internal::excerpt(internal::utf8_of(text));
     fault->expected =
         "exactly " + std::to_string(row.length) + " character" + (row.length == 1 ? "" : "s");
   }

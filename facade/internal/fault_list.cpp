@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "facade/internal/diagnosis.h"
 #include "facade/internal/text_flaws.h"
 
 namespace zol_v2::internal {
@@ -12,7 +13,6 @@ namespace {
 
 using reflection::ConstRef;
 using reflection::Item;
-using reflection::Row;
 
 std::string utf8_of(const reflection::Value& text) {
   std::string_view utf8;
@@ -21,13 +21,8 @@ std::string utf8_of(const reflection::Value& text) {
 
 // What people call the object by; empty if it bears no name.
 std::string name_of(ConstRef object) {
-  constexpr std::string_view k_rows[] = {"Name", "ColorName", "ColorSetName", "PaletteName"};
-  for (const std::string_view name : k_rows) {
-    const Row row = object.type().row(name);
-    if (!row || row.kind() != Kind::text || row.is_list() || !object.has(row)) continue;
-    return utf8_of(object.value(row));
-  }
-  return {};
+  const Row* const row = name_row(object.type().table());
+  return row != nullptr && object.has(*row) ? excerpt(utf8_of(object.value(*row))) : std::string();
 }
 
 // Appends the steps, and notes the name and the end of the innermost object that bears one.
@@ -51,17 +46,6 @@ std::string Level::path() const {
 
 std::string_view name_in_words(const Item& item) {
   return item.row && item.row.place() == Place::content ? item.owner.type().name() : item.name();
-}
-
-std::string quoted(std::string_view utf8) {
-  constexpr std::size_t k_longest = 80;
-  std::size_t end = std::min(utf8.size(), k_longest);
-  while (end < utf8.size() && end != 0 && (static_cast<unsigned char>(utf8[end]) & 0xC0) == 0x80) {
-    --end;
-  }
-  std::string text = "\"";
-  for (const char c : utf8.substr(0, end)) text += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
-  return text += end < utf8.size() ? "...\"" : "\"";
 }
 
 Fault* FaultList::add(Part& part, Severity severity, lmx::elmx_error code, const Level& level,

@@ -23,8 +23,6 @@ struct Level {
 
 // The name of an element or attribute for a sentence: that of the element around it for a content.
 std::string_view name_in_words(const reflection::Item& item);
-// A text in quotes, cut at a sensible length, fit for one line.
-std::string quoted(std::string_view utf8);
 
 class FaultList {
  public:

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "facade/internal/diagnosis.h"
 #include "lmx/internal/lexical.h"
 #include "lmx/internal/number_text.h"
 #include "lmx/reader.h"
@@ -324,8 +325,8 @@ void Suspicions::find_again(const Level& level) {
       std::string text;
       self.value(row).append_text(&text);
       fault->rule = is_unknown ? "unknown-unique-id" : "unique-id-twice";
-      fault->found = quoted(text);
-      fault->expected = "UniqueID is " + fault->found;
+      fault->found = excerpt(text);
+      fault->expected = "UniqueID is '" + fault->found + "'";
       fault->expected += is_unknown ? ", and nothing of its kind in the document bears that"
                                     : ", as that of " + first_paths_[repeated->second] + " is";
     }

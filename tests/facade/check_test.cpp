@@ -141,7 +141,7 @@ const std::vector<Case>& cases() {
        k_hsl,
        [](Ref hsl) { put<double>(hsl, "Hue") = std::nextafter(360.0, 0.0); },
        {"36 above-bound Zol/Palette[1]/ColorSet[1]/Color[1]/ColorSpaceHSL/Hue: Hue is "
-        "359.99999999999994, which is written as 360, less than 360 degree is allowed"}},
+        "359.99999999999994, of which 360 is written, less than 360 degree is allowed"}},
       {"digits that are not written",
        k_lab,
        [](Ref lab) { put<double>(lab, "B") = 0.1234567890123456; },
@@ -153,7 +153,7 @@ const std::vector<Case>& cases() {
          (void)header.as<Header>()->append_ChangeHistory(lmx::c_datetime("2020-01-01T10:00:00"));
        },
        {"22 no-time-zone Zol/Preamble/Header/ChangeHistory[2]: ChangeHistory is "
-        "\"2020-01-01T10:00:00\", which has no time zone: Z, or an offset other than zero, is "
+        "'2020-01-01T10:00:00', which has no time zone: Z, or an offset other than zero, is "
         "expected"}},
       {"a date that is none",
        k_header,
@@ -163,7 +163,7 @@ const std::vector<Case>& cases() {
          (void)header.as<Header>()->append_ChangeHistory(date);
        },
        {"35 wrong-format Zol/Preamble/Header/ChangeHistory[2]: ChangeHistory is "
-        "\"2020-100-01T10:00:00Z\", a date and time is expected"}},
+        "'2020-100-01T10:00:00Z', a date and time is expected"}},
       {"seconds that are cut",
        k_header,
        [](Ref header) {
@@ -189,7 +189,7 @@ const std::vector<Case>& cases() {
       {"the end of a section",
        k_header,
        [](Ref header) { (void)header.as<Header>()->set_Purpose(L"a[b[1]]>2"); },
-       {"29 section-end Zol/Preamble/Header/Purpose: Purpose holds \"]]>\", which XML forbids in a "
+       {"29 section-end Zol/Preamble/Header/Purpose: Purpose holds ']]>', which XML forbids in a "
         "text"}},
       {"a carriage return",
        k_header,
@@ -209,7 +209,8 @@ const std::vector<Case>& cases() {
        },
        {"38 not-enumerated Zol/Palette[1]/ColorSet[1]/Color[1]/ColorSpaceCIELab/"
         "ColorSpaceSpecificationSpectrumTristimulus/FieldOfView: FieldOfView is "
-        "\"FieldOfView_4_Degree\", allowed is FieldOfView_2_Degree or FieldOfView_10_Degree"}},
+        "'FieldOfView_4_Degree', FieldOfView_2_Degree or FieldOfView_10_Degree is "
+        "expected"}},
       {"a plain function",
        "Zol/ColorQualityControl[1]/Tolerance[1]",
        [](Ref tolerance) {
@@ -303,7 +304,7 @@ TEST(Check, SuspectsWhatIsSeldomMeant) {
       {"two colours of one identifier",
        "UniqueID=\"b\"",
        "UniqueID=\"r\"",
-       {"0 unique-id-twice Zol/Palette[1]/ColorSet[1]/Color[2]/@UniqueID: UniqueID is \"r\", as "
+       {"0 unique-id-twice Zol/Palette[1]/ColorSet[1]/Color[2]/@UniqueID: UniqueID is 'r', as "
         "that of Zol/Palette[1]/ColorSet[1]/Color[1] is"}},
       {"a custom illuminant without a name",
        "Illuminant_D50",
@@ -322,7 +323,7 @@ TEST(Check, SuspectsWhatIsSeldomMeant) {
         "ColorSpaceSpecificationSpectrumTristimulus: ColorSpaceCIELab has no illuminant and no "
         "observer: its specification is nil, and no colour set or palette around it has one",
         "0 unknown-unique-id Zol/Palette[1]/ColorSet[1]/Color[1]/ColorSpaceCIELab[2]/"
-        "ColorSpaceSpecificationSpectrumTristimulus/@UniqueID: UniqueID is \"s\", and nothing of "
+        "ColorSpaceSpecificationSpectrumTristimulus/@UniqueID: UniqueID is 's', and nothing of "
         "its kind in the document bears that"}},
       {"a tag that stands for another one",
        k_hsl_end,
@@ -334,7 +335,7 @@ TEST(Check, SuspectsWhatIsSeldomMeant) {
        "</Zol:ColorSpaceHSL><Zol:TagValues><Zol:Tag UniqueID=\"x\"><Zol:Category UniqueID=\"c\"/>"
        "</Zol:Tag><Zol:TextValue>wild</Zol:TextValue></Zol:TagValues>",
        {"0 unknown-unique-id Zol/Palette[1]/ColorSet[1]/Color[1]/TagValues[1]/Tag/@UniqueID: "
-        "UniqueID is \"x\", and nothing of its kind in the document bears that"}},
+        "UniqueID is 'x', and nothing of its kind in the document bears that"}},
       {"a tag that recurs",
        k_hsl_end,
        "</Zol:ColorSpaceHSL><Zol:TagValues><Zol:Tag Name=\"Mood\" UniqueID=\"t\">"
@@ -347,7 +348,7 @@ TEST(Check, SuspectsWhatIsSeldomMeant) {
        "<Zol:Category Name=\"Feeling\" UniqueID=\"c\"/></Zol:Tag>"
        "<Zol:TextValue>wild</Zol:TextValue></Zol:TagValues>",
        {"0 unique-id-twice Zol/Palette[1]/ColorSet[1]/Color[2]/TagValues[1]/Tag/@UniqueID: "
-        "UniqueID is \"t\", as that of Zol/Palette[1]/ColorSet[1]/Color[1]/TagValues[1]/Tag is"}},
+        "UniqueID is 't', as that of Zol/Palette[1]/ColorSet[1]/Color[1]/TagValues[1]/Tag is"}},
       {"a nil specification with content", k_tristimulus_end, k_tristimulus_end, {}},
   };
   const std::string clean = zol_test::saved(clean_document());
