@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 #include "facade/faults.h"
@@ -64,5 +65,10 @@ struct CheckReport {
 // deeper than a reader follows is not looked at. Takes no memory where all is well, but for the
 // identifiers if warnings are wanted. If memory runs out, std::bad_alloc passes.
 ZOL_API CheckReport check(const internal::Object& object, const CheckOptions& options = {});
+
+// Gives faults of a tree the places where they stand in the text that it was loaded from: of the
+// attribute or element, or of the element in which it is missing. The bytes are those of the file,
+// of an archive those of the document in it; the tree must be as it was loaded.
+ZOL_API void locate(std::vector<Fault>& faults, std::string_view bytes);
 
 }  // namespace zol_v2
