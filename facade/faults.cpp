@@ -1,6 +1,7 @@
 #include "facade/faults.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
 #include <iterator>
 
@@ -29,6 +30,8 @@ constexpr Sentence k_sentences[] = {
     {"attribute-twice", "The attribute {item} stands twice in {parent}{first}"},
     {"attribute-missing", "{parent} lacks the attribute {element}"},
     {"unknown-attribute", "{element} has no attribute {found}, {expected}"},
+    {"undeclared-prefix",
+     "The prefix of {found} stands for no namespace that is known here, {expected} is expected"},
     // Elements.
     {"unknown-element", "{found} is unknown in {element}, {expected}"},
     {"misplaced-element", "{element} stands in the wrong place in {parent}: {expected}{first}"},
@@ -41,8 +44,9 @@ constexpr Sentence k_sentences[] = {
     {"element-in-value", "{found} stands in {element}, which holds a value alone"},
     {"not-empty", "{found} stands in {element}, which must be empty{expected}"},
     {"end-tag-mismatch", "{found} stands where {expected} must{start}"},
+    {"end-tag-stray", "{found} stands in {element} and ends nothing"},
     {"end-tag-missing", "{expected} is missing before {found}{start}"},
-    {"unknown-type", "{element} is of the type {value}, {allowed} is expected"},
+    {"unknown-type", "{element} names the type '{found}', {allowed} is expected"},
     {"type-missing", "{element} names no type: xsi:type must be {allowed}"},
     {"wrong-root", "The document begins with {found}, {expected} is expected"},
     {"wrong-namespace", "{item} is of {found}, {expected} is expected"},
@@ -87,8 +91,10 @@ std::string list_of(const std::vector<std::string>& names) {
 // A value in quotes unless it is plainly a number.
 std::string quoted(const std::string& value) {
   if (value.empty()) return "empty";
-  const bool is_number = value.find_first_not_of("0123456789+-.eE") == std::string::npos ||
-                         value == "NaN" || value == "INF" || value == "-INF";
+  double number = 0;
+  const char* const end = value.data() + value.size();
+  const bool is_number =
+      std::from_chars(value.data(), end, number).ptr == end || value == "INF" || value == "-INF";
   return is_number ? value : '\'' + value + '\'';
 }
 

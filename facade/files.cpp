@@ -8,6 +8,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -191,9 +192,12 @@ Report failure(const CZipException& exception, const std::wstring& path) {
                          port::to_utf8(exception.ErrorText()), cause);
 }
 
-std::string without_full_stop(std::string text) {
+// A message as part of a sentence.
+std::string as_clause(elmx_error code, std::string text) {
   if (!text.empty() && text.back() == '.') text.pop_back();
-  return text;
+  if (text.compare(0, 4, "The ") == 0 || text.compare(0, 4, "Not ") == 0) return text;
+  return (code == lmx::elmx_no_file ? "The file can't be read: " : "The archive can't be read: ") +
+         text;
 }
 
 // What could not be read at all is a fault, too, and the only one.
@@ -202,7 +206,7 @@ void complete(LoadReport& report) {
     Fault& fault = report.faults.emplace_back();
     fault.code = report.code;
     fault.rule = report.code == lmx::elmx_no_file ? "bad-file" : "bad-archive";
-    fault.expected = without_full_stop(report.message);
+    fault.expected = as_clause(report.code, report.message);
     report.is_complete = false;
   }
   report.fault_count = std::max<std::uint64_t>(report.fault_count, report.faults.size());
@@ -263,14 +267,20 @@ class Loading {
   // A document or an archive.
   LoadReport read_bytes(std::string_view bytes);
 
+  // From now on nothing is kept, and what loads is checked.
+  void check_only(CheckLevel level) { checked_ = level; }
+
  private:
   LoadReport read_packed(internal::PackedDocument& packed, bool is_open);
   LoadReport read_text(std::string_view text, const internal::PackedDocument* packed);
   void diagnose(std::string_view text, const internal::PackedDocument* packed, LoadReport* report);
+  LoadReport check_tree(const Zol& tree, std::string_view text,
+                        const internal::PackedDocument* packed);
 
   Zol& document_;
   const LoadOptions& options_;
   const bool is_reported_;
+  std::optional<CheckLevel> checked_;
 };
 
 // All bytes of a file. They stand in the source or, if it had not all of them at hand, in `own`.
@@ -323,13 +333,26 @@ LoadReport Loading::read_packed(internal::PackedDocument& packed, bool is_open) 
   return read_text(packed.text(), &packed);
 }
 
+// Most documents are in order, and then a piece is enough at a time.
+bool can_be_written(const Object& piece) {
+  CheckOptions options;
+  options.level = CheckLevel::writing;
+  options.limit = 0;
+  return check(piece, options).is_ok();
+}
+
 LoadReport Loading::read_text(std::string_view text, const internal::PackedDocument* packed) {
   LoadReport report;
+  if (checked_ == CheckLevel::writing &&
+      internal::walk_document(Zol::k_class, text, can_be_written)) {
+    return report;
+  }
   {
     Zol loaded;
     lmx::c_xml_reader_memory reader(text.data(), text.size());
     report.code = loaded.unmarshal(reader);
     if (report.code == lmx::elmx_ok) {
+      if (checked_) return check_tree(loaded, text, packed);
       document_.swap(loaded);
       return report;
     }
@@ -344,6 +367,31 @@ LoadReport Loading::read_text(std::string_view text, const internal::PackedDocum
     }
   }
   diagnose(text, packed, &report);
+  return report;
+}
+
+// The document is good. Only what would be written from it may not be, which is an error where
+// nothing can be written, and else a warning.
+LoadReport Loading::check_tree(const Zol& tree, std::string_view text,
+                               const internal::PackedDocument* packed) {
+  CheckOptions checking;
+  checking.level = *checked_;
+  checking.limit = options_.most_faults;
+  CheckReport found = check(tree, checking);
+  LoadReport report;
+  report.faults = std::move(found.faults);
+  report.fault_count = found.errors + found.warnings;
+  locate(report.faults, text);
+  for (Fault& fault : report.faults) {
+    if (packed != nullptr) fault.entry = packed->entry_name();
+    if (fault.code != lmx::elmx_occurs_on_marshal) fault.severity = Severity::warning;
+  }
+  if (!report.faults.empty() && report.faults.front().severity == Severity::error) {
+    report.code = report.faults.front().code;
+    report.line = static_cast<int>(report.faults.front().place.line);
+    report.item = report.faults.front().item;
+    report.message = report.faults.front().path + ": " + report.faults.front().text();
+  }
   return report;
 }
 
@@ -451,6 +499,11 @@ LoadReport take_stream(std::string* bytes, std::istream& stream, const LoadOptio
       bytes->resize(size + taken);
       if (bytes->size() > options.largest_document) return too_large(options);
     }
+    // What it throws of its end is no failure.
+    try {
+      stream.setstate(std::ios_base::eofbit);
+    } catch (const std::ios_base::failure&) {
+    }
   } catch (const std::bad_alloc&) {
     throw;
   } catch (...) {
@@ -471,6 +524,26 @@ elmx_error openText(Zol& document, std::string_view bytes, LoadReport* report,
                     const LoadOptions& options) noexcept {
   return guarded(report, {},
                  [&] { return Loading(document, options, report != nullptr).read_bytes(bytes); });
+}
+
+elmx_error checkFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
+                     CheckLevel level) noexcept {
+  return guarded(report, path, [&] {
+    Zol none;
+    Loading loading(none, options, true);
+    loading.check_only(level);
+    return loading.read_file(path);
+  });
+}
+
+elmx_error checkText(std::string_view bytes, LoadReport* report, const LoadOptions& options,
+                     CheckLevel level) noexcept {
+  return guarded(report, {}, [&] {
+    Zol none;
+    Loading loading(none, options, true);
+    loading.check_only(level);
+    return loading.read_bytes(bytes);
+  });
 }
 
 elmx_error openStream(Zol& document, std::istream& stream, LoadReport* report,

@@ -192,6 +192,7 @@ struct Level {
   std::size_t before;     // a place before its tag, with nothing but what is no content between
   std::size_t reference;  // behind the reference in whose entity it stands, or k_none
   std::string_view full_name;  // as it is written
+  bool is_guess = false;       // the row is the one that was probably meant
 };
 
 // What became of a row in one object.
@@ -202,6 +203,7 @@ struct RowState {
   std::uint32_t came_instead = 0;  // the row that stood where this one was missed
   std::size_t missing_as = 0;      // the number of the fault that says so, from 1
   bool is_settled = false;         // it came later: that row stands in the wrong place
+  bool is_guess = false;           // all that came was of a name that is merely near
 };
 
 class Walk : public lmx::c_xml_reader_memory {
@@ -227,7 +229,7 @@ class Walk : public lmx::c_xml_reader_memory {
   void read_content(const Level& level, Object* self);
   // An element of the row; of a holder or group `named` is the alternative.
   void read_row(const Level& parent, Object* self, const Row& row, const Row& named,
-                unsigned number);
+                unsigned number, bool is_guess);
   void read_alternative(const Level& level, Object* self, const Row& row);
   void read_member(Level level, Object* holder, const Row& row);
   void read_value(const Level& level, Object* self, const Row& row);
@@ -237,7 +239,19 @@ class Walk : public lmx::c_xml_reader_memory {
   // At an end tag.
   void check_end(const Level& level, elmx_error code);
   void end_wrongly(const Level& level, elmx_error code, std::string_view item);
-  bool is_own_end(const Level& level) const { return name == level.full_name; }
+  bool is_own_end(const Level& level) const {
+    return name == level.full_name || (level.is_guess && local_name(name) == level.row->name());
+  }
+  // An end tag that has no start, while that of the element is still to come.
+  bool is_stray_end(const Level& level) {
+    return !is_own_end(level) && reference() == k_none && !is_open_above(level.up) &&
+           source_.is_closed_first(at(), level.full_name,
+                                   level.up != nullptr ? level.up->full_name : std::string_view());
+  }
+  void note_stray_end(const Level& level, elmx_error code, std::string_view item) {
+    Fault* const fault = note(&level, code, "end-tag-stray", item, here());
+    if (fault != nullptr) fault->found = "</" + excerpt(name) + ">";
+  }
   bool is_open_above(const Level* level) const;
   // Behind an element in the given one: is the end of that one at hand, or of one further out?
   bool is_left(const Level& level);
@@ -254,13 +268,18 @@ class Walk : public lmx::c_xml_reader_memory {
   // Whether the element says that it is nil.
   bool read_attributes(const Level& level, Object* self);
   void read_attribute(const Level& level, Object* self, const Row& row, bool is_again);
-  void check_attributes(const Level& level, const Class& type, std::uint32_t seen);
-  void note_unknown_attribute(const Level& level, std::uint32_t* seen);
+  void note_bad_attribute(const Level& level, std::string_view row_name);
+  void check_attributes(const Level& level, const Class& type, std::uint32_t seen,
+                        std::size_t* stray);
+  // Whether it was told which one it was meant to be.
+  bool note_unknown_attribute(const Level& level, std::uint32_t* seen);
+  void note_undeclared(const Level& level);
   SourceText::Attribute attribute_here(const Level& level);
 
   // --- Values
   // The text up to the next tag; false after a fault in it.
   bool fetch_content(const Level& level, const Row& row, elmx_error bracket_code, Span* span);
+  bool is_bare_bracket(const Level& level);
   void store(const Level& level, Object* self, const Row& row, const Span& span);
   elmx_error take(Object* self, const Row& row);
   void note_value(const Level& level, const Row& row, elmx_error code, const Place& place,
@@ -323,6 +342,7 @@ class Walk : public lmx::c_xml_reader_memory {
   bool is_handed_back_ = false;  // the start tag at hand belongs to an element further out
   bool has_no_code_ = false;     // the reader saw what ended the walk, and said nothing
   std::vector<RowState> states_;
+  std::vector<std::string> undeclared_;  // prefixes of attributes that were told of
   std::unordered_map<const Class*, Order> orders_;
   Scratch scratch_;
   RefuseFaults refuse_;
@@ -376,7 +396,7 @@ bool Walk::read_root_tag(const Class& type) {
       }
     }
     // What stands in it is judged as if it were of the right one.
-    if (is_named && get_element_ns_id() != lmx::k_ns_not_found) {
+    if (is_named) {
       namespace_ = get_element_ns_id();
       return true;
     }
@@ -465,7 +485,8 @@ Walk::Place Walk::here() {
 void Walk::note_text(const Level& level, elmx_error code, std::string_view item,
                      std::string expected) {
   if (Fault* const fault = note(&level, code, "text-misplaced", item, here())) {
-    fault->found = excerpt(name);
+    const std::size_t end = name.find_last_not_of(" \t\r\n");
+    fault->found = excerpt(std::string_view(name).substr(0, end + 1));
     fault->expected = std::move(expected);
   }
 }
@@ -511,9 +532,15 @@ bool Walk::next(const Level* level, const std::string_view* item, elmx_error cod
   if (event() != lmx::elxp_error && event() != lmx::elxp_end_of_input && error == lmx::elmx_ok) {
     return true;
   }
-  has_no_code_ = code == lmx::elmx_ok && error == lmx::elmx_ok;
-  note_broken(level, code != lmx::elmx_ok ? code : error,
-              item != nullptr ? std::string(*item) : name);
+  if (code != lmx::elmx_ok) error = code;
+  has_no_code_ = error == lmx::elmx_ok;
+  if (!has_no_code_) {
+    note_broken(level, error, item != nullptr ? std::string(*item) : name);
+  } else if (level != nullptr) {
+    note_broken(level, lmx::elmx_bad_end_of_element, std::string(level->full_name));
+  } else {
+    note_broken(level, lmx::elmx_element_not_found, name);
+  }
   return false;
 }
 
@@ -577,7 +604,7 @@ void Walk::note_broken(const Level* level, elmx_error code, std::string item) {
         words = "The characters are of no encoding that is known here, UTF-8 is expected";
       } else {
         rule = "xml-syntax";
-        place.span = source_.tag(from);
+        place.span = source_.tag(source_.find(std::max(before_, source_.begin()), "<?xml"));
         words = cause == lmx::elmx_bad_xml_version
                     ? "The XML version must be 1.0 or 1.1"
                     : "The XML declaration must stand once, at the very beginning, as <?xml "
@@ -587,6 +614,7 @@ void Walk::note_broken(const Level* level, elmx_error code, std::string item) {
     }
     case lmx::elmx_bad_dtd:
       rule = "document-type";
+      place.span = source_.tag_head(source_.find(std::max(before_, source_.begin()), "<!DOCTYPE"));
       words =
           "The document type is broken, stands behind content, or has entities that name "
           "themselves or grow beyond measure: take it out";
@@ -639,7 +667,7 @@ void Walk::check_end(const Level& level, elmx_error code) {
 // At an end tag that is another's.
 void Walk::end_wrongly(const Level& level, elmx_error code, std::string_view item) {
   if (Fault* const fault = note(&level, code, "end-tag-mismatch", item, here())) {
-    fault->found = "</" + excerpt(name) + ">";
+    fault->found = (is_end() ? "</" : "<") + excerpt(name) + ">";
     fault->expected = "</" + std::string(level.full_name) + ">";
     put(&fault->first, tag_place(level));
   }
@@ -661,9 +689,16 @@ bool Walk::is_unclosed(const Level& level, elmx_error code, std::string_view ite
                                 : has_row(order_of(type), local);
   }
   if (!is_known) return false;
-  if (name != level.full_name &&
-      source_.is_closed_first(before_, level.full_name, level.up->full_name)) {
-    return false;
+  const bool is_again = name == level.full_name;
+  const bool is_closed =
+      source_.is_closed_first(is_again ? at() : before_, level.full_name, level.up->full_name);
+  if (!is_again && is_closed) return false;
+  if (is_again && !is_closed) {
+    // An end tag that lost its slash.
+    end_wrongly(level, code, item);
+    is_unwinding_ = false;
+    if (!skip_start_tag(nullptr)) is_over_ = true;
+    return true;
   }
   if (Fault* const fault = note(&level, code, "end-tag-missing", item, here())) {
     fault->found = "<" + excerpt(name) + ">";
@@ -737,11 +772,26 @@ class Walk::Children {
   Children& operator=(const Children&) = delete;
   ~Children() { walk_.states_.resize(base_); }
 
+  // The reader took what it could not read for something in the way, with the code of that.
+  void mend_code() {
+    if (!std::exchange(walk_.has_no_code_, false) || walk_.last_number() == k_none) return;
+    Fault& fault = walk_.out_.faults.back();
+    fault.code = code_in_the_way(&fault.item);
+  }
+
   // From the first event on, which is at hand and no end tag.
   void read() {
     bool is_behind_text = false;
-    while (!walk_.is_end()) {
-      if (walk_.is_start()) {
+    while (true) {
+      if (walk_.is_end()) {
+        if (!walk_.is_stray_end(level_)) break;
+        // What stands before it was to be its start, if that is text.
+        if (!std::exchange(is_behind_text, false)) {
+          std::string item;
+          const elmx_error code = code_in_the_way(&item);
+          walk_.note_stray_end(level_, code, item);
+        }
+      } else if (walk_.is_start()) {
         read_element();
         is_behind_text = false;
       } else if (!std::exchange(is_behind_text, true)) {
@@ -764,6 +814,9 @@ class Walk::Children {
  private:
   RowState& state(std::size_t index) { return walk_.states_[base_ + index]; }
   const Row& row(std::size_t index) const { return *order_[index]; }
+  bool is_taken(std::size_t index) {
+    return state(index).count != 0 && !row(index).is_list && !state(index).is_guess;
+  }
   bool is_missing(std::size_t index) {
     const RowState& at = state(index);
     return is_enforced(row(index)) && at.count == 0 && at.missing_as == 0 && !at.is_settled;
@@ -779,13 +832,6 @@ class Walk::Children {
     item->assign(level_.full_name);
     return lmx::elmx_bad_end_of_element;
   }
-  // The reader took what it could not read for something in the way.
-  void mend_code() {
-    if (!std::exchange(walk_.has_no_code_, false) || walk_.last_number() == k_none) return;
-    Fault& fault = walk_.out_.faults.back();
-    fault.code = code_in_the_way(&fault.item);
-  }
-
   // The row from `begin` to `end` that the element at hand belongs to.
   std::size_t find(std::size_t begin, std::size_t end, const Row** named) {
     const std::string_view name = walk_.get_local_view();
@@ -814,7 +860,7 @@ class Walk::Children {
   void accept(std::size_t index, const Row& named) {
     note_missing(index);
     excused_ = k_none;
-    if (state(index).count != 0 && !row(index).is_list) return refuse_second(index, named);
+    if (is_taken(index)) return refuse_second(index, named);
     if (state(index).missing_as != 0) settle(index);
     take(index, named);
   }
@@ -824,15 +870,16 @@ class Walk::Children {
     excused_ = k_none;
     if (state(index).missing_as != 0) {
       settle(index);
-    } else if (state(index).count != 0 && !row(index).is_list) {
+    } else if (is_taken(index)) {
       return refuse_second(index, named);
-    } else {
+    } else if (!state(index).is_guess) {
       note_late(index, named);
     }
+    state(index).is_guess = false;
     take(index, named);
   }
 
-  void take(std::size_t index, const Row& named) {
+  void take(std::size_t index, const Row& named, bool is_guess = false) {
     RowState& at = state(index);
     if (at.count == 0) {
       at.before = walk_.before_;
@@ -840,7 +887,7 @@ class Walk::Children {
     }
     ++at.count;
     from_ = row(index).is_list ? index : index + 1;
-    walk_.read_row(level_, self_, row(index), named, number_of(index, named, true));
+    walk_.read_row(level_, self_, row(index), named, number_of(index, named, true), is_guess);
   }
 
   // In a path.
@@ -874,7 +921,10 @@ class Walk::Children {
     walk_.note_unknown(level_, code, item, std::move(allowed),
                        named != nullptr ? named->name() : std::string_view());
     excused_ = k_none;
-    if (meant != k_none) return take(meant, *named);
+    if (meant != k_none) {
+      state(meant).is_guess = state(meant).count == 0;
+      return take(meant, *named, true);
+    }
     if (last < order_.size()) excused_ = last;
     walk_.skip_element(level_);
   }
@@ -1024,7 +1074,14 @@ void Walk::read_object(const Level& level, Object* self) {
   const Class& content = level.type->content_class();
   if (is_nil) return check_empty(level);
   if (content.shape == Shape::simple) return read_content(level, self);
-  if (!is_end() && !next_in(level)) return;
+  if (!is_end() && !next_in(level)) {
+    if (content.shape != Shape::choice) return Children(*this, level, self).mend_code();
+    if (has_no_code_ && last_number() != k_none) {
+      out_.faults.back().code = lmx::elmx_unknown_element_in_complex_content;
+      out_.faults.back().item = name;
+    }
+    return;
+  }
   // A tag that is its own end leaves the name as it was.
   if (!is_end()) {
     return content.shape == Shape::choice ? read_choice(level, self)
@@ -1066,12 +1123,15 @@ void Walk::read_choice(const Level& level, Object* self) {
   Place first;
   bool is_chosen = false;
   bool is_behind_text = false;
-  while (!is_end()) {
+  while (true) {
     // Before the first alternative the reader misses one, behind it the end.
     const elmx_error code =
         is_chosen ? lmx::elmx_bad_end_of_element : lmx::elmx_unknown_element_in_complex_content;
     const std::string item = is_chosen ? std::string(level.full_name) : name;
-    if (!is_start()) {
+    if (is_end()) {
+      if (!is_stray_end(level)) break;
+      if (!std::exchange(is_behind_text, false)) note_stray_end(level, code, item);
+    } else if (!is_start()) {
       if (!std::exchange(is_behind_text, true)) {
         note_text(level, code, item,
                   is_chosen ? "where only elements may stand"
@@ -1080,6 +1140,7 @@ void Walk::read_choice(const Level& level, Object* self) {
     } else {
       is_behind_text = false;
       const Row* row = is_ours() ? row_named(type.alternatives(), get_local_view()) : nullptr;
+      const bool is_guess = row == nullptr;
       if (row == nullptr) {
         if (is_unclosed(level, code, item)) return;
         const std::string local = get_local_name();
@@ -1107,7 +1168,8 @@ void Walk::read_choice(const Level& level, Object* self) {
         first = here();
         is_chosen = true;
         const std::string full_name = name;
-        read_alternative({&level, nullptr, row, 0, before_, reference(), full_name}, self, *row);
+        read_alternative({&level, nullptr, row, 0, before_, reference(), full_name, is_guess}, self,
+                         *row);
       }
     }
     if (std::exchange(is_handed_back_, false)) continue;
@@ -1141,9 +1203,9 @@ Object* Walk::appended(Object* self, const Row& row) {
 const Class& read_as(const Class& type) { return type.is_nillable() ? type : type.content_class(); }
 
 void Walk::read_row(const Level& parent, Object* self, const Row& row, const Row& named,
-                    unsigned number) {
+                    unsigned number, bool is_guess) {
   const std::string full_name = name;
-  Level level{&parent, nullptr, &named, number, before_, reference(), full_name};
+  Level level{&parent, nullptr, &named, number, before_, reference(), full_name, is_guess};
   switch (row.kind) {
     case Kind::object:
       level.type = &read_as(*row.type);
@@ -1282,19 +1344,25 @@ bool Walk::read_attributes(const Level& level, Object* self) {
   const Class& type = *level.type;
   bool is_nil = false;
   std::uint32_t seen = 0;
+  std::size_t stray = 0;  // the fault of an unknown one, by its number
   elmx_error error = lmx::elmx_ok;
   while (get_attribute_event(nullptr, &error, &attribute_name)) {
     if (error != lmx::elmx_ok) {
       note_broken(&level, error, std::string(level.full_name));
       return false;
     }
-    const bool is_xsi = lmx::c_xml_reader::is_xsi_attribute(attribute_name);
+    bool is_xsi = lmx::c_xml_reader::is_xsi_attribute(attribute_name);
+    const bool is_instance = get_local_view() == "nil" || get_local_view() == "type";
+    if (!is_xsi && get_has_ns_prefix() &&
+        (get_ns_id() == lmx::k_ns_not_found || (is_instance && get_ns_id() != namespace_))) {
+      note_undeclared(level);
+      is_xsi = true;
+    }
     if (is_xsi && get_local_view() == "nil" && type.is_nillable()) {
       if (get_attribute_value(&value, lmx::elmx_collapse)) {
         is_nil = value == "true" || value == "1";
       } else {
-        note_value(level, type.content_class().rows[0], lmx::elmx_bad_attribute_value,
-                   {attribute_here(level).value}, attribute_name, {});
+        note_bad_attribute(level, {});
       }
       continue;
     }
@@ -1308,10 +1376,10 @@ bool Walk::read_attributes(const Level& level, Object* self) {
       seen |= bit;
       continue;
     }
-    if (!is_xsi) note_unknown_attribute(level, &seen);
+    if (!is_xsi && !note_unknown_attribute(level, &seen)) stray = last_number();
     skip_attribute_value();
   }
-  check_attributes(level, type, seen);
+  check_attributes(level, type, seen, &stray);
   if (self != nullptr && is_nil) {
     Head::flags(*self) |= std::uint32_t{1} << type.nil_bit;
   }
@@ -1340,16 +1408,37 @@ void Walk::read_attribute(const Level& level, Object* self, const Row& row, bool
     skip_attribute_value();
     return;
   }
-  const bool is_good = get_attribute_value(&value, whitespace_of(row));
-  const elmx_error error = is_good ? take(self, row) : lmx::elmx_bad_attribute_value;
+  if (!get_attribute_value(&value, whitespace_of(row))) {
+    return note_bad_attribute(level, row.name());
+  }
+  const elmx_error error = take(self, row);
   if (error == lmx::elmx_ok) return;
   note_value(level, row, error, {attribute_here(level).value}, attribute_name, "/@");
 }
 
-void Walk::check_attributes(const Level& level, const Class& type, std::uint32_t seen) {
-  if (type.base != nullptr) check_attributes(level, *type.base, seen);
+// A reference that stands for nothing in the value of an attribute.
+void Walk::note_bad_attribute(const Level& level, std::string_view row_name) {
+  const Span whole = attribute_here(level).value;
+  const Span reference = source_.strange_reference(whole);
+  const Span span = reference.size() != 0 ? reference : whole;
+  Fault* const fault =
+      note(&level, lmx::elmx_bad_attribute_value, "unknown-reference", attribute_name, {span});
+  if (fault == nullptr) return;
+  if (!row_name.empty()) fault->path.append("/@").append(row_name);
+  explain_reference(fault, source_.text(span));
+}
+
+// One that is missing beside one that is unknown is the same mistake.
+void Walk::check_attributes(const Level& level, const Class& type, std::uint32_t seen,
+                            std::size_t* stray) {
+  if (type.base != nullptr) check_attributes(level, *type.base, seen, stray);
   for (const Row& row : type.attributes()) {
     if (!row.is_required || (seen >> row.bit & 1) != 0) continue;
+    if (const std::size_t number = std::exchange(*stray, 0); number != 0) {
+      if (number != k_none)
+        out_.faults[number - 1].expected = std::string(row.name()) + " is expected";
+      continue;
+    }
     if (Fault* const fault = note(&level, lmx::elmx_required_attributes_missing,
                                   "attribute-missing", type.name, tag_place(level))) {
       fault->path.append("/@").append(row.name());
@@ -1359,8 +1448,23 @@ void Walk::check_attributes(const Level& level, const Class& type, std::uint32_t
   }
 }
 
+// A prefix that nothing declares is one fault, however often it is used.
+void Walk::note_undeclared(const Level& level) {
+  const std::string prefix(prefix_of(attribute_name));
+  if (std::find(undeclared_.begin(), undeclared_.end(), prefix) != undeclared_.end()) return;
+  undeclared_.push_back(prefix);
+  Fault* const fault = note(&level, lmx::elmx_unexpected_attribute, "undeclared-prefix",
+                            level.full_name, {attribute_here(level).name});
+  if (fault == nullptr) return;
+  fault->found = excerpt(attribute_name);
+  const bool is_instance =
+      local_name(attribute_name) == "nil" || local_name(attribute_name) == "type";
+  fault->expected = is_instance ? "xmlns:" + excerpt(prefix) + "=\"" + lmx::k_xsi_uri + "\""
+                                : "an attribute without a prefix";
+}
+
 // One that is called nearly like a row stands for it: its absence is no fault beside.
-void Walk::note_unknown_attribute(const Level& level, std::uint32_t* seen) {
+bool Walk::note_unknown_attribute(const Level& level, std::uint32_t* seen) {
   std::vector<std::string> allowed;
   const Row* meant = nullptr;
   const std::string local = get_local_name();
@@ -1377,7 +1481,7 @@ void Walk::note_unknown_attribute(const Level& level, std::uint32_t* seen) {
   if (meant != nullptr) *seen |= std::uint32_t{1} << meant->bit;
   Fault* const fault = note(&level, lmx::elmx_unexpected_attribute, "unknown-attribute",
                             level.full_name, {attribute_here(level).name});
-  if (fault == nullptr) return;
+  if (fault == nullptr) return meant != nullptr;
   sort_by_distance(local, &allowed);
   fault->found = excerpt(attribute_name);
   if (meant != nullptr) {
@@ -1387,6 +1491,7 @@ void Walk::note_unknown_attribute(const Level& level, std::uint32_t* seen) {
         allowed.empty() ? "none may stand there" : joined(allowed) + " may stand there";
   }
   fault->allowed = std::move(allowed);
+  return meant != nullptr;
 }
 
 // --- Values -------------------------------------------------------------------------------------
@@ -1408,17 +1513,26 @@ elmx_error Walk::take(Object* self, const Row& row) {
   return error;
 }
 
+// Behind a value: does a "<" follow that begins no markup, and the end tag somewhere behind it?
+bool Walk::is_bare_bracket(const Level& level) {
+  return reference() == k_none && level.up != nullptr && source_.is_bare_bracket(at()) &&
+         source_.is_closed_first(at(), level.full_name, level.up->full_name);
+}
+
 bool Walk::fetch_content(const Level& level, const Row& row, elmx_error bracket_code, Span* span) {
   span->begin = at();
   bool is_good = get_element_value(&value, whitespace_of(row), true);
   span->end = at();
-  const bool is_in_source = reference() == k_none;
-  if (is_good && !(is_in_source && source_.is_bare_bracket(at()))) return true;
+  if (is_good && !is_bare_bracket(level)) return true;
   Place place{source_.reference_before(at())};
   elmx_error code = lmx::elmx_bad_element_value;
   if (is_good) {
+    // The reader looks for the end of what it takes for a tag, which is that of the end tag.
+    place.span = source_.bracket(at());
     code = bracket_code;
-    place.span = source_.tag_head(at());
+    if (code == lmx::elmx_not_well_formed && source_.has_slash(place.span.end)) {
+      code = lmx::elmx_bad_end_tag;
+    }
   } else if (get_error() == lmx::elmx_not_well_formed || at() >= source_.size() ||
              source_.bad_utf8(span->begin) < at() || place.span.begin < span->begin) {
     note_broken(&level, lmx::elmx_bad_element_value, std::string(level.full_name));
@@ -1431,7 +1545,7 @@ bool Walk::fetch_content(const Level& level, const Row& row, elmx_error bracket_
   while (true) {
     const std::size_t from = at();
     if (is_good) {
-      if (!is_in_source || !source_.is_bare_bracket(at())) break;
+      if (!is_bare_bracket(level)) break;
       getter().get();
     }
     is_good = get_element_value(&value, lmx::elmx_preserve, true);
@@ -1469,6 +1583,10 @@ void Walk::read_value(const Level& level, Object* self, const Row& row) {
     if (fault != nullptr) fault->found = shown_name(name);
     return skip_rest(level, true);
   }
+  if (is_stray_end(level)) {
+    if (!is_told) note_stray_end(level, code(lmx::elmx_bad_end_of_element), level.full_name);
+    return skip_rest(level, false);
+  }
   if (!is_own_end(level)) {
     if (!is_told) return end_wrongly(level, code(lmx::elmx_bad_end_of_element), level.full_name);
     is_unwinding_ = is_open_above(level.up);
@@ -1491,6 +1609,10 @@ void Walk::read_content(const Level& level, Object* self) {
   const bool is_told = out_.count != told;
   if (is_end()) {
     if (is_own_end(level)) return;
+    if (is_stray_end(level)) {
+      if (!is_told) note_stray_end(level, lmx::elmx_bad_end_of_element, level.full_name);
+      return skip_rest(level, false);
+    }
     if (!is_told) return end_wrongly(level, lmx::elmx_bad_end_of_element, level.full_name);
     is_unwinding_ = is_open_above(level.up);
     return;
@@ -1514,14 +1636,17 @@ void Walk::store(const Level& level, Object* self, const Row& row, const Span& s
   } else if (whitespace_of(row) != lmx::elmx_preserve) {
     place.span = source_.trimmed(span);
   }
-  note_value(level, row, error, place, std::string(level.full_name), {});
+  const bool is_content = row.place == zol_v2::internal::Place::content;
+  note_value(level, row, error, place, std::string(level.full_name),
+             is_content ? "/text()" : std::string_view());
 }
 
 void Walk::note_value(const Level& level, const Row& row, elmx_error code, const Place& place,
                       std::string item, std::string_view step) {
   Fault* const fault = note(&level, code, {}, item, place);
   if (fault == nullptr) return;
-  if (!step.empty()) fault->path.append(step).append(row.name());
+  fault->path.append(step);
+  if (row.place == zol_v2::internal::Place::attribute) fault->path.append(row.name());
   fault->found = excerpt(value);
   switch (code) {
     case lmx::elmx_value_too_big:
@@ -1547,16 +1672,6 @@ void Walk::note_value(const Level& level, const Row& row, elmx_error code, const
       fault->allowed = values_of(*row.enumeration);
       sort_by_distance(value, &fault->allowed);
       break;
-    case lmx::elmx_bad_attribute_value: {
-      const Span reference = source_.strange_reference(place.span);
-      fault->rule = "unknown-reference";
-      explain_reference(fault, source_.text(reference.size() != 0 ? reference : place.span));
-      if (reference.size() != 0) {
-        put(&fault->place, {reference});
-        fault->length = reference.size();
-      }
-      break;
-    }
     default:
       fault->rule = "wrong-format";
       fault->expected = format_words(row, value);

@@ -12,7 +12,15 @@ namespace {
 // Nobody misspells a longer name by so much that its beginning would not tell.
 constexpr std::size_t k_longest = 64;
 
+// Values are called after what they are values of: "Illuminant_D65".
+std::string_view last_word(std::string_view name) { return name.substr(name.rfind('_') + 1); }
+
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
+bool is_same_but_for_case(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                            [](char x, char y) { return lower(x) == lower(y); });
+}
 
 }  // namespace
 
@@ -41,11 +49,8 @@ std::size_t distance(std::string_view a, std::string_view b) {
 
 bool is_near(std::string_view found, std::string_view meant) {
   // A third of the letters, or their case alone.
-  const std::size_t halves = distance(found, meant);
-  return 3 * halves <= 2 * meant.size() ||
-         (found.size() == meant.size() &&
-          std::equal(found.begin(), found.end(), meant.begin(),
-                     [](char x, char y) { return lower(x) == lower(y); }));
+  return 3 * distance(found, meant) <= 2 * meant.size() || is_same_but_for_case(found, meant) ||
+         is_same_but_for_case(found, last_word(meant));
 }
 
 void sort_by_distance(std::string_view found, std::vector<std::string>* names) {

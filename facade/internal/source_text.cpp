@@ -74,6 +74,12 @@ std::size_t SourceText::pass(std::size_t at, std::string_view ascii) const {
   return bytes_.size();
 }
 
+std::size_t SourceText::find(std::size_t at, std::string_view ascii) const {
+  const std::size_t behind = pass(at, ascii);
+  const std::size_t size = ascii.size() * width();
+  return behind >= size && is_at(behind - size, ascii) ? behind - size : bytes_.size();
+}
+
 std::size_t SourceText::skip_space(std::size_t at, std::size_t end) const {
   while (at < end && is_space(unit(at))) at += width();
   return std::min(at, end);
@@ -162,19 +168,29 @@ bool SourceText::is_bare_bracket(std::size_t at) const {
   return unit(at) == '<' && !is_name_start(next) && next != '/' && next != '!' && next != '?';
 }
 
+bool SourceText::has_slash(std::size_t at) const {
+  int quote = 0;
+  for (at += width(); unit(at) >= 0 && unit(at) != '>'; at += width()) {
+    const int c = unit(at);
+    if (quote == 0 && c == '/') return true;
+    if (quote != 0 ? c == quote : is_quote(c)) quote = quote != 0 ? 0 : c;
+  }
+  return false;
+}
+
 bool SourceText::is_closed_first(std::size_t from, std::string_view name,
                                  std::string_view other) const {
-  const std::string own = "</" + std::string(name);
-  const std::string outer = "</" + std::string(other);
-  for (std::size_t at = from; (at = pass(at, "</")) < bytes_.size();) {
-    const std::size_t tag = at - 2 * width();
-    const auto is_tag = [&](const std::string& text) {
-      return is_at(tag, text) && !is_name(unit(tag + text.size() * width()));
+  if (name == other) return false;  // which of them it would be is not to be told
+  const std::string end = "/" + std::string(name);
+  const std::string outer = "/" + std::string(other);
+  for (std::size_t at = from; (at = pass(at, "<")) < bytes_.size();) {
+    const auto is_tag = [&](std::string_view text) {
+      return is_at(at, text) && !is_name(unit(at + text.size() * width()));
     };
-    if (is_tag(own)) return true;
-    if (is_tag(outer)) return false;
+    if (is_tag(end)) return true;
+    if (is_tag(outer) || is_tag(name)) return false;
   }
-  return true;
+  return false;
 }
 
 Span SourceText::reference_before(std::size_t end) const {

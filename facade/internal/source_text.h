@@ -36,6 +36,8 @@ class SourceText {
   // The tag or text that comes at or behind a place, after white space, comments and instructions.
   std::size_t skip_to_content(std::size_t at) const;
   std::size_t skip_space(std::size_t at, std::size_t end) const;
+  // The next occurrence; the end if there is none.
+  std::size_t find(std::size_t at, std::string_view ascii) const;
   // Without the white space at both ends.
   Span trimmed(Span span) const;
   // "<name" or "</name".
@@ -53,7 +55,10 @@ class SourceText {
   Span declared_encoding() const;
   // Is there a "<" that begins no markup?
   bool is_bare_bracket(std::size_t at) const;
-  // Of the end tags of two elements, does that of `name` come first, or neither?
+  Span bracket(std::size_t at) const { return {at, at + width()}; }
+  // Of something that is taken for a tag, behind its first character: is there a "/" in it?
+  bool has_slash(std::size_t at) const;
+  // Does the end tag of `name` come before that of `other`, and before another element of its name?
   bool is_closed_first(std::size_t from, std::string_view name, std::string_view other) const;
   // The reference that ends before `end`.
   Span reference_before(std::size_t end) const;
