@@ -8,12 +8,14 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "facade/check.h"
 #include "facade/internal/block_sink.h"
 #include "facade/internal/diagnosis.h"
 #include "facade/internal/file_kind.h"
@@ -22,9 +24,11 @@
 #include "facade/internal/packed_document.h"
 #include "facade/internal/source_text.h"
 #include "facade/internal/well_formed.h"
+#include "lmx/internal/string_sink.h"
 #include "lmx/reader.h"
 #include "lmx/writer.h"
 #include "model/Zol.h"
+#include "model/internal/walkers.h"
 #include "model/sdk_stamp.h"
 #include "port/files.h"
 #include "port/replacement_file.h"
@@ -34,6 +38,7 @@
 
 namespace zol_v2 {
 
+using internal::Object;
 using lmx::elmx_error;
 
 namespace {
@@ -74,12 +79,18 @@ const wchar_t* plain_name(const std::wstring& path) {
   return path.find(L'\0') == std::wstring::npos ? path.c_str() : L"";
 }
 
-elmx_error marshal_stamped(const Zol& document, std::streambuf& sink) {
+elmx_error marshal_document(const Object& document, std::streambuf& sink,
+                            const SaveOptions& options = {}) {
   std::ostream stream(&sink);
-  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl, "\t", "\n");
-  // Writing leaves its mark in the document by design.
-  SdkStamp().stampWrite(const_cast<Zol&>(document));
-  return document.marshal(writer, Zol::k_element_name);
+  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl,
+                           options.is_indented ? "\t" : "", options.is_indented ? "\n" : "");
+  writer.set_exact(options.is_exact);
+  const internal::Class& type = internal::Head::class_of(document);
+  if (options.is_stamped && type.is_a(Zol::k_class)) {
+    // Writing leaves its mark in the document by design.
+    SdkStamp().stampWrite(static_cast<Zol&>(const_cast<Object&>(document)));
+  }
+  return internal::marshal_root(document, type, writer);
 }
 
 // Closes at the end of its scope.
@@ -109,7 +120,7 @@ elmx_error write_xml_file(const Zol& document, const std::wstring& path) {
     internal::BlockSink sink([&file](const char* bytes, std::uint32_t size) {
       return file.handle != port::k_no_file && port::write_handle(file.handle, bytes, size);
     });
-    error = marshal_stamped(document, sink);
+    error = marshal_document(document, sink);
     static_cast<void>(sink.finish());
   }
   if (error != lmx::elmx_ok) port::remove_file(path);
@@ -259,14 +270,19 @@ class Loading {
   // A document or an archive.
   LoadReport read_bytes(std::string_view bytes);
 
+  // From now on nothing is kept, and what loads is checked.
+  void check_only(CheckLevel level) { checked_ = level; }
+
  private:
   LoadReport read_packed(internal::PackedDocument& packed, bool is_open);
   LoadReport read_text(std::string_view text, const internal::PackedDocument* packed);
   void diagnose(std::string_view text, const internal::PackedDocument* packed, LoadReport* report);
+  LoadReport check_tree(const Zol& tree, std::string_view text);
 
   Zol& document_;
   const LoadOptions& options_;
   const bool is_reported_;
+  std::optional<CheckLevel> checked_;
 };
 
 // All bytes of a file. They stand in the source or, if it had not all of them at hand, in `own`.
@@ -339,20 +355,6 @@ std::vector<Fault> faults_by_the_book(std::string_view text, std::size_t limit) 
   return faults;
 }
 
-LoadReport check_text(std::string_view text, std::size_t limit) {
-  LoadReport report;
-  report.faults = faults_by_the_book(text, limit);
-  if (report.faults.empty()) return report;
-  const Fault& fault = report.faults.front();
-  report.code = fault.code;
-  report.line = static_cast<int>(fault.place.line);
-  report.item = fault.item;
-  report.message = "line:" + std::to_string(fault.place.line) + "-'" + fault.item + "'-" +
-                   lmx::get_error_description(fault.code) + ": " + fault.expected;
-  report.is_complete = false;
-  return report;
-}
-
 // Whether a fault of the reader may be one of the XML itself.
 bool is_of_markup(elmx_error code) {
   switch (code) {
@@ -375,7 +377,7 @@ bool is_of_markup(elmx_error code) {
   }
 }
 
-// Beside the reader's own faults, and unless it said the same.
+// Beside the faults that were found already, and unless one of them says the same.
 void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport* report) {
   for (Fault& fault : faults_by_the_book(text, limit)) {
     const bool is_known =
@@ -383,8 +385,15 @@ void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport
           return other.place.line == fault.place.line && is_of_markup(other.code);
         });
     if (is_known) continue;
+    if (report->code == lmx::elmx_ok) {
+      report->code = fault.code;
+      report->line = static_cast<int>(fault.place.line);
+      report->item = fault.item;
+      report->message = "line:" + std::to_string(fault.place.line) + "-'" + fault.item + "'-" +
+                        lmx::get_error_description(fault.code) + ": " + fault.expected;
+    }
     ++report->fault_count;
-    if (report->faults.size() >= limit) continue;
+    if (report->faults.size() >= std::max<std::size_t>(limit, 1)) continue;
     const auto behind =
         std::find_if(report->faults.begin(), report->faults.end(),
                      [&](const Fault& other) { return other.place.offset > fault.place.offset; });
@@ -392,20 +401,42 @@ void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport
   }
 }
 
+LoadReport check_text(std::string_view text) {
+  LoadReport report;
+  add_faults_by_the_book(text, LoadOptions().most_faults, &report);
+  return report;
+}
+
 void name_entry(const internal::PackedDocument* packed, LoadReport* report) {
   if (packed == nullptr) return;
   for (Fault& fault : report->faults) fault.entry = packed->entry_name();
 }
 
+// Most documents are in order, and then a piece is enough at a time.
+bool can_be_written(const Object& piece) {
+  CheckOptions options;
+  options.level = CheckLevel::writing;
+  options.limit = 0;
+  return check(piece, options).is_ok();
+}
+
 LoadReport Loading::read_text(std::string_view text, const internal::PackedDocument* packed) {
   LoadReport report;
+  if (checked_ == CheckLevel::writing &&
+      internal::walk_document(Zol::k_class, text, can_be_written)) {
+    if (options_.strict) add_faults_by_the_book(text, options_.most_faults, &report);
+    name_entry(packed, &report);
+    return report;
+  }
   {
     Zol loaded;
     lmx::c_xml_reader_memory reader(text.data(), text.size());
     report.code = loaded.unmarshal(reader);
     if (report.code == lmx::elmx_ok) {
-      if (options_.strict) report = check_text(text, options_.most_faults);
-      if (report.code == lmx::elmx_ok || options_.best_effort) document_.swap(loaded);
+      if (checked_) report = check_tree(loaded, text);
+      if (options_.strict) add_faults_by_the_book(text, options_.most_faults, &report);
+      const bool is_taken = report.code == lmx::elmx_ok || options_.best_effort;
+      if (is_taken && !checked_) document_.swap(loaded);
       name_entry(packed, &report);
       return report;
     }
@@ -420,6 +451,29 @@ LoadReport Loading::read_text(std::string_view text, const internal::PackedDocum
     }
   }
   diagnose(text, packed, &report);
+  return report;
+}
+
+// The document is good. Only what would be written from it may not be, which is an error where
+// nothing can be written, and else a warning.
+LoadReport Loading::check_tree(const Zol& tree, std::string_view text) {
+  CheckOptions checking;
+  checking.level = *checked_;
+  checking.limit = options_.most_faults;
+  CheckReport found = check(tree, checking);
+  LoadReport report;
+  report.faults = std::move(found.faults);
+  report.fault_count = found.errors + found.warnings;
+  locate(report.faults, text);
+  for (Fault& fault : report.faults) {
+    if (fault.code != lmx::elmx_occurs_on_marshal) fault.severity = Severity::warning;
+  }
+  if (!report.faults.empty() && report.faults.front().severity == Severity::error) {
+    report.code = report.faults.front().code;
+    report.line = static_cast<int>(report.faults.front().place.line);
+    report.item = report.faults.front().item;
+    report.message = report.faults.front().path + ": " + report.faults.front().text();
+  }
   return report;
 }
 
@@ -558,6 +612,26 @@ elmx_error openText(Zol& document, std::string_view bytes, LoadReport* report,
                  [&] { return Loading(document, options, report != nullptr).read_bytes(bytes); });
 }
 
+elmx_error checkFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
+                     CheckLevel level) noexcept {
+  return guarded(report, path, [&] {
+    Zol none;
+    Loading loading(none, options, true);
+    loading.check_only(level);
+    return loading.read_file(path);
+  });
+}
+
+elmx_error checkText(std::string_view bytes, LoadReport* report, const LoadOptions& options,
+                     CheckLevel level) noexcept {
+  return guarded(report, {}, [&] {
+    Zol none;
+    Loading loading(none, options, true);
+    loading.check_only(level);
+    return loading.read_bytes(bytes);
+  });
+}
+
 elmx_error openStream(Zol& document, std::istream& stream, LoadReport* report,
                       const LoadOptions& options) noexcept {
   return guarded(report, {}, [&] {
@@ -569,7 +643,7 @@ elmx_error openStream(Zol& document, std::istream& stream, LoadReport* report,
 }
 
 elmx_error checkText(std::string_view text, LoadReport* report) noexcept {
-  return guarded(report, {}, [&] { return check_text(text, LoadOptions().most_faults); });
+  return guarded(report, {}, [&] { return check_text(text); });
 }
 
 elmx_error readText(std::string& text, const std::wstring& path, LoadReport* report,
@@ -595,7 +669,7 @@ SaveReport save_plain(const Giver& give, port::ReplacementFile& file) {
     error = errno;
     return false;
   });
-  if (code != lmx::elmx_ok) return failure<SaveReport>(code, lmx::get_error_description(code));
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
   if (error != 0) return failure<SaveReport>(lmx::elmx_no_file, system_text(error));
   return {};
 }
@@ -628,7 +702,7 @@ SaveReport save_zipped(const Giver& give, port::ReplacementFile& file, const std
     }
   });
   if (fault != nullptr) std::rethrow_exception(fault);
-  if (code != lmx::elmx_ok) return failure<SaveReport>(code, lmx::get_error_description(code));
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
   archive.Close(CZipArchive::closeNormal, false);
   return {};
 }
@@ -680,14 +754,110 @@ SaveReport save(const Giver& give, const std::wstring& path) {
 
 }  // namespace
 
-elmx_error saveFile(const Zol& document, const std::wstring& path, SaveReport* report) noexcept {
-  const auto give = [&document](const Taker& take) {
+namespace {
+
+// Which rows of which objects kept an object from being written. It is not written all the same
+// if there is no memory to say so.
+void explain(const Object& document, SaveReport& report) {
+  constexpr std::size_t k_most_faults = 100;
+  try {
+    CheckOptions options;
+    options.level = CheckLevel::writing;
+    options.limit = k_most_faults;
+    report.faults = check(document, options).faults;
+    report.message = report.faults.empty()
+                         ? lmx::get_error_description(report.code)
+                         : report.faults.front().path + ": " + report.faults.front().text();
+  } catch (const std::bad_alloc&) {
+  }
+}
+
+// What is to be refused before anything is touched.
+SaveReport judge(const Object& document, const SaveOptions& options) {
+  const internal::Class& type = internal::Head::class_of(document);
+  if (!type.is(internal::Class::k_document)) {
+    return failure<SaveReport>(lmx::elmx_element_not_found,
+                               std::string("A document can't begin with ") + type.name + ".");
+  }
+  SaveReport report;
+  if (!options.is_checked) return report;
+  CheckOptions wanted;
+  wanted.level = CheckLevel::reading;
+  wanted.is_exact = options.is_exact;
+  report.faults = check(document, wanted).faults;
+  if (report.faults.empty()) return report;
+  report.code = report.faults.front().code;
+  report.message = report.faults.front().path + ": " + report.faults.front().text();
+  return report;
+}
+
+// A document on its way to a taker, which knows what became of it.
+Giver giver_of(const Object& document, const SaveOptions& options) {
+  return [&](const Taker& take) {
     internal::BlockSink sink(take);
-    const elmx_error code = marshal_stamped(document, sink);
-    static_cast<void>(sink.finish());  // the taker knows what became of it
+    const elmx_error code = marshal_document(document, sink, options);
+    static_cast<void>(sink.finish());
     return code;
   };
-  return guarded(report, path, [&] { return save(give, path); });
+}
+
+template <class Operation>
+elmx_error save_guarded(const Object& document, const std::wstring& path, SaveReport* report,
+                        const SaveOptions& options, Operation operation) noexcept {
+  return guarded(report, path, [&] {
+    SaveReport outcome = judge(document, options);
+    if (outcome.code != lmx::elmx_ok) return outcome;
+    outcome = operation();
+    if (outcome.code != lmx::elmx_ok && outcome.message.empty()) explain(document, outcome);
+    return outcome;
+  });
+}
+
+SaveReport write_stream(const Giver& give, std::ostream& stream) {
+  bool is_good = true;
+  // An exception that the stream is told to throw says what its state says.
+  const auto attempt = [&](auto write) {
+    try {
+      write();
+      is_good = is_good && stream.good();
+    } catch (...) {
+      is_good = false;
+    }
+    return is_good;
+  };
+  const elmx_error code = give([&](const char* bytes, std::uint32_t size) {
+    return attempt([&] { stream.write(bytes, size); });
+  });
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
+  if (!attempt([&] { stream.flush(); })) {
+    return failure<SaveReport>(lmx::elmx_no_file, "The stream failed.");
+  }
+  return {};
+}
+
+}  // namespace
+
+elmx_error saveFile(const Object& document, const std::wstring& path, SaveReport* report,
+                    const SaveOptions& options) noexcept {
+  return save_guarded(document, path, report, options,
+                      [&] { return save(giver_of(document, options), path); });
+}
+
+elmx_error saveStream(const Object& document, std::ostream& stream, SaveReport* report,
+                      const SaveOptions& options) noexcept {
+  return save_guarded(document, {}, report, options,
+                      [&] { return write_stream(giver_of(document, options), stream); });
+}
+
+elmx_error saveString(const Object& document, std::string& text, SaveReport* report,
+                      const SaveOptions& options) noexcept {
+  return save_guarded(document, {}, report, options, [&] {
+    lmx::internal::StringSink sink;
+    const elmx_error code = marshal_document(document, sink, options);
+    if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
+    sink.move_to(&text);
+    return SaveReport();
+  });
 }
 
 #if !defined(_WIN32)
