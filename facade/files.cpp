@@ -13,15 +13,18 @@
 #include <string_view>
 #include <utility>
 
+#include "facade/check.h"
 #include "facade/internal/block_sink.h"
 #include "facade/internal/diagnosis.h"
 #include "facade/internal/file_kind.h"
 #include "facade/internal/file_source.h"
 #include "facade/internal/memory_file.h"
 #include "facade/internal/packed_document.h"
+#include "lmx/internal/string_sink.h"
 #include "lmx/reader.h"
 #include "lmx/writer.h"
 #include "model/Zol.h"
+#include "model/internal/walkers.h"
 #include "model/sdk_stamp.h"
 #include "port/files.h"
 #include "port/replacement_file.h"
@@ -31,6 +34,7 @@
 
 namespace zol_v2 {
 
+using internal::Object;
 using lmx::elmx_error;
 
 namespace {
@@ -71,12 +75,18 @@ const wchar_t* plain_name(const std::wstring& path) {
   return path.find(L'\0') == std::wstring::npos ? path.c_str() : L"";
 }
 
-elmx_error marshal_stamped(const Zol& document, std::streambuf& sink) {
+elmx_error marshal_document(const Object& document, std::streambuf& sink,
+                            const SaveOptions& options = {}) {
   std::ostream stream(&sink);
-  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl, "\t", "\n");
-  // Writing leaves its mark in the document by design.
-  SdkStamp().stampWrite(const_cast<Zol&>(document));
-  return document.marshal(writer, Zol::k_element_name);
+  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl,
+                           options.is_indented ? "\t" : "", options.is_indented ? "\n" : "");
+  writer.set_exact(options.is_exact);
+  const internal::Class& type = internal::Head::class_of(document);
+  if (options.is_stamped && type.is_a(Zol::k_class)) {
+    // Writing leaves its mark in the document by design.
+    SdkStamp().stampWrite(static_cast<Zol&>(const_cast<Object&>(document)));
+  }
+  return internal::marshal_root(document, type, writer);
 }
 
 // Closes at the end of its scope.
@@ -106,7 +116,7 @@ elmx_error write_xml_file(const Zol& document, const std::wstring& path) {
     internal::BlockSink sink([&file](const char* bytes, std::uint32_t size) {
       return file.handle != port::k_no_file && port::write_handle(file.handle, bytes, size);
     });
-    error = marshal_stamped(document, sink);
+    error = marshal_document(document, sink);
     static_cast<void>(sink.finish());
   }
   if (error != lmx::elmx_ok) port::remove_file(path);
@@ -504,7 +514,7 @@ SaveReport save_plain(const Giver& give, port::ReplacementFile& file) {
     error = errno;
     return false;
   });
-  if (code != lmx::elmx_ok) return failure<SaveReport>(code, lmx::get_error_description(code));
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
   if (error != 0) return failure<SaveReport>(lmx::elmx_no_file, system_text(error));
   return {};
 }
@@ -537,7 +547,7 @@ SaveReport save_zipped(const Giver& give, port::ReplacementFile& file, const std
     }
   });
   if (fault != nullptr) std::rethrow_exception(fault);
-  if (code != lmx::elmx_ok) return failure<SaveReport>(code, lmx::get_error_description(code));
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
   archive.Close(CZipArchive::closeNormal, false);
   return {};
 }
@@ -589,14 +599,110 @@ SaveReport save(const Giver& give, const std::wstring& path) {
 
 }  // namespace
 
-elmx_error saveFile(const Zol& document, const std::wstring& path, SaveReport* report) noexcept {
-  const auto give = [&document](const Taker& take) {
+namespace {
+
+// Which rows of which objects kept an object from being written. It is not written all the same
+// if there is no memory to say so.
+void explain(const Object& document, SaveReport& report) {
+  constexpr std::size_t k_most_faults = 100;
+  try {
+    CheckOptions options;
+    options.level = CheckLevel::writing;
+    options.limit = k_most_faults;
+    report.faults = check(document, options).faults;
+    report.message = report.faults.empty()
+                         ? lmx::get_error_description(report.code)
+                         : report.faults.front().path + ": " + report.faults.front().text();
+  } catch (const std::bad_alloc&) {
+  }
+}
+
+// What is to be refused before anything is touched.
+SaveReport judge(const Object& document, const SaveOptions& options) {
+  const internal::Class& type = internal::Head::class_of(document);
+  if (!type.is(internal::Class::k_document)) {
+    return failure<SaveReport>(lmx::elmx_element_not_found,
+                               std::string("A document can't begin with ") + type.name + ".");
+  }
+  SaveReport report;
+  if (!options.is_checked) return report;
+  CheckOptions wanted;
+  wanted.level = CheckLevel::reading;
+  wanted.is_exact = options.is_exact;
+  report.faults = check(document, wanted).faults;
+  if (report.faults.empty()) return report;
+  report.code = report.faults.front().code;
+  report.message = report.faults.front().path + ": " + report.faults.front().text();
+  return report;
+}
+
+// A document on its way to a taker, which knows what became of it.
+Giver giver_of(const Object& document, const SaveOptions& options) {
+  return [&](const Taker& take) {
     internal::BlockSink sink(take);
-    const elmx_error code = marshal_stamped(document, sink);
-    static_cast<void>(sink.finish());  // the taker knows what became of it
+    const elmx_error code = marshal_document(document, sink, options);
+    static_cast<void>(sink.finish());
     return code;
   };
-  return guarded(report, path, [&] { return save(give, path); });
+}
+
+template <class Operation>
+elmx_error save_guarded(const Object& document, const std::wstring& path, SaveReport* report,
+                        const SaveOptions& options, Operation operation) noexcept {
+  return guarded(report, path, [&] {
+    SaveReport outcome = judge(document, options);
+    if (outcome.code != lmx::elmx_ok) return outcome;
+    outcome = operation();
+    if (outcome.code != lmx::elmx_ok && outcome.message.empty()) explain(document, outcome);
+    return outcome;
+  });
+}
+
+SaveReport write_stream(const Giver& give, std::ostream& stream) {
+  bool is_good = true;
+  // An exception that the stream is told to throw says what its state says.
+  const auto attempt = [&](auto write) {
+    try {
+      write();
+      is_good = is_good && stream.good();
+    } catch (...) {
+      is_good = false;
+    }
+    return is_good;
+  };
+  const elmx_error code = give([&](const char* bytes, std::uint32_t size) {
+    return attempt([&] { stream.write(bytes, size); });
+  });
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
+  if (!attempt([&] { stream.flush(); })) {
+    return failure<SaveReport>(lmx::elmx_no_file, "The stream failed.");
+  }
+  return {};
+}
+
+}  // namespace
+
+elmx_error saveFile(const Object& document, const std::wstring& path, SaveReport* report,
+                    const SaveOptions& options) noexcept {
+  return save_guarded(document, path, report, options,
+                      [&] { return save(giver_of(document, options), path); });
+}
+
+elmx_error saveStream(const Object& document, std::ostream& stream, SaveReport* report,
+                      const SaveOptions& options) noexcept {
+  return save_guarded(document, {}, report, options,
+                      [&] { return write_stream(giver_of(document, options), stream); });
+}
+
+elmx_error saveString(const Object& document, std::string& text, SaveReport* report,
+                      const SaveOptions& options) noexcept {
+  return save_guarded(document, {}, report, options, [&] {
+    lmx::internal::StringSink sink;
+    const elmx_error code = marshal_document(document, sink, options);
+    if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
+    sink.move_to(&text);
+    return SaveReport();
+  });
 }
 
 #if !defined(_WIN32)

@@ -17,6 +17,10 @@ namespace zol_v2 {
 
 class Zol;
 
+namespace internal {
+class Object;
+}
+
 struct LoadOptions {
   // In bytes, unpacked. What is larger is refused before memory is taken for it: a few hundred
   // bytes of an archive may stand for a gigabyte.
@@ -56,6 +60,23 @@ struct SaveReport {
   // The older file could not be replaced, as one on which another is mounted, so it was written
   // over. With a code other than 0 it is incomplete now.
   bool is_overwritten = false;
+  // What kept the document from being written, by rows of objects: the first has the code.
+  std::vector<Fault> faults;
+};
+
+struct SaveOptions {
+  // Keeps what the described form may lose: numbers in the shortest text that reads back equal
+  // instead of 14 digits, as many decimals of seconds as they need, carriage returns and "]]>" in
+  // texts and white space in attributes as references. Only NEL and LINE SEPARATOR, which this
+  // library's reader always takes for line feeds, and what XML has no characters for stay lost.
+  bool is_exact = false;
+  // The Header of a document says which library wrote it last.
+  bool is_stamped = true;
+  // A line for each element, a tab for each level. Otherwise everything stands on one line.
+  bool is_indented = true;
+  // Before anything is written the document is judged, as check() does, and what would not read
+  // back is refused with the code of the first fault.
+  bool is_checked = false;
 };
 
 // Loads a file, a document or an archive whose first entry is the document. Which of them it is,
@@ -69,15 +90,30 @@ ZOL_API lmx::elmx_error openFile(Zol& document, const std::wstring& path,
                                  const LoadOptions& options = {}) noexcept;
 
 // Writes a file by the rule of Zol::writeFile, the same bytes: ".zol" for XML, ".zolz" for an
-// archive. The new file takes the place of an older one in one step, once it is complete and on the
-// disk; it keeps the older one's permissions, access lists and attributes, and a symbolic link
-// stays one. Gives 0; 1 if a file can't be made, written or replaced; 1000 if the archive fails
-// otherwise, and when memory runs out; 1001 for another suffix; or the code of marshal. After a
-// failure the older file is as it was, but for the one exception that `report` tells, and no other
-// file is left behind or touched. Once the new file is there the code is 0. Like every writing it
-// stamps the Header, but not with 1001. `report` may be null; what was in it is replaced.
-ZOL_API lmx::elmx_error saveFile(const Zol& document, const std::wstring& path,
-                                 SaveReport* report = nullptr) noexcept;
+// archive. Any object whose class is an element that a document may begin with can be written. The
+// new file takes the place of an older one in one step, once it is complete and on the disk; it
+// keeps the older one's permissions, access lists and attributes, and a symbolic link stays one.
+// Gives 0; 1 if a file can't be made, written or replaced; 1000 if the archive fails otherwise, and
+// when memory runs out; 1001 for another suffix; 16 for an object of another class; or the code of
+// marshal. After a failure the older file is as it was, but for the one exception that `report`
+// tells, and no other file is left behind or touched. Once the new file is there the code is 0.
+// Like every writing it stamps the Header of a document, but not with 1001. `report` may be null;
+// what was in it is replaced.
+ZOL_API lmx::elmx_error saveFile(const internal::Object& document, const std::wstring& path,
+                                 SaveReport* report = nullptr,
+                                 const SaveOptions& options = {}) noexcept;
+
+// Writes XML to a stream, whose flags and locale take no part and stay, and flushes it. Gives 1,
+// and not only its state, if the stream failed, by an exception too; a part may then be there.
+// Other codes as above.
+ZOL_API lmx::elmx_error saveStream(const internal::Object& document, std::ostream& stream,
+                                   SaveReport* report = nullptr,
+                                   const SaveOptions& options = {}) noexcept;
+
+// The same as a string in UTF-8; on failure `text` stays as it was.
+ZOL_API lmx::elmx_error saveString(const internal::Object& document, std::string& text,
+                                   SaveReport* report = nullptr,
+                                   const SaveOptions& options = {}) noexcept;
 
 #if !defined(_WIN32)
 // For a signal handler that is about to end the process while another file is saved: takes the

@@ -38,24 +38,6 @@ std::string with_unit(const Row& row, std::string number) {
   return row.unit != nullptr ? number + ' ' + row.unit : number;
 }
 
-std::string lower_bound_words(const Row& row) {
-  if (row.lower_end != End::none) {
-    return (row.lower_end == End::strict ? "more than " : "at least ") +
-           with_unit(row, number_words(row.lower));
-  }
-  return row.kind == Kind::int32 ? "at least -2147483648" : "at least 0";
-}
-
-std::string upper_bound_words(const Row& row) {
-  if (row.upper_end != End::none) {
-    return (row.upper_end == End::strict ? "less than " : "at most ") +
-           with_unit(row, number_words(row.upper));
-  }
-  return row.kind == Kind::int32    ? "at most 2147483647"
-         : row.kind == Kind::uint32 ? "at most 4294967295"
-                                    : "at most 255";
-}
-
 bool is_number(std::string_view text) {
   double value = 0;
   return lmx::internal::read_double(text, &value);
@@ -188,21 +170,6 @@ std::string joined(const std::vector<std::string>& names) {
     text += names[i];
   }
   return text;
-}
-
-// The attribute by which people call an object; null if it has none.
-const Row* name_row(const Class& type) {
-  constexpr std::string_view k_name = "Name";
-  for (const Class* level = &type; level != nullptr; level = level->base) {
-    for (const Row& row : level->attributes()) {
-      const std::string_view name = row.name();
-      if (row.kind == Kind::text && name.size() >= k_name.size() &&
-          name.substr(name.size() - k_name.size()) == k_name) {
-        return &row;
-      }
-    }
-  }
-  return nullptr;
 }
 
 std::string_view local_name(std::string_view name) { return name.substr(name.find(':') + 1); }
@@ -1730,6 +1697,38 @@ void Walk::note_value(const Level& level, const Row& row, elmx_error code, const
 }  // namespace
 
 // --- The face -----------------------------------------------------------------------------------
+
+std::string lower_bound_words(const Row& row) {
+  if (row.lower_end != End::none) {
+    return (row.lower_end == End::strict ? "more than " : "at least ") +
+           with_unit(row, number_words(row.lower));
+  }
+  return row.kind == Kind::int32 ? "at least -2147483648" : "at least 0";
+}
+
+std::string upper_bound_words(const Row& row) {
+  if (row.upper_end != End::none) {
+    return (row.upper_end == End::strict ? "less than " : "at most ") +
+           with_unit(row, number_words(row.upper));
+  }
+  return row.kind == Kind::int32    ? "at most 2147483647"
+         : row.kind == Kind::uint32 ? "at most 4294967295"
+                                    : "at most 255";
+}
+
+const Row* name_row(const Class& type) {
+  constexpr std::string_view k_name = "Name";
+  for (const Class* level = &type; level != nullptr; level = level->base) {
+    for (const Row& row : level->attributes()) {
+      const std::string_view name = row.name();
+      if (row.kind == Kind::text && name.size() >= k_name.size() &&
+          name.substr(name.size() - k_name.size()) == k_name) {
+        return &row;
+      }
+    }
+  }
+  return nullptr;
+}
 
 std::string excerpt(std::string_view utf8) {
   std::string text;

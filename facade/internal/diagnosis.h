@@ -8,10 +8,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "facade/faults.h"
+#include "model/internal/tables.h"
 
 namespace zol_v2 {
 class Zol;
@@ -29,6 +31,13 @@ struct Diagnosis {
 
 // Keeps `limit` faults. Unless it is null, `tree` is as new and gets what is good in the document.
 Diagnosis diagnose(std::string_view bytes, std::size_t limit, Zol* tree);
+
+// The attribute by which people call an object of the class; null if it has none.
+const Row* name_row(const Class& type);
+
+// What a number of the row may be at least and at most: "less than 360 degree".
+std::string lower_bound_words(const Row& row);
+std::string upper_bound_words(const Row& row);
 
 // A text as a fault shows it: on one line, and of a sensible length.
 std::string excerpt(std::string_view utf8);

@@ -71,11 +71,15 @@ elmx_error unmarshal_memory(Object& self, const Class& type, const char* buffer,
   return unmarshal_document(self, type, reader);
 }
 
-elmx_error marshal_document(const Object& self, const Class& type, std::ostream& stream) {
-  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl, "\t", "\n");
+elmx_error marshal_root(const Object& self, const Class& type, lmx::c_xml_writer& writer) {
   const std::string element = std::string("Zol:") + type.name;
   return type.family != nullptr ? type.family->marshal(self, writer, element.c_str())
                                 : write_element(self, type, writer, element.c_str());
+}
+
+elmx_error marshal_document(const Object& self, const Class& type, std::ostream& stream) {
+  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl, "\t", "\n");
+  return marshal_root(self, type, writer);
 }
 
 elmx_error marshal_document(const Object& self, const Class& type, const char* file) {

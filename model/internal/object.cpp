@@ -682,6 +682,13 @@ bool is_same_object(const Object* a, const Object* b) {
   return &type == &Head::class_of(*b) && is_same(*a, *b, type);
 }
 
+// Texts that stand as they were read are left so.
+bool is_same_text(const Text& a, const Text& b) {
+  std::string_view x;
+  std::string_view y;
+  return a.get_narrow(&x) && b.get_narrow(&y) ? x == y : a.get() == b.get();
+}
+
 bool is_same_text(const std::wstring* a, const std::wstring* b) {
   return a == b || (a != nullptr && b != nullptr && *a == *b);
 }
@@ -718,7 +725,7 @@ bool is_same_row(const Object& a, const Object& b, const Row& row) {
   }
   switch (row.kind) {
     case Kind::text:
-      return row.field<Text>(a).get() == row.field<Text>(b).get();
+      return is_same_text(row.field<Text>(a), row.field<Text>(b));
     case Kind::enumerated:
       return is_same_text(row.field<const std::wstring*>(a), row.field<const std::wstring*>(b));
     case Kind::real:
