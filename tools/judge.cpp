@@ -3,6 +3,7 @@
 #include <iterator>
 #include <limits>
 #include <utility>
+#include <vector>
 
 #include "facade/check.h"
 #include "model/Zol.h"
@@ -59,9 +60,20 @@ Verdict judge(DocumentSource& source, const JudgeOptions& options) {
     }
     if (verdict.report.code == lmx::elmx_ok) check_tree(document, options, verdict.report);
   }
-  if (verdict.report.code == lmx::elmx_ok && !verdict.report.faults.empty()) {
+  const bool is_loaded = verdict.report.code == lmx::elmx_ok;
+  std::vector<Fault>& faults = verdict.report.faults;
+  if (!faults.empty() && (is_loaded || options.excerpts)) {
     std::string text;
-    if (source.read(&text).code == lmx::elmx_ok) zol_v2::locate(verdict.report.faults, text);
+    if (source.read(&text).code == lmx::elmx_ok) {
+      if (is_loaded) zol_v2::locate(faults, text);
+      if (options.excerpts) {
+        for (const Fault& fault : faults) {
+          const bool has_lines = fault.rule != "no-document";
+          verdict.excerpts.push_back(has_lines ? zol_v2::excerptOf(text, fault)
+                                               : zol_v2::Excerpt());
+        }
+      }
+    }
   }
   if (verdict.report.code != lmx::elmx_ok || has_errors(verdict.report)) {
     verdict.status = ExitStatus::fault;
