@@ -49,4 +49,16 @@ struct Fault {
   ZOL_API std::string text() const;
 };
 
+// The line in which a fault stands, to be shown on a terminal. A tab is two blanks there, a control
+// character and what is no text a replacement character.
+struct Excerpt {
+  std::string text;       // UTF-8
+  std::size_t begin = 0;  // columns of a terminal before what is concerned
+  std::size_t width = 0;  // columns that it takes, one at least
+};
+
+// Of the bytes of the source, unpacked, in whatever encoding. A line of more than so many columns
+// is cut around the fault, with an ellipsis wherever something is left out. Empty without a place.
+ZOL_API Excerpt excerptOf(std::string_view bytes, const Fault& fault, std::size_t columns = 100);
+
 }  // namespace zol_v2

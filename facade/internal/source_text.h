@@ -51,6 +51,9 @@ class SourceText {
     Span value;  // between the quotes
   };
   Attribute attribute(std::size_t at, std::string_view name, unsigned number = 0) const;
+  // The first that has no value in quotes, in the tag that begins at `at`: then `value` is what
+  // stands instead of the quote, or empty if there is no "=". Without a name if there is none.
+  Attribute broken_attribute(std::size_t at) const;
   // The name of the encoding in the declaration; empty if there is none.
   Span declared_encoding() const;
   // Is there a "<" that begins no markup?
@@ -70,6 +73,13 @@ class SourceText {
 
   // In UTF-8, as it stands.
   std::string text(Span span) const;
+  // The character at a place, and the place behind it: -1 for bytes that are none, of which one is
+  // passed, and at the end.
+  int character(std::size_t at, std::size_t* behind) const;
+  // The place of the character before.
+  std::size_t before(std::size_t at) const;
+  // Is there a line end at a place?
+  bool is_line_end(std::size_t at) const;
 
   // Line and column of each place whose line is 1 and not known yet by more than its offset. In any
   // order; reads the text once.
@@ -90,6 +100,8 @@ class SourceText {
   // Behind the next occurrence; the end if there is none.
   std::size_t pass(std::size_t at, std::string_view ascii) const;
   std::size_t name_end(std::size_t at) const;
+  // The attribute at or behind a place; false if none is there, or if its value has no quotes.
+  bool read_attribute(std::size_t at, Attribute* out) const;
   void advance(SourcePlace& place, std::size_t to) const;
 
   std::string_view bytes_;

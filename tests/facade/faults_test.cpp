@@ -237,10 +237,16 @@ const Broken k_broken[] = {
      "column 3"},
     {"<Zol:B>30</Zol:B>", "<Zol:B>30</Zol:B></Zol:C>", 10, "31:21", k_lab,
      "</Zol:C> stands in ColorSpaceCIELab and ends nothing"},
-    {" UniqueID=\"c1\"", " UniqueID=c1", 23, "15:2", "Zol",
-     "The markup <Zol:Color ColorName=\"House red\" UniqueID=c1> can't be read: a tag must be "
-     "<name "
-     "attribute=\"value\">, and a mere < must be &lt;"},
+    {" UniqueID=\"c1\"", " UniqueID=c1", 23, "15:35", "Zol",
+     "The value of UniqueID must stand in quotes"},
+    {" UniqueID=\"c1\"", " UniqueID", 23, "15:35", "Zol",
+     "The attribute UniqueID has no value: UniqueID=\"...\" is expected"},
+    {"  <Zol:Header>", "  < Zol:Header>", 23, "4:3", "Zol/Preamble",
+     "The markup < Zol:Header> can't be read: a tag is <name attribute=\"value\">, and a mere < is "
+     "&lt;"},
+    {">Illuminant_D50<", ">Illuminant_D50 < D65<", 38, "25:37",
+     k_specification + "/IlluminationOptions/Illuminant"s,
+     "A mere < in Illuminant must be written &lt;"},
     // The whole.
     {"<Zol:Zol xmlns:Zol=\"" URI "\"", "<Zol:Zol xmlns:Zol=\"http://example.org/zol/v1\"", 16,
      "2:1", "", "Zol is of the namespace 'http://example.org/zol/v1', '" URI "' is expected"},
@@ -478,6 +484,42 @@ TEST(Faults, NameTheObject) {
   const Fault& fault = report.faults[0];
   EXPECT_EQ(fault.object, "House red");
   EXPECT_EQ(fault.path.substr(0, fault.object_at), "Zol/Color[1]");
+}
+
+// The excerpt of the only fault, and below it what a terminal shows under what is concerned.
+std::string shown(const std::string& bytes, std::size_t columns = 40) {
+  const LoadReport report = report_of(bytes);
+  EXPECT_EQ(report.faults.size(), 1u);
+  const Excerpt excerpt = excerptOf(bytes, report.faults.front(), columns);
+  return excerpt.text + "\n" + std::string(excerpt.begin, ' ') + std::string(excerpt.width, '~');
+}
+
+TEST(Faults, StandInAnExcerptOfTheirLine) {
+  const std::string text = changed(k_frame, "   <Zol:L>50", "\t\t<Zol:L>x");
+  EXPECT_EQ(shown(text), "    <Zol:L>x</Zol:L>\n           ~");
+  EXPECT_EQ(shown(utf16(changed(text, "UTF-8", "UTF-16"), true)),
+            "    <Zol:L>x</Zol:L>\n           ~");
+  // Characters of two columns and of none.
+  EXPECT_EQ(shown(changed(k_frame, ">50<",
+                          ">\xE8\x89\xB2"
+                          "e\xCC\x81\xF0\x9F\x8E\xA8<")),
+            "   <Zol:L>\xE8\x89\xB2"
+            "e\xCC\x81\xF0\x9F\x8E\xA8</Zol:L>\n          ~~~~~");
+  EXPECT_EQ(shown(changed(k_frame, "   <Zol:L>50", "<!--\xE8\x89\xB2--><Zol:L>x")),
+            "<!--\xE8\x89\xB2--><Zol:L>x</Zol:L>\n                ~");
+  // Control characters and bytes that are no text.
+  EXPECT_EQ(shown(changed(k_frame, ">me<",
+                          ">a\x01"
+                          "b\xE9<")),
+            "   <Zol:Creator>a\xEF\xBF\xBD"
+            "b\xEF\xBF\xBD</Zol:Creator>\n                   ~");
+  // On a line that is too long, and at both of its ends.
+  const std::string line = without_line_ends(changed(k_frame, ">50<", ">x<"));
+  EXPECT_EQ(shown(line),
+            "\xE2\x80\xA6istimulus>   <Zol:L>x</Zol:L>   <Zol:A>\xE2\x80\xA6\n"
+            "                     ~");
+  EXPECT_EQ(shown("<a>" + line), "<a><?xml version=\"1.0\" encoding=\"UTF-8\"?\xE2\x80\xA6\n~~");
+  EXPECT_EQ(excerptOf("", Fault()).text, "");
 }
 
 // --- Files that are no documents
