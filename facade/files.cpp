@@ -8,6 +8,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -266,14 +267,20 @@ class Loading {
   // A document or an archive.
   LoadReport read_bytes(std::string_view bytes);
 
+  // From now on nothing is kept, and what loads is checked.
+  void check_only(CheckLevel level) { checked_ = level; }
+
  private:
   LoadReport read_packed(internal::PackedDocument& packed, bool is_open);
   LoadReport read_text(std::string_view text, const internal::PackedDocument* packed);
   void diagnose(std::string_view text, const internal::PackedDocument* packed, LoadReport* report);
+  LoadReport check_tree(const Zol& tree, std::string_view text,
+                        const internal::PackedDocument* packed);
 
   Zol& document_;
   const LoadOptions& options_;
   const bool is_reported_;
+  std::optional<CheckLevel> checked_;
 };
 
 // All bytes of a file. They stand in the source or, if it had not all of them at hand, in `own`.
@@ -326,13 +333,26 @@ LoadReport Loading::read_packed(internal::PackedDocument& packed, bool is_open) 
   return read_text(packed.text(), &packed);
 }
 
+// Most documents are in order, and then a piece is enough at a time.
+bool can_be_written(const Object& piece) {
+  CheckOptions options;
+  options.level = CheckLevel::writing;
+  options.limit = 0;
+  return check(piece, options).is_ok();
+}
+
 LoadReport Loading::read_text(std::string_view text, const internal::PackedDocument* packed) {
   LoadReport report;
+  if (checked_ == CheckLevel::writing &&
+      internal::walk_document(Zol::k_class, text, can_be_written)) {
+    return report;
+  }
   {
     Zol loaded;
     lmx::c_xml_reader_memory reader(text.data(), text.size());
     report.code = loaded.unmarshal(reader);
     if (report.code == lmx::elmx_ok) {
+      if (checked_) return check_tree(loaded, text, packed);
       document_.swap(loaded);
       return report;
     }
@@ -347,6 +367,31 @@ LoadReport Loading::read_text(std::string_view text, const internal::PackedDocum
     }
   }
   diagnose(text, packed, &report);
+  return report;
+}
+
+// The document is good. Only what would be written from it may not be, which is an error where
+// nothing can be written, and else a warning.
+LoadReport Loading::check_tree(const Zol& tree, std::string_view text,
+                               const internal::PackedDocument* packed) {
+  CheckOptions checking;
+  checking.level = *checked_;
+  checking.limit = options_.most_faults;
+  CheckReport found = check(tree, checking);
+  LoadReport report;
+  report.faults = std::move(found.faults);
+  report.fault_count = found.errors + found.warnings;
+  locate(report.faults, text);
+  for (Fault& fault : report.faults) {
+    if (packed != nullptr) fault.entry = packed->entry_name();
+    if (fault.code != lmx::elmx_occurs_on_marshal) fault.severity = Severity::warning;
+  }
+  if (!report.faults.empty() && report.faults.front().severity == Severity::error) {
+    report.code = report.faults.front().code;
+    report.line = static_cast<int>(report.faults.front().place.line);
+    report.item = report.faults.front().item;
+    report.message = report.faults.front().path + ": " + report.faults.front().text();
+  }
   return report;
 }
 
@@ -479,6 +524,26 @@ elmx_error openText(Zol& document, std::string_view bytes, LoadReport* report,
                     const LoadOptions& options) noexcept {
   return guarded(report, {},
                  [&] { return Loading(document, options, report != nullptr).read_bytes(bytes); });
+}
+
+elmx_error checkFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
+                     CheckLevel level) noexcept {
+  return guarded(report, path, [&] {
+    Zol none;
+    Loading loading(none, options, true);
+    loading.check_only(level);
+    return loading.read_file(path);
+  });
+}
+
+elmx_error checkText(std::string_view bytes, LoadReport* report, const LoadOptions& options,
+                     CheckLevel level) noexcept {
+  return guarded(report, {}, [&] {
+    Zol none;
+    Loading loading(none, options, true);
+    loading.check_only(level);
+    return loading.read_bytes(bytes);
+  });
 }
 
 elmx_error openStream(Zol& document, std::istream& stream, LoadReport* report,

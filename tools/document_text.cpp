@@ -64,6 +64,18 @@ zol_v2::LoadReport DocumentSource::load(zol_v2::Zol& document, const zol_v2::Loa
   return report;
 }
 
+zol_v2::LoadReport DocumentSource::check(const zol_v2::LoadOptions& options,
+                                         zol_v2::CheckLevel level) {
+  zol_v2::LoadReport report;
+  if (!is_in_memory()) {
+    (void)zol_v2::checkFile(wide_path(path_), &report, options, level);
+    return report;
+  }
+  report = read_input();
+  if (report.code == lmx::elmx_ok) (void)zol_v2::checkText(bytes_, &report, options, level);
+  return report;
+}
+
 zol_v2::LoadReport DocumentSource::read(std::string* text) {
   zol_v2::LoadReport report;
   if (!is_in_memory()) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "facade/check.h"
 #include "facade/files.h"
 
 namespace zol_v2 {
@@ -26,6 +27,8 @@ class DocumentSource {
   void hold() { is_held_ = true; }
 
   zol_v2::LoadReport load(zol_v2::Zol& document, const zol_v2::LoadOptions& options = {});
+  // Judges without keeping anything.
+  zol_v2::LoadReport check(const zol_v2::LoadOptions& options, zol_v2::CheckLevel level);
   // The text as it stands, out of the archive if it is in one.
   zol_v2::LoadReport read(std::string* text);
 

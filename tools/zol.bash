@@ -11,10 +11,10 @@ _zol() {
   done
 
   case $command in
-    validate) options='--first --max --json --quiet --help' ;;
-    info) options='--json --help' ;;
-    convert) options='--force --rewrite --help' ;;
-    list) options='--csv --help' ;;
+    validate) options='--first --max --lint --json --sarif --recursive --jobs --quiet --brief --color --help' ;;
+    info) options='--json --recursive --help' ;;
+    convert) options='--force --rewrite --exact --help' ;;
+    list) options='--csv --recursive --help' ;;
     schema) options='--help' ;;
     *) options='validate info convert list schema --version --help' ;;
   esac
@@ -22,11 +22,15 @@ _zol() {
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
     return
   fi
-  [[ $command == schema || ($command == validate && $previous == --max) ]] && return
+  if [[ $command == validate && $previous == --color ]]; then
+    mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$current")
+    return
+  fi
+  [[ $command == schema || ($command == validate && $previous == @(--max|--jobs|-j)) ]] && return
   compopt -o filenames 2>/dev/null
   mapfile -t COMPREPLY < <(compgen -d -- "$current"
-                           compgen -f -X '!*.zol' -- "$current"
-                           compgen -f -X '!*.zolz' -- "$current")
+                           compgen -f -X '!*.[zZ][oO][lL]' -- "$current"
+                           compgen -f -X '!*.[zZ][oO][lL][zZ]' -- "$current")
 }
 
 complete -F _zol zol

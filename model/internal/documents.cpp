@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <memory>
 
 #include "lmx/internal/string_sink.h"
 #include "lmx/reader.h"
@@ -51,6 +52,15 @@ bool read_strictly(Object& self, const Class& type, lmx::c_xml_reader& reader) {
 }
 
 }  // namespace
+
+bool walk_document(const Class& type, std::string_view bytes,
+                   const std::function<bool(const Object& piece)>& take) {
+  Pool pool;
+  const std::unique_ptr<Object> root(type.make(nullptr));
+  StrictReader strict(bytes, pool);
+  strict.give_entries_to(take);
+  return strict.read(*root, type) && take(*root);
+}
 
 elmx_error unmarshal_document(Object& self, const Class& type, lmx::c_xml_reader& reader) {
   reader.set_ns_map(document_ns_map());

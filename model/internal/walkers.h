@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 #include "lmx/errors.h"
 #include "model/internal/tables.h"
@@ -42,6 +44,12 @@ ZOL_API lmx::elmx_error write_element(const Object& self, const Class& type,
 
 // The namespace of the format: one row, and the row that ends the table.
 ZOL_API const lmx::s_ns_map* document_ns_map();
+
+// Reads a document that has no fault without keeping it: what stands in lists that may be empty is
+// shown piece by piece, each with all that is in it but such lists, and the root comes last. False
+// for a document that the strict reader does not take, and where `take` says so.
+bool walk_document(const Class& type, std::string_view bytes,
+                   const std::function<bool(const Object& piece)>& take);
 
 // Each reading names the class whose element the document must begin with: 16 if it does not.
 ZOL_API lmx::elmx_error unmarshal_document(Object& self, const Class& type,
