@@ -11,10 +11,10 @@ _zol() {
   done
 
   case $command in
-    validate) options='--first --max --strict --json --quiet --help' ;;
-    info) options='--json --help' ;;
-    convert) options='--force --rewrite --help' ;;
-    list) options='--csv --help' ;;
+    validate) options='--first --max --lint --strict --json --sarif --recursive --jobs --quiet --brief --color --help' ;;
+    info) options='--json --recursive --help' ;;
+    convert) options='--force --rewrite --exact --help' ;;
+    list) options='--csv --recursive --help' ;;
     schema) options='--help' ;;
     check) options='--json --csv --warn-as-fail --unjudged-as-fail --fill --output --force --help' ;;
     compare) options='--formula --factors --illuminant --observer --adapt --json --csv --help' ;;
@@ -24,7 +24,11 @@ _zol() {
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
     return
   fi
-  [[ $command == schema || ($command == validate && $previous == --max) ]] && return
+  if [[ $command == validate && $previous == --color ]]; then
+    mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$current")
+    return
+  fi
+  [[ $command == schema || ($command == validate && $previous == @(--max|--jobs|-j)) ]] && return
   if [[ $command == compare ]]; then
     case $previous in
       --formula) options='76 94 2000 cmc din99 hunter fmc2' ;;
@@ -39,8 +43,8 @@ _zol() {
   fi
   compopt -o filenames 2>/dev/null
   mapfile -t COMPREPLY < <(compgen -d -- "$current"
-                           compgen -f -X '!*.zol' -- "$current"
-                           compgen -f -X '!*.zolz' -- "$current")
+                           compgen -f -X '!*.[zZ][oO][lL]' -- "$current"
+                           compgen -f -X '!*.[zZ][oO][lL][zZ]' -- "$current")
 }
 
 complete -F _zol zol

@@ -620,9 +620,19 @@ void Walk::note_broken(const Level* level, elmx_error code, std::string item) {
           "themselves or grow beyond measure: take it out";
       break;
     default: {
-      const std::string text = excerpt(source_.text({from, std::min(from + 64, place.span.end)}));
-      words = "The markup " + text +
-              " can't be read: a tag must be <name attribute=\"value\">, and a mere < must be &lt;";
+      const SourceText::Attribute broken =
+          source_.is_bare_bracket(from) ? SourceText::Attribute() : source_.broken_attribute(from);
+      const std::string text = excerpt(source_.text(tag));
+      if (broken.name.size() == 0) {
+        words = "The markup " + text +
+                " can't be read: a tag is <name attribute=\"value\">, and a mere < is &lt;";
+        break;
+      }
+      const std::string attribute = excerpt(source_.text(broken.name));
+      place.span = broken.name;
+      words = broken.value.size() == 0 ? "The attribute " + attribute +
+                                             " has no value: " + attribute + "=\"...\" is expected"
+                                       : "The value of " + attribute + " must stand in quotes";
     }
   }
   if (Fault* const fault = note(level, code, rule, std::move(item), place)) {
@@ -1530,8 +1540,14 @@ bool Walk::fetch_content(const Level& level, const Row& row, elmx_error bracket_
     // The reader looks for the end of what it takes for a tag, which is that of the end tag.
     place.span = source_.bracket(at());
     code = bracket_code;
-    if (code == lmx::elmx_not_well_formed && source_.has_slash(place.span.end)) {
-      code = lmx::elmx_bad_end_tag;
+    if (code == lmx::elmx_not_well_formed) {
+      // It judged the value already.
+      const elmx_error error = scratch_.judge(row, value, refuse_);
+      if (error != lmx::elmx_ok) {
+        code = error;
+      } else if (source_.has_slash(place.span.end)) {
+        code = lmx::elmx_bad_end_tag;
+      }
     }
   } else if (get_error() == lmx::elmx_not_well_formed || at() >= source_.size() ||
              source_.bad_utf8(span->begin) < at() || place.span.begin < span->begin) {

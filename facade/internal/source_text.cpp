@@ -137,23 +137,35 @@ Span SourceText::tag(std::size_t at) const {
   return {at, end};
 }
 
+bool SourceText::read_attribute(std::size_t at, Attribute* out) const {
+  at = skip_space(at, bytes_.size());
+  *out = {{at, name_end(at)}, {at, at}};
+  if (out->name.size() == 0) return false;
+  at = skip_space(out->name.end, bytes_.size());
+  if (unit(at) != '=') return false;
+  at = skip_space(at + width(), bytes_.size());
+  out->value = {at, std::min(at + width(), bytes_.size())};
+  const int quote = unit(at);
+  if (!is_quote(quote)) return false;
+  out->value = {at + width(), at + width()};
+  while (unit(out->value.end) >= 0 && unit(out->value.end) != quote) out->value.end += width();
+  return unit(out->value.end) == quote;
+}
+
 SourceText::Attribute SourceText::attribute(std::size_t at, std::string_view name,
                                             unsigned number) const {
-  at = tag_head(at).end;
-  while (true) {
-    at = skip_space(at, bytes_.size());
-    const Span found{at, name_end(at)};
-    if (found.size() == 0) return {};
-    at = skip_space(found.end, bytes_.size());
-    if (unit(at) != '=') return {};
-    at = skip_space(at + width(), bytes_.size());
-    const int quote = unit(at);
-    if (!is_quote(quote)) return {};
-    Span value{at + width(), at + width()};
-    while (unit(value.end) >= 0 && unit(value.end) != quote) value.end += width();
-    at = value.end + width();
-    if (text(found) == name && number-- == 0) return {found, value};
+  Attribute found;
+  for (at = tag_head(at).end; read_attribute(at, &found); at = found.value.end + width()) {
+    if (text(found.name) == name && number-- == 0) return found;
   }
+  return {};
+}
+
+SourceText::Attribute SourceText::broken_attribute(std::size_t at) const {
+  Attribute found;
+  for (at = tag_head(at).end; read_attribute(at, &found); at = found.value.end + width()) {
+  }
+  return found;
 }
 
 // --- References and encodings -------------------------------------------------------------------

@@ -51,6 +51,9 @@ class SourceText {
     Span value;  // between the quotes
   };
   Attribute attribute(std::size_t at, std::string_view name, unsigned number = 0) const;
+  // The first that has no value in quotes, in the tag that begins at `at`: then `value` is what
+  // stands instead of the quote, or empty if there is no "=". Without a name if there is none.
+  Attribute broken_attribute(std::size_t at) const;
   // The name of the encoding in the declaration; empty if there is none.
   Span declared_encoding() const;
   // Is there a "<" that begins no markup?
@@ -97,6 +100,8 @@ class SourceText {
   // Behind the next occurrence; the end if there is none.
   std::size_t pass(std::size_t at, std::string_view ascii) const;
   std::size_t name_end(std::size_t at) const;
+  // The attribute at or behind a place; false if none is there, or if its value has no quotes.
+  bool read_attribute(std::size_t at, Attribute* out) const;
   void advance(SourcePlace& place, std::size_t to) const;
 
   std::string_view bytes_;

@@ -237,10 +237,16 @@ const Broken k_broken[] = {
      "column 3"},
     {"<Zol:B>30</Zol:B>", "<Zol:B>30</Zol:B></Zol:C>", 10, "31:21", k_lab,
      "</Zol:C> stands in ColorSpaceCIELab and ends nothing"},
-    {" UniqueID=\"c1\"", " UniqueID=c1", 23, "15:2", "Zol",
-     "The markup <Zol:Color ColorName=\"House red\" UniqueID=c1> can't be read: a tag must be "
-     "<name "
-     "attribute=\"value\">, and a mere < must be &lt;"},
+    {" UniqueID=\"c1\"", " UniqueID=c1", 23, "15:35", "Zol",
+     "The value of UniqueID must stand in quotes"},
+    {" UniqueID=\"c1\"", " UniqueID", 23, "15:35", "Zol",
+     "The attribute UniqueID has no value: UniqueID=\"...\" is expected"},
+    {"  <Zol:Header>", "  < Zol:Header>", 23, "4:3", "Zol/Preamble",
+     "The markup < Zol:Header> can't be read: a tag is <name attribute=\"value\">, and a mere < is "
+     "&lt;"},
+    {">Illuminant_D50<", ">Illuminant_D50 < D65<", 38, "25:37",
+     k_specification + "/IlluminationOptions/Illuminant"s,
+     "A mere < in Illuminant must be written &lt;"},
     // The whole.
     {"<Zol:Zol xmlns:Zol=\"" URI "\"", "<Zol:Zol xmlns:Zol=\"http://example.org/zol/v1\"", 16,
      "2:1", "", "Zol is of the namespace 'http://example.org/zol/v1', '" URI "' is expected"},

@@ -26,7 +26,8 @@ CODE_ONLY = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"', re.S)
 # What a room still does itself.
 PLATFORM_OF_ITS_OWN = {
     "model/internal/documents.cpp",  # marshal to a path of the process's code page
-    "tools/terminal.cpp",          # the command's own place for it
+    "tools/file_walk.cpp",         # the command's own place for folders
+    "tools/terminal.cpp",          # the same for everything else
 }
 
 
