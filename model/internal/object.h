@@ -437,7 +437,8 @@ constexpr Making making() {
           []() -> const Object& {
             static const T object;
             return object;
-          }};
+          },
+          sizeof(T)};
 }
 
 template <class Root>
