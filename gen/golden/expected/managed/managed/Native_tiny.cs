@@ -2,7 +2,7 @@
 using System;
 using System.Runtime.InteropServices;
 
-namespace ZolModule
+namespace Zol.Interop
 {
   internal static partial class Native
   {

@@ -2,54 +2,27 @@
 using System;
 using System.Runtime.InteropServices;
 
-namespace ZolModule
+namespace Zol.Interop
 {
   /// <summary>The root.</summary>
   public partial class Zol : Proxy
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal Zol(IntPtr handle, bool owned, Proxy parent)
-      : base(owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static Zol Wrap(IntPtr handle, bool owned, Proxy parent)
     {
       return handle == IntPtr.Zero ? null : new Zol(handle, owned, parent);
     }
 
-    internal static HandleRef Of(Zol proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_Zol(new HandleRef(this, self)); }
-
     public Zol() : this(Native.new_Zol__SWIG_0(), true, null) { }
-    public Zol(Zol other)
-      : this(Pending.Checked(Native.new_Zol__SWIG_1(Zol.Of(other))), true, null) { }
-    public void swap(Zol other) { Native.Zol_swap(Self, Zol.Of(other)); Pending.Check(); }
+    public Zol(Zol other) : this(Pending.Checked(Native.new_Zol__SWIG_1(Of(other))), true, null) { }
+    public void swap(Zol other) { Native.Zol_swap(Self, Of(other)); Pending.Check(); }
     public void reset() { Native.Zol_reset(Self); }
     public bool is_occurs_ok() { return Native.Zol_is_occurs_ok(Self); }
-    public elmx_error marshal(IntPtr writer)
-    {
-      return (elmx_error)Native.Zol_marshal__SWIG_0(Self, writer);
-    }
-    public elmx_error unmarshal(IntPtr reader)
-    {
-      return (elmx_error)Native.Zol_unmarshal__SWIG_0(Self, reader);
-    }
-    public elmx_error unmarshal(IntPtr reader, IntPtr name)
-    {
-      return (elmx_error)Native.Zol_unmarshal__SWIG_1(Self, reader, name);
-    }
-    public static IntPtr ns_map() { return Native.Zol_ns_map(); }
     public elmx_error loadString(string text)
     {
-      return (elmx_error)Native.Zol_loadString(Self, text);
+      return Measured((elmx_error)Native.Zol_loadString(Self, text));
     }
     public XMLDocumentResult writeString()
     {
@@ -58,7 +31,7 @@ namespace ZolModule
     public string get_Note() { return Text.Take(Native.Zol_get_Note(Self)); }
     public elmx_error set_Note(string value)
     {
-      return (elmx_error)Native.Zol_set_Note(Self, value);
+      return (elmx_error)Native.Zol_set_Note(Self, Grown(value));
     }
     public c_datetime get_Stamp(uint index)
     {
@@ -66,38 +39,53 @@ namespace ZolModule
     }
     public elmx_error set_Stamp(uint index, c_datetime value)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_set_Stamp(Self, index, c_datetime.Of(value)));
+      return (elmx_error)Pending.Checked(Native.Zol_set_Stamp(Self, Below(index, size_Stamp()), Of(value)));
     }
     public elmx_error append_Stamp(c_datetime value)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_append_Stamp(Self, c_datetime.Of(value)));
+      return Grown((elmx_error)Pending.Checked(Native.Zol_append_Stamp(Self, Of(value))));
     }
     public elmx_error insert_Stamp(uint index, c_datetime value)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_insert_Stamp(Self, index, c_datetime.Of(value)));
+      return Grown((elmx_error)Pending.Checked(Native.Zol_insert_Stamp(Self, UpTo(index, size_Stamp()), Of(value))));
     }
-    public void delete_Stamp(uint index) { Native.Zol_delete_Stamp(Self, index); }
+    public void delete_Stamp(uint index)
+    {
+      Native.Zol_delete_Stamp(Self, Below(index, size_Stamp()));
+    }
     public void clear_Stamp() { Native.Zol_clear_Stamp(Self); }
     public uint size_Stamp() { return Native.Zol_size_Stamp(Self); }
+    /// <summary>All at once.</summary>
+    public ZolDateTime[] all_Stamp()
+    {
+      var moments = new Moment[size_Stamp()];
+      Native.zol_moments(Self, 1, moments, (uint)moments.Length);
+      return Array.ConvertAll(moments, moment => new ZolDateTime(moment));
+    }
     public string get_Alias(uint index)
     {
       return Text.Take(Native.Zol_get_Alias(Self, Below(index, size_Alias())));
     }
     public elmx_error set_Alias(uint index, string value)
     {
-      return (elmx_error)Native.Zol_set_Alias(Self, index, value);
+      return (elmx_error)Native.Zol_set_Alias(Self, Below(index, size_Alias()), Grown(value));
     }
     public elmx_error append_Alias(string value)
     {
-      return (elmx_error)Native.Zol_append_Alias(Self, value);
+      return Grown((elmx_error)Native.Zol_append_Alias(Self, Grown(value)));
     }
     public elmx_error insert_Alias(uint index, string value)
     {
-      return (elmx_error)Native.Zol_insert_Alias(Self, index, value);
+      return Grown((elmx_error)Native.Zol_insert_Alias(Self, UpTo(index, size_Alias()), Grown(value)));
     }
-    public void delete_Alias(uint index) { Native.Zol_delete_Alias(Self, index); }
+    public void delete_Alias(uint index)
+    {
+      Native.Zol_delete_Alias(Self, Below(index, size_Alias()));
+    }
     public void clear_Alias() { Native.Zol_clear_Alias(Self); }
     public uint size_Alias() { return Native.Zol_size_Alias(Self); }
+    /// <summary>All at once.</summary>
+    public string[] all_Alias() { return Text.TakeAll(Native.zol_texts(Self, 2)); }
     public uint get_Size() { return Native.Zol_get_Size(Self); }
     public elmx_error set_Size(uint value) { return (elmx_error)Native.Zol_set_Size(Self, value); }
     public bool isset_Size() { return Native.Zol_isset_Size(Self); }
@@ -105,58 +93,70 @@ namespace ZolModule
     public Box get_Box() { return Box.Wrap(Native.Zol_get_Box__SWIG_0(Self), false, this); }
     public elmx_error assign_Box(Box value)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_assign_Box(Self, Box.Of(value)));
+      return (elmx_error)Pending.Checked(Native.Zol_assign_Box(Self, Of(value)));
     }
-    public Box get_Lid() { return Box.Wrap(Native.Zol_get_Lid__SWIG_0(Self), false, this); }
+    /// <summary>Null if there is none.</summary>
+    public Box get_Lid()
+    {
+      return isset_Lid() ? make_Lid() : null;
+    }
+    /// <summary>Makes it if there is none.</summary>
+    public Box make_Lid() { return Box.Wrap(Native.Zol_get_Lid__SWIG_0(Self), false, this); }
     public elmx_error assign_Lid(Box value)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_assign_Lid(Self, Box.Of(value)));
+      return (elmx_error)Pending.Checked(Native.Zol_assign_Lid(Self, Of(value)));
     }
     public bool isset_Lid() { return Native.Zol_isset_Lid(Self); }
     public void unset_Lid() { Native.Zol_unset_Lid(Self); }
     public Part get_Part(uint index)
     {
-      return Part.Wrap(Native.Zol_get_Part__SWIG_0(Self, index), false, this);
+      return Part.Wrap(Native.Zol_get_Part__SWIG_0(Self, Below(index, size_Part())), false, this);
     }
     public elmx_error assign_Part(uint index, Part value)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_assign_Part(Self, index, Part.Of(value)));
+      return (elmx_error)Pending.Checked(Native.Zol_assign_Part(Self, Below(index, size_Part()), Of(value)));
     }
-    public Part append_Part() { return Part.Wrap(Native.Zol_append_Part(Self), false, this); }
+    public Part append_Part()
+    {
+      return Grown(Part.Wrap(Native.Zol_append_Part(Self), false, this));
+    }
     public Part insert_Part(uint index)
     {
-      return Part.Wrap(Native.Zol_insert_Part(Self, index), false, this);
+      return Grown(Part.Wrap(Native.Zol_insert_Part(Self, UpTo(index, size_Part())), false, this));
     }
     public Part back_Part()
     {
       Below(0, size_Part());
       return Part.Wrap(Native.Zol_back_Part(Self), false, this);
     }
-    public void delete_Part(uint index) { Native.Zol_delete_Part(Self, index); }
+    public void delete_Part(uint index) { Native.Zol_delete_Part(Self, Below(index, size_Part())); }
     public void clear_Part() { Native.Zol_clear_Part(Self); }
     public uint size_Part() { return Native.Zol_size_Part(Self); }
     public sg_Shape get_Shape(uint index)
     {
-      return sg_Shape.Wrap(Native.Zol_get_Shape__SWIG_0(Self, index), false, this);
+      return sg_Shape.Wrap(Native.Zol_get_Shape__SWIG_0(Self, Below(index, size_Shape())), false, this);
     }
     public elmx_error assign_Shape(uint index, sg_Shape value)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_assign_Shape(Self, index, sg_Shape.Of(value)));
+      return (elmx_error)Pending.Checked(Native.Zol_assign_Shape(Self, Below(index, size_Shape()), Of(value)));
     }
     public sg_Shape append_Shape()
     {
-      return sg_Shape.Wrap(Native.Zol_append_Shape(Self), false, this);
+      return Grown(sg_Shape.Wrap(Native.Zol_append_Shape(Self), false, this));
     }
     public sg_Shape insert_Shape(uint index)
     {
-      return sg_Shape.Wrap(Native.Zol_insert_Shape(Self, index), false, this);
+      return Grown(sg_Shape.Wrap(Native.Zol_insert_Shape(Self, UpTo(index, size_Shape())), false, this));
     }
     public sg_Shape back_Shape()
     {
       Below(0, size_Shape());
       return sg_Shape.Wrap(Native.Zol_back_Shape(Self), false, this);
     }
-    public void delete_Shape(uint index) { Native.Zol_delete_Shape(Self, index); }
+    public void delete_Shape(uint index)
+    {
+      Native.Zol_delete_Shape(Self, Below(index, size_Shape()));
+    }
     public void clear_Shape() { Native.Zol_clear_Shape(Self); }
     public uint size_Shape() { return Native.Zol_size_Shape(Self); }
     public sg_Shape get_Outline()
@@ -165,7 +165,7 @@ namespace ZolModule
     }
     public elmx_error assign_Outline(sg_Shape value)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_assign_Outline(Self, sg_Shape.Of(value)));
+      return (elmx_error)Pending.Checked(Native.Zol_assign_Outline(Self, Of(value)));
     }
     public anon_Tag get_anon_Tag()
     {
@@ -173,22 +173,25 @@ namespace ZolModule
     }
     public elmx_error assign_anon_Tag(anon_Tag value)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_assign_anon_Tag(Self, anon_Tag.Of(value)));
+      return (elmx_error)Pending.Checked(Native.Zol_assign_anon_Tag(Self, Of(value)));
     }
-    public void get_any(uint index, string full_name, string namespace_uri, string text)
+    public string get_any(uint index, out string full_name, out string namespace_uri)
     {
-      Native.Zol_get_any(Self, index, Text.Narrow(full_name), Text.Narrow(namespace_uri), Text.Narrow(text));
-      Pending.Check();
+      IntPtr name, uri;
+      IntPtr text = Native.zol_any_text(Self, Below(index, size_any()), out name, out uri);
+      full_name = Text.TakeNarrow(name);
+      namespace_uri = Text.TakeNarrow(uri);
+      return Text.TakeNarrow(text);
     }
     public elmx_error append_any(string text)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_append_any(Self, Text.Narrow(text)));
+      return Grown((elmx_error)Pending.Checked(Native.Zol_append_any(Self, Text.Narrow(text))));
     }
     public elmx_error insert_any(uint index, string text)
     {
-      return (elmx_error)Pending.Checked(Native.Zol_insert_any(Self, index, Text.Narrow(text)));
+      return Grown((elmx_error)Pending.Checked(Native.Zol_insert_any(Self, UpTo(index, size_any()), Text.Narrow(text))));
     }
-    public void delete_any(uint index) { Native.Zol_delete_any(Self, index); }
+    public void delete_any(uint index) { Native.Zol_delete_any(Self, Below(index, size_any())); }
     public void clear_any() { Native.Zol_clear_any(Self); }
     public uint size_any() { return Native.Zol_size_any(Self); }
   }
@@ -196,26 +199,13 @@ namespace ZolModule
   /// <summary>A box, which may be empty.</summary>
   public partial class Box : Proxy
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal Box(IntPtr handle, bool owned, Proxy parent)
-      : base(owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static Box Wrap(IntPtr handle, bool owned, Proxy parent)
     {
       return handle == IntPtr.Zero ? null : new Box(handle, owned, parent);
     }
-
-    internal static HandleRef Of(Box proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_Box(new HandleRef(this, self)); }
 
     public enum Eenum_Grade
     {
@@ -232,9 +222,8 @@ namespace ZolModule
     }
 
     public Box() : this(Native.new_Box__SWIG_0(), true, null) { }
-    public Box(Box other)
-      : this(Pending.Checked(Native.new_Box__SWIG_1(Box.Of(other))), true, null) { }
-    public void swap(Box other) { Native.Box_swap(Self, Box.Of(other)); Pending.Check(); }
+    public Box(Box other) : this(Pending.Checked(Native.new_Box__SWIG_1(Of(other))), true, null) { }
+    public void swap(Box other) { Native.Box_swap(Self, Of(other)); Pending.Check(); }
     public void reset() { Native.Box_reset(Self); }
     public bool is_occurs_ok() { return Native.Box_is_occurs_ok(Self); }
     public void setnil_Box() { Native.Box_setnil_Box(Self); }
@@ -242,7 +231,7 @@ namespace ZolModule
     public string get_Grade() { return Text.Take(Native.Box_get_Grade(Self)); }
     public elmx_error set_Grade(string value)
     {
-      return (elmx_error)Native.Box_set_Grade(Self, value);
+      return (elmx_error)Native.Box_set_Grade(Self, Grown(value));
     }
     public Eenum_Grade getenum_Grade() { return (Eenum_Grade)Native.Box_getenum_Grade(Self); }
     public bool setenum_Grade(Eenum_Grade value)
@@ -252,7 +241,7 @@ namespace ZolModule
     public string get_Spare() { return Text.Take(Native.Box_get_Spare(Self)); }
     public elmx_error set_Spare(string value)
     {
-      return (elmx_error)Native.Box_set_Spare(Self, value);
+      return (elmx_error)Native.Box_set_Spare(Self, Grown(value));
     }
     public Eenum_Spare getenum_Spare() { return (Eenum_Spare)Native.Box_getenum_Spare(Self); }
     public bool setenum_Spare(Eenum_Spare value)
@@ -269,7 +258,7 @@ namespace ZolModule
     public string get_Code() { return Text.Take(Native.Box_get_Code(Self)); }
     public elmx_error set_Code(string value)
     {
-      return (elmx_error)Native.Box_set_Code(Self, value);
+      return (elmx_error)Native.Box_set_Code(Self, Grown(value));
     }
     public double get_Weight() { return Native.Box_get_Weight(Self); }
     public elmx_error set_Weight(double value)
@@ -281,31 +270,18 @@ namespace ZolModule
   /// <summary>The class Seal.</summary>
   public partial class Seal : Proxy
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal Seal(IntPtr handle, bool owned, Proxy parent)
-      : base(owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static Seal Wrap(IntPtr handle, bool owned, Proxy parent)
     {
       return handle == IntPtr.Zero ? null : new Seal(handle, owned, parent);
     }
 
-    internal static HandleRef Of(Seal proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_Seal(new HandleRef(this, self)); }
-
     public Seal() : this(Native.new_Seal__SWIG_0(), true, null) { }
     public Seal(Seal other)
-      : this(Pending.Checked(Native.new_Seal__SWIG_1(Seal.Of(other))), true, null) { }
-    public void swap(Seal other) { Native.Seal_swap(Self, Seal.Of(other)); Pending.Check(); }
+      : this(Pending.Checked(Native.new_Seal__SWIG_1(Of(other))), true, null) { }
+    public void swap(Seal other) { Native.Seal_swap(Self, Of(other)); Pending.Check(); }
     public void reset() { Native.Seal_reset(Self); }
     public bool is_occurs_ok() { return Native.Seal_is_occurs_ok(Self); }
   }
@@ -313,44 +289,31 @@ namespace ZolModule
   /// <summary>A value with an attribute.</summary>
   public partial class Part : Proxy
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal Part(IntPtr handle, bool owned, Proxy parent)
-      : base(owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static Part Wrap(IntPtr handle, bool owned, Proxy parent)
     {
       return handle == IntPtr.Zero ? null : new Part(handle, owned, parent);
     }
 
-    internal static HandleRef Of(Part proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_Part(new HandleRef(this, self)); }
-
     public Part() : this(Native.new_Part__SWIG_0(), true, null) { }
     public Part(Part other)
-      : this(Pending.Checked(Native.new_Part__SWIG_1(Part.Of(other))), true, null) { }
-    public void swap(Part other) { Native.Part_swap(Self, Part.Of(other)); Pending.Check(); }
+      : this(Pending.Checked(Native.new_Part__SWIG_1(Of(other))), true, null) { }
+    public void swap(Part other) { Native.Part_swap(Self, Of(other)); Pending.Check(); }
     public void reset() { Native.Part_reset(Self); }
     public bool is_occurs_ok() { return Native.Part_is_occurs_ok(Self); }
     public string get_Unit() { return Text.Take(Native.Part_get_Unit(Self)); }
     public elmx_error set_Unit(string value)
     {
-      return (elmx_error)Native.Part_set_Unit(Self, value);
+      return (elmx_error)Native.Part_set_Unit(Self, Grown(value));
     }
     public bool isset_Unit() { return Native.Part_isset_Unit(Self); }
     public void unset_Unit() { Native.Part_unset_Unit(Self); }
     public c_binary get_Part() { return c_binary.Wrap(Native.Part_get_Part(Self), false, this); }
     public elmx_error set_Part(c_binary value)
     {
-      return (elmx_error)Pending.Checked(Native.Part_set_Part(Self, c_binary.Of(value)));
+      return (elmx_error)Pending.Checked(Native.Part_set_Part(Self, Of(value)));
     }
     public bool isset_Part() { return Native.Part_isset_Part(Self); }
     public void unset_Part() { Native.Part_unset_Part(Self); }
@@ -359,26 +322,13 @@ namespace ZolModule
   /// <summary>One of several.</summary>
   public partial class PartChoice : Proxy
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal PartChoice(IntPtr handle, bool owned, Proxy parent)
-      : base(owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static PartChoice Wrap(IntPtr handle, bool owned, Proxy parent)
     {
       return handle == IntPtr.Zero ? null : new PartChoice(handle, owned, parent);
     }
-
-    internal static HandleRef Of(PartChoice proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_PartChoice(new HandleRef(this, self)); }
 
     public enum Eenum_Grade
     {
@@ -399,19 +349,15 @@ namespace ZolModule
 
     public PartChoice() : this(Native.new_PartChoice__SWIG_0(), true, null) { }
     public PartChoice(PartChoice other)
-      : this(Pending.Checked(Native.new_PartChoice__SWIG_1(PartChoice.Of(other))), true, null) { }
-    public void swap(PartChoice other)
-    {
-      Native.PartChoice_swap(Self, PartChoice.Of(other));
-      Pending.Check();
-    }
+      : this(Pending.Checked(Native.new_PartChoice__SWIG_1(Of(other))), true, null) { }
+    public void swap(PartChoice other) { Native.PartChoice_swap(Self, Of(other)); Pending.Check(); }
     public void reset() { Native.PartChoice_reset(Self); }
     public bool is_occurs_ok() { return Native.PartChoice_is_occurs_ok(Self); }
     public elmx_chosen getchosen() { return (elmx_chosen)Native.PartChoice_getchosen(Self); }
     public string get_Grade() { return Text.Take(Native.PartChoice_get_Grade(Self)); }
     public elmx_error set_Grade(string value)
     {
-      return (elmx_error)Native.PartChoice_set_Grade(Self, value);
+      return (elmx_error)Native.PartChoice_set_Grade(Self, Grown(value));
     }
     public Eenum_Grade getenum_Grade()
     {
@@ -424,7 +370,7 @@ namespace ZolModule
     public string get_Text() { return Text.Take(Native.PartChoice_get_Text(Self)); }
     public elmx_error set_Text(string value)
     {
-      return (elmx_error)Native.PartChoice_set_Text(Self, value);
+      return (elmx_error)Native.PartChoice_set_Text(Self, Grown(value));
     }
     public double get_Amount() { return Native.PartChoice_get_Amount(Self); }
     public elmx_error set_Amount(double value)
@@ -436,36 +382,29 @@ namespace ZolModule
     {
       return (elmx_error)Native.PartChoice_set_Number(Self, value);
     }
-    public Box get_Box() { return Box.Wrap(Native.PartChoice_get_Box__SWIG_0(Self), false, this); }
+    /// <summary>Null if there is none.</summary>
+    public Box get_Box()
+    {
+      return getchosen() == elmx_chosen.chosen_Box ? make_Box() : null;
+    }
+    /// <summary>Chooses it if there is none.</summary>
+    public Box make_Box() { return Box.Wrap(Native.PartChoice_get_Box__SWIG_0(Self), false, this); }
     public elmx_error assign_Box(Box value)
     {
-      return (elmx_error)Pending.Checked(Native.PartChoice_assign_Box(Self, Box.Of(value)));
+      return (elmx_error)Pending.Checked(Native.PartChoice_assign_Box(Self, Of(value)));
     }
   }
 
   /// <summary>The class anon_Tag.</summary>
   public partial class anon_Tag : Proxy
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal anon_Tag(IntPtr handle, bool owned, Proxy parent)
-      : base(owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static anon_Tag Wrap(IntPtr handle, bool owned, Proxy parent)
     {
       return handle == IntPtr.Zero ? null : new anon_Tag(handle, owned, parent);
     }
-
-    internal static HandleRef Of(anon_Tag proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_anon_Tag(new HandleRef(this, self)); }
 
     public enum elmx_chosen
     {
@@ -476,19 +415,15 @@ namespace ZolModule
 
     public anon_Tag() : this(Native.new_anon_Tag__SWIG_0(), true, null) { }
     public anon_Tag(anon_Tag other)
-      : this(Pending.Checked(Native.new_anon_Tag__SWIG_1(anon_Tag.Of(other))), true, null) { }
-    public void swap(anon_Tag other)
-    {
-      Native.anon_Tag_swap(Self, anon_Tag.Of(other));
-      Pending.Check();
-    }
+      : this(Pending.Checked(Native.new_anon_Tag__SWIG_1(Of(other))), true, null) { }
+    public void swap(anon_Tag other) { Native.anon_Tag_swap(Self, Of(other)); Pending.Check(); }
     public void reset() { Native.anon_Tag_reset(Self); }
     public bool is_occurs_ok() { return Native.anon_Tag_is_occurs_ok(Self); }
     public elmx_chosen getchosen() { return (elmx_chosen)Native.anon_Tag_getchosen(Self); }
     public string get_TagText() { return Text.Take(Native.anon_Tag_get_TagText(Self)); }
     public elmx_error set_TagText(string value)
     {
-      return (elmx_error)Native.anon_Tag_set_TagText(Self, value);
+      return (elmx_error)Native.anon_Tag_set_TagText(Self, Grown(value));
     }
     public double get_TagNumber() { return Native.anon_Tag_get_TagNumber(Self); }
     public elmx_error set_TagNumber(double value)
@@ -500,41 +435,27 @@ namespace ZolModule
   /// <summary>A family.</summary>
   public partial class ShapeType : Proxy
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal ShapeType(IntPtr handle, bool owned, Proxy parent)
-      : base(owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static ShapeType Wrap(IntPtr handle, bool owned, Proxy parent)
     {
-      return handle == IntPtr.Zero ? null : new ShapeType(handle, owned, parent);
+      return handle == IntPtr.Zero ? null : (ShapeType)DynamicTypes.Wrap(handle, owned, parent);
     }
-
-    internal static HandleRef Of(ShapeType proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_ShapeType(new HandleRef(this, self)); }
 
     public ShapeType() : this(Native.new_ShapeType__SWIG_0(), true, null) { }
     public ShapeType(ShapeType other)
-      : this(Pending.Checked(Native.new_ShapeType__SWIG_1(ShapeType.Of(other))), true, null) { }
-    public void swap(ShapeType other)
-    {
-      Native.ShapeType_swap(Self, ShapeType.Of(other));
-      Pending.Check();
-    }
+      : this(Pending.Checked(Native.new_ShapeType__SWIG_1(Of(other))), true, null) { }
+    public void swap(ShapeType other) { Native.ShapeType_swap(Self, Of(other)); Pending.Check(); }
     public void reset() { Native.ShapeType_reset(Self); }
     public bool is_occurs_ok() { return Native.ShapeType_is_occurs_ok(Self); }
     public ShapeType clone() { return ShapeType.Wrap(Native.ShapeType_clone(Self), true, null); }
-    public IntPtr getid() { return Native.ShapeType_getid(Self); }
-    public bool has_id(IntPtr identity) { return Native.ShapeType_has_id(Self, identity); }
-    public static IntPtr id_get() { return Native.ShapeType_id_get(); }
+    public TypeIdentity getid() { return new TypeIdentity(Native.ShapeType_getid(Self)); }
+    public bool has_id(TypeIdentity identity)
+    {
+      return Native.ShapeType_has_id(Self, identity.Address);
+    }
+    public static TypeIdentity id_get() { return new TypeIdentity(Native.ShapeType_id_get()); }
     public static void id_set(string identity) { Native.ShapeType_id_set(Text.Narrow(identity)); }
     public static ShapeType factory(int ns_id, string type_name)
     {
@@ -543,17 +464,23 @@ namespace ZolModule
     public string get_Name() { return Text.Take(Native.ShapeType_get_Name(Self)); }
     public elmx_error set_Name(string value)
     {
-      return (elmx_error)Native.ShapeType_set_Name(Self, value);
+      return (elmx_error)Native.ShapeType_set_Name(Self, Grown(value));
     }
     public bool isset_Name() { return Native.ShapeType_isset_Name(Self); }
     public void unset_Name() { Native.ShapeType_unset_Name(Self); }
+    /// <summary>Null if there is none.</summary>
     public PartChoice get_Choice()
+    {
+      return isset_Choice() ? make_Choice() : null;
+    }
+    /// <summary>Makes it if there is none.</summary>
+    public PartChoice make_Choice()
     {
       return PartChoice.Wrap(Native.ShapeType_get_Choice__SWIG_0(Self), false, this);
     }
     public elmx_error assign_Choice(PartChoice value)
     {
-      return (elmx_error)Pending.Checked(Native.ShapeType_assign_Choice(Self, PartChoice.Of(value)));
+      return (elmx_error)Pending.Checked(Native.ShapeType_assign_Choice(Self, Of(value)));
     }
     public bool isset_Choice() { return Native.ShapeType_isset_Choice(Self); }
     public void unset_Choice() { Native.ShapeType_unset_Choice(Self); }
@@ -562,44 +489,30 @@ namespace ZolModule
   /// <summary>The class RoundType.</summary>
   public partial class RoundType : ShapeType
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal RoundType(IntPtr handle, bool owned, Proxy parent)
-      : base(Native.RoundTypeUpcast(new HandleRef(null, handle)), owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static new RoundType Wrap(IntPtr handle, bool owned, Proxy parent)
     {
-      return handle == IntPtr.Zero ? null : new RoundType(handle, owned, parent);
+      return handle == IntPtr.Zero ? null : (RoundType)DynamicTypes.Wrap(handle, owned, parent);
     }
-
-    internal static HandleRef Of(RoundType proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_RoundType(new HandleRef(this, self)); }
 
     public RoundType() : this(Native.new_RoundType__SWIG_0(), true, null) { }
     public RoundType(RoundType other)
-      : this(Pending.Checked(Native.new_RoundType__SWIG_1(RoundType.Of(other))), true, null) { }
-    public void swap(RoundType other)
-    {
-      Native.RoundType_swap(Self, RoundType.Of(other));
-      Pending.Check();
-    }
+      : this(Pending.Checked(Native.new_RoundType__SWIG_1(Of(other))), true, null) { }
+    public void swap(RoundType other) { Native.RoundType_swap(Self, Of(other)); Pending.Check(); }
     public new void reset() { Native.RoundType_reset(Self); }
     public new bool is_occurs_ok() { return Native.RoundType_is_occurs_ok(Self); }
     public new RoundType clone()
     {
       return RoundType.Wrap(Native.RoundType_clone(Self), true, null);
     }
-    public new IntPtr getid() { return Native.RoundType_getid(Self); }
-    public new bool has_id(IntPtr identity) { return Native.RoundType_has_id(Self, identity); }
-    public new static IntPtr id_get() { return Native.RoundType_id_get(); }
+    public new TypeIdentity getid() { return new TypeIdentity(Native.RoundType_getid(Self)); }
+    public new bool has_id(TypeIdentity identity)
+    {
+      return Native.RoundType_has_id(Self, identity.Address);
+    }
+    public new static TypeIdentity id_get() { return new TypeIdentity(Native.RoundType_id_get()); }
     public new static void id_set(string identity)
     {
       Native.RoundType_id_set(Text.Narrow(identity));
@@ -618,41 +531,27 @@ namespace ZolModule
   /// <summary>The class RingType.</summary>
   public partial class RingType : RoundType
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal RingType(IntPtr handle, bool owned, Proxy parent)
-      : base(Native.RingTypeUpcast(new HandleRef(null, handle)), owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static new RingType Wrap(IntPtr handle, bool owned, Proxy parent)
     {
-      return handle == IntPtr.Zero ? null : new RingType(handle, owned, parent);
+      return handle == IntPtr.Zero ? null : (RingType)DynamicTypes.Wrap(handle, owned, parent);
     }
-
-    internal static HandleRef Of(RingType proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_RingType(new HandleRef(this, self)); }
 
     public RingType() : this(Native.new_RingType__SWIG_0(), true, null) { }
     public RingType(RingType other)
-      : this(Pending.Checked(Native.new_RingType__SWIG_1(RingType.Of(other))), true, null) { }
-    public void swap(RingType other)
-    {
-      Native.RingType_swap(Self, RingType.Of(other));
-      Pending.Check();
-    }
+      : this(Pending.Checked(Native.new_RingType__SWIG_1(Of(other))), true, null) { }
+    public void swap(RingType other) { Native.RingType_swap(Self, Of(other)); Pending.Check(); }
     public new void reset() { Native.RingType_reset(Self); }
     public new bool is_occurs_ok() { return Native.RingType_is_occurs_ok(Self); }
     public new RingType clone() { return RingType.Wrap(Native.RingType_clone(Self), true, null); }
-    public new IntPtr getid() { return Native.RingType_getid(Self); }
-    public new bool has_id(IntPtr identity) { return Native.RingType_has_id(Self, identity); }
-    public new static IntPtr id_get() { return Native.RingType_id_get(); }
+    public new TypeIdentity getid() { return new TypeIdentity(Native.RingType_getid(Self)); }
+    public new bool has_id(TypeIdentity identity)
+    {
+      return Native.RingType_has_id(Self, identity.Address);
+    }
+    public new static TypeIdentity id_get() { return new TypeIdentity(Native.RingType_id_get()); }
     public new static void id_set(string identity)
     {
       Native.RingType_id_set(Text.Narrow(identity));
@@ -667,26 +566,13 @@ namespace ZolModule
   /// <summary>The class sg_Shape.</summary>
   public partial class sg_Shape : Proxy
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal sg_Shape(IntPtr handle, bool owned, Proxy parent)
-      : base(owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static sg_Shape Wrap(IntPtr handle, bool owned, Proxy parent)
     {
       return handle == IntPtr.Zero ? null : new sg_Shape(handle, owned, parent);
     }
-
-    internal static HandleRef Of(sg_Shape proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_sg_Shape(new HandleRef(this, self)); }
 
     public enum elmx_chosen
     {
@@ -698,140 +584,114 @@ namespace ZolModule
 
     public sg_Shape() : this(Native.new_sg_Shape__SWIG_0(), true, null) { }
     public sg_Shape(sg_Shape other)
-      : this(Pending.Checked(Native.new_sg_Shape__SWIG_1(sg_Shape.Of(other))), true, null) { }
-    public void swap(sg_Shape other)
-    {
-      Native.sg_Shape_swap(Self, sg_Shape.Of(other));
-      Pending.Check();
-    }
+      : this(Pending.Checked(Native.new_sg_Shape__SWIG_1(Of(other))), true, null) { }
+    public void swap(sg_Shape other) { Native.sg_Shape_swap(Self, Of(other)); Pending.Check(); }
     public void reset() { Native.sg_Shape_reset(Self); }
     public bool is_occurs_ok() { return Native.sg_Shape_is_occurs_ok(Self); }
     public elmx_chosen getchosen() { return (elmx_chosen)Native.sg_Shape_getchosen(Self); }
+    /// <summary>Null if there is none.</summary>
     public ShapeType get_Shape()
+    {
+      return getchosen() == elmx_chosen.chosen_Shape ? make_Shape() : null;
+    }
+    /// <summary>Chooses it if there is none.</summary>
+    public ShapeType make_Shape()
     {
       return ShapeType.Wrap(Native.sg_Shape_get_Shape__SWIG_0(Self), false, this);
     }
     public elmx_error assign_Shape(ShapeType value)
     {
-      return (elmx_error)Pending.Checked(Native.sg_Shape_assign_Shape__SWIG_0(Self, ShapeType.Of(value)));
+      return (elmx_error)Pending.Checked(Native.sg_Shape_assign_Shape__SWIG_0(Self, Of(Uncut(value, "adopt_Shape keeps them", 6, 10))));
     }
+    /// <summary>Holds a copy of the value as the type that it is of. 7 if that cannot be.</summary>
+    public elmx_error adopt_Shape(ShapeType value)
+    {
+      if (value == null) throw new ArgumentNullException("value");
+      return (elmx_error)Native.zol_assign_member(Self, 2304, Of(value));
+    }
+    /// <summary>Null if there is none.</summary>
     public RoundType get_Round()
+    {
+      return getchosen() == elmx_chosen.chosen_Round ? make_Round() : null;
+    }
+    /// <summary>Chooses it if there is none.</summary>
+    public RoundType make_Round()
     {
       return RoundType.Wrap(Native.sg_Shape_get_Round__SWIG_0(Self), false, this);
     }
     public elmx_error assign_Round(RoundType value)
     {
-      return (elmx_error)Pending.Checked(Native.sg_Shape_assign_Round__SWIG_0(Self, RoundType.Of(value)));
+      return (elmx_error)Pending.Checked(Native.sg_Shape_assign_Round__SWIG_0(Self, Of(Uncut(value, "adopt_Round keeps them", 7, 11))));
     }
+    /// <summary>Holds a copy of the value as the type that it is of. 7 if that cannot be.</summary>
+    public elmx_error adopt_Round(RoundType value)
+    {
+      if (value == null) throw new ArgumentNullException("value");
+      return (elmx_error)Native.zol_assign_member(Self, 2305, Of(value));
+    }
+    /// <summary>Null if there is none.</summary>
     public RingType get_Ring()
+    {
+      return getchosen() == elmx_chosen.chosen_Ring ? make_Ring() : null;
+    }
+    /// <summary>Chooses it if there is none.</summary>
+    public RingType make_Ring()
     {
       return RingType.Wrap(Native.sg_Shape_get_Ring__SWIG_0(Self), false, this);
     }
     public elmx_error assign_Ring(RingType value)
     {
-      return (elmx_error)Pending.Checked(Native.sg_Shape_assign_Ring(Self, RingType.Of(value)));
+      return (elmx_error)Pending.Checked(Native.sg_Shape_assign_Ring(Self, Of(Uncut(value, "only a RingType can stand here", 8, 12))));
     }
   }
 
   /// <summary>The element AnyShape, of type ShapeType.</summary>
   public partial class AnyShape : ShapeType
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal AnyShape(IntPtr handle, bool owned, Proxy parent)
-      : base(Native.AnyShapeUpcast(new HandleRef(null, handle)), owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static new AnyShape Wrap(IntPtr handle, bool owned, Proxy parent)
     {
-      return handle == IntPtr.Zero ? null : new AnyShape(handle, owned, parent);
+      return handle == IntPtr.Zero ? null : (AnyShape)DynamicTypes.Wrap(handle, owned, parent);
     }
-
-    internal static HandleRef Of(AnyShape proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_AnyShape(new HandleRef(this, self)); }
 
     public AnyShape() : this(Native.new_AnyShape__SWIG_0(), true, null) { }
     public AnyShape(AnyShape other)
-      : this(Pending.Checked(Native.new_AnyShape__SWIG_1(AnyShape.Of(other))), true, null) { }
+      : this(Pending.Checked(Native.new_AnyShape__SWIG_1(Of(other))), true, null) { }
   }
 
   /// <summary>The element Round, of type RoundType.</summary>
   public partial class Round : RoundType
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal Round(IntPtr handle, bool owned, Proxy parent)
-      : base(Native.RoundUpcast(new HandleRef(null, handle)), owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static new Round Wrap(IntPtr handle, bool owned, Proxy parent)
     {
-      return handle == IntPtr.Zero ? null : new Round(handle, owned, parent);
+      return handle == IntPtr.Zero ? null : (Round)DynamicTypes.Wrap(handle, owned, parent);
     }
-
-    internal static HandleRef Of(Round proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_Round(new HandleRef(this, self)); }
 
     public Round() : this(Native.new_Round__SWIG_0(), true, null) { }
     public Round(Round other)
-      : this(Pending.Checked(Native.new_Round__SWIG_1(Round.Of(other))), true, null) { }
-    public elmx_error marshal(IntPtr writer)
-    {
-      return (elmx_error)Native.Round_marshal__SWIG_0(Self, writer);
-    }
-    public elmx_error unmarshal(IntPtr reader)
-    {
-      return (elmx_error)Native.Round_unmarshal__SWIG_0(Self, reader);
-    }
-    public elmx_error unmarshal(IntPtr reader, IntPtr name)
-    {
-      return (elmx_error)Native.Round_unmarshal__SWIG_1(Self, reader, name);
-    }
-    public static IntPtr ns_map() { return Native.Round_ns_map(); }
+      : this(Pending.Checked(Native.new_Round__SWIG_1(Of(other))), true, null) { }
   }
 
   /// <summary>The element Ring, of type RingType.</summary>
   public partial class Ring : RingType
   {
-    private readonly IntPtr self;
-    private HandleRef Self { get { return Use(self); } }
-
     internal Ring(IntPtr handle, bool owned, Proxy parent)
-      : base(Native.RingUpcast(new HandleRef(null, handle)), owned, parent)
-    {
-      self = handle;
-    }
+      : base(handle, owned, parent) { }
 
     internal static new Ring Wrap(IntPtr handle, bool owned, Proxy parent)
     {
-      return handle == IntPtr.Zero ? null : new Ring(handle, owned, parent);
+      return handle == IntPtr.Zero ? null : (Ring)DynamicTypes.Wrap(handle, owned, parent);
     }
-
-    internal static HandleRef Of(Ring proxy)
-    {
-      return proxy == null ? new HandleRef(null, IntPtr.Zero) : proxy.Self;
-    }
-
-    internal override void Delete() { Native.delete_Ring(new HandleRef(this, self)); }
 
     public Ring() : this(Native.new_Ring__SWIG_0(), true, null) { }
     public Ring(Ring other)
-      : this(Pending.Checked(Native.new_Ring__SWIG_1(Ring.Of(other))), true, null) { }
-    public void swap(Ring other) { Native.Ring_swap(Self, Ring.Of(other)); Pending.Check(); }
+      : this(Pending.Checked(Native.new_Ring__SWIG_1(Of(other))), true, null) { }
+    public void swap(Ring other) { Native.Ring_swap(Self, Of(other)); Pending.Check(); }
     public new void reset() { Native.Ring_reset(Self); }
     public new bool is_occurs_ok() { return Native.Ring_is_occurs_ok(Self); }
     public void setnil_Ring() { Native.Ring_setnil_Ring(Self); }

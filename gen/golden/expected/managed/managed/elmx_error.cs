@@ -1,5 +1,5 @@
-// Generated from lmx/errors.h by gen/emit_managed.py: edit those, not this.
-namespace ZolModule
+// Generated from lmx/errors.h and lmx/errors.cpp by gen/emit_managed.py: edit those, not this.
+namespace Zol.Interop
 {
   /// <summary>What an operation gives: 0, or why it failed.</summary>
   public enum elmx_error
@@ -60,5 +60,125 @@ namespace ZolModule
     elmx_user_defined_7 = 1006,
     elmx_user_defined_8 = 1007,
     elmx_user_defined_9 = 1008,
+  }
+}
+
+namespace Zol
+{
+  /// <summary>Why a document was refused, or a value.</summary>
+  public enum ErrorCode
+  {
+    /// <summary>No Error.</summary>
+    None = 0,
+    /// <summary>Unable to open file.</summary>
+    NoFile = 1,
+    /// <summary>Violation of xs:all cardinality constraints.</summary>
+    AllCardinality = 2,
+    /// <summary>Attribute has already been read.</summary>
+    AttributeAlreadyRead = 3,
+    /// <summary>Attributes found in anonymous compositor.</summary>
+    AttributesInAnonymousCompositor = 4,
+    /// <summary>XML badly formed.</summary>
+    BadlyFormed = 5,
+    /// <summary>XML character encoding not supported.</summary>
+    BadCharEncoding = 6,
+    /// <summary>Inappropriate choice option selected.</summary>
+    BadChoice = 7,
+    /// <summary>Badly formed comment.</summary>
+    BadComment = 8,
+    /// <summary>Badly formed DTD.</summary>
+    BadDtd = 9,
+    /// <summary>Bad end of element.</summary>
+    BadEndOfElement = 10,
+    /// <summary>Bad start tag end.</summary>
+    BadStartTagEnd = 11,
+    /// <summary>Syntax error in end tag.</summary>
+    BadEndTag = 12,
+    /// <summary>Bad XML Decl spec.</summary>
+    BadXmlDecl = 13,
+    /// <summary>Unsupported XML version.</summary>
+    BadXmlVersion = 14,
+    /// <summary>Mis-match between specified char encoding and read bytes.</summary>
+    EncodingMismatch = 15,
+    /// <summary>Element not found.</summary>
+    ElementNotFound = 16,
+    /// <summary>Reference to external entity.</summary>
+    ExternalEntity = 17,
+    /// <summary>Fraction digits exceeded.</summary>
+    FractionDigits = 18,
+    /// <summary>Length too long.</summary>
+    LengthTooLong = 19,
+    /// <summary>Length too short.</summary>
+    LengthTooShort = 20,
+    /// <summary>Mandatory element missing.</summary>
+    MandatoryElementMissing = 21,
+    /// <summary>No pattern matched.</summary>
+    NoPatternMatch = 22,
+    /// <summary>Not well formed.</summary>
+    NotWellFormed = 23,
+    /// <summary>Recursive entity definition.</summary>
+    RecursiveEntity = 24,
+    /// <summary>Required attribute(s) missing.</summary>
+    RequiredAttributesMissing = 25,
+    /// <summary>Element instances exceeds maxOccurs.</summary>
+    TooManyElements = 26,
+    /// <summary>Total digits exceeded.</summary>
+    TotalDigits = 27,
+    /// <summary>Unable to read attribute value.</summary>
+    BadAttributeValue = 28,
+    /// <summary>Unable to read element value.</summary>
+    BadElementValue = 29,
+    /// <summary>Unknown element in xs:all.</summary>
+    UnknownElementInAll = 30,
+    /// <summary>Unknown element in complexContent.</summary>
+    UnknownElementInComplexContent = 31,
+    /// <summary>Unexpected empty element.</summary>
+    UnexpectedEmptyElement = 32,
+    /// <summary>Unexpected entity.</summary>
+    UnexpectedEntity = 33,
+    /// <summary>Unexpected end of message.</summary>
+    UnexpectedEnd = 34,
+    /// <summary>Invalid value format for this type.</summary>
+    BadValueFormat = 35,
+    /// <summary>Value greater than specified maximum.</summary>
+    ValueTooBig = 36,
+    /// <summary>Value less than specified minimum.</summary>
+    ValueTooSmall = 37,
+    /// <summary>Value does not match enumerations.</summary>
+    ValueNotEnumerated = 38,
+    /// <summary>Unexpected attribute.</summary>
+    UnexpectedAttribute = 39,
+    /// <summary>Nilled element body not empty.</summary>
+    NilBodyNotEmpty = 40,
+    /// <summary>Entity not found.</summary>
+    EntityNotFound = 41,
+    /// <summary>Undefined error.</summary>
+    Undefined = 42,
+    /// <summary>Value does not match specified fixed constraint.</summary>
+    FixedMismatch = 43,
+    /// <summary>Unknown xsi:type.</summary>
+    UnknownXsiType = 44,
+    /// <summary>Type not set.</summary>
+    TypeNotSet = 45,
+    /// <summary>min/max occurs error on marshaling.</summary>
+    OccursOnMarshal = 46,
+    /// <summary>The archive cannot be used, the document is too large, or memory ran out.</summary>
+    Unusable = 1000,
+    /// <summary>The name of a file to write ends neither in .zol nor in .zolz.</summary>
+    UnknownSuffix = 1001,
+    /// <summary>User defined error 3.</summary>
+    UserDefined3 = 1002,
+    /// <summary>User defined error 4.</summary>
+    UserDefined4 = 1003,
+    /// <summary>User defined error 5.</summary>
+    UserDefined5 = 1004,
+    /// <summary>User defined error 6.</summary>
+    UserDefined6 = 1005,
+    /// <summary>User defined error 7.</summary>
+    UserDefined7 = 1006,
+    /// <summary>User defined error 8.</summary>
+    UserDefined8 = 1007,
+    /// <summary>User defined error 9.</summary>
+    UserDefined9 = 1008,
   }
 }
