@@ -146,6 +146,21 @@ elmx_error assign(Object& to, const Object& from) {
   return lmx::elmx_ok;
 }
 
+// The same for a source that may be a part of the target, which loses its parts on the way.
+elmx_error replace(Object& to, const Object& from) {
+  const Type type = zol_v2::reflection::type_of(to);
+  const ConstRef source(from);
+  if (!is_alike(type, source.type())) return k_other_type;
+  if (&to == &from) return lmx::elmx_ok;
+  const auto copy = source.type().make();
+  const elmx_error error = assign(*copy, from);
+  if (error != lmx::elmx_ok) return error;
+  const bool is_nil = source.is_nil();
+  zol_v2::internal::swap(to, *copy, type.table().content_class());
+  Ref(to).set_nil(is_nil);
+  return lmx::elmx_ok;
+}
+
 // --- Values --------------------------------------------------------------------------------------
 
 std::string words(double number) {
@@ -282,16 +297,7 @@ void* ZOL_CALL zol_copy(void* object) {
 void ZOL_CALL zol_delete(void* object) { delete static_cast<Object*>(object); }
 
 int ZOL_CALL zol_assign(void* to, void* from) {
-  return guarded(k_no_memory, [=] {
-    Object& target = as<Object>(to);
-    const Object& source = as<Object>(from);
-    if (&target == &source) return lmx::elmx_ok;
-    // The source may be a part of the target, which loses its parts on the way.
-    const ConstRef part(source);
-    const auto copy = part.type().make();
-    const elmx_error error = assign(*copy, source);
-    return error != lmx::elmx_ok ? error : assign(target, *copy);
-  });
+  return guarded(k_no_memory, [=] { return replace(as<Object>(to), as<Object>(from)); });
 }
 
 unsigned ZOL_CALL zol_is_nil(void* object) { return ConstRef(as<Object>(object)).is_nil() ? 1 : 0; }
@@ -581,20 +587,33 @@ void* ZOL_CALL zol_insert_child(void* self, unsigned row, unsigned index, unsign
   });
 }
 
-int ZOL_CALL zol_assign_member(void* holder, unsigned row, void* value) {
-  return guarded(k_no_memory, [=] {
-    const Ref choice(as<Object>(holder));
-    const Row alternative = row_of(row);
-    const ConstRef source(as<Object>(value));
-    if (alternative.place() != Place::alternative || !may_hold(alternative, source.type())) {
-      return k_other_type;
+void* ZOL_CALL zol_insert_copy(void* self, unsigned row, unsigned index, void* value) {
+  return guarded<void*>(nullptr, [=]() -> void* {
+    const Object& source = as<Object>(value);
+    const unsigned at = std::min(index, ConstRef(as<Object>(self)).count(row_of(row)));
+    void* const entry = zol_insert_child(self, row, at, Head::class_of(source).number);
+    if (entry == nullptr) return nullptr;
+    try {
+      static_cast<void>(assign(as<Object>(entry), source));
+    } catch (...) {
+      zol_remove(self, row, at);
+      return nullptr;
     }
-    // Copied first: the value may be a part of what the choice lets go of.
+    return entry;
+  });
+}
+
+int ZOL_CALL zol_put_child(void* self, unsigned row, void* value) {
+  return guarded(k_no_memory, [=] {
+    const ConstRef source(as<Object>(value));
+    const Row target = row_of(row);
+    if (target.is_list() || !may_hold(target, source.type())) return k_other_type;
+    // Copied first: the value may be a part of what is replaced.
     const auto copy = source.type().make();
-    elmx_error error = assign(*copy, source.object());
-    if (error == lmx::elmx_ok)
-      error = assign(*chosen_as(choice, alternative, source.type()), *copy);
-    return error;
+    const elmx_error error = assign(*copy, source.object());
+    if (error != lmx::elmx_ok) return error;
+    void* const child = zol_make_child(self, row, source.type().table().number);
+    return child == nullptr ? k_no_memory : replace(as<Object>(child), *copy);
   });
 }
 

@@ -159,9 +159,11 @@ ZOL_HELPER void* ZOL_CALL zol_child(void* self, unsigned row, unsigned index, un
  * type cannot stand there, and without memory. */
 ZOL_HELPER void* ZOL_CALL zol_make_child(void* self, unsigned row, unsigned type);
 ZOL_HELPER void* ZOL_CALL zol_insert_child(void* self, unsigned row, unsigned index, unsigned type);
-/* The owning form of assign_ of an alternative, for an object of a derived type: the alternative
- * holds a copy of the value, as the type that it is of. 7 if that type cannot stand there. */
-ZOL_HELPER int ZOL_CALL zol_assign_member(void* holder, unsigned row, void* value);
+/* The same with a copy of an object of the client's, as the type that it is of. */
+ZOL_HELPER void* ZOL_CALL zol_insert_copy(void* self, unsigned row, unsigned index, void* value);
+/* The owning form of assign_: the row or alternative holds a copy of the value as the type that it
+ * is of, which may be derived where the element can name it. 7 if that type cannot stand there. */
+ZOL_HELPER int ZOL_CALL zol_put_child(void* self, unsigned row, void* value);
 
 /* The points of a ColorSpaceSpectralType or ColorSpaceEmissiveSpectralType at once, in the order of
  * the document: wavelengths in nm, and values; the first `max`. Either array may be null. Gives how

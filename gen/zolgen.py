@@ -7,6 +7,7 @@
     zolgen.py bridge --schema DIR --api FILE --out DIR     the flat exports and their names
     zolgen.py bridge-smoke --schema DIR --api FILE --out DIR   a test that calls them all
     zolgen.py managed --schema DIR --api FILE --out DIR    the C# classes over them
+    zolgen.py dotnet --schema DIR --out DIR                the classes that .NET programs work with
     zolgen.py model --schema DIR --list                    the files that would be written
 
 A file is touched only if its text changes, so that a build compiles no more than it must.
@@ -19,6 +20,7 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
 import emit_bridge  # noqa: E402
+import emit_dotnet  # noqa: E402
 import emit_managed  # noqa: E402
 import emit_model  # noqa: E402
 import emit_reference  # noqa: E402
@@ -31,6 +33,7 @@ import schema  # noqa: E402
 EMITTERS = {
     "bridge": emit_bridge.emit,
     "bridge-smoke": emit_smoke.emit,
+    "dotnet": emit_dotnet.emit,
     "managed": emit_managed.emit,
     "model": emit_model.emit,
     "reference": emit_reference.emit,

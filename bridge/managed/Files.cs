@@ -29,16 +29,16 @@ namespace Zol.Interop
       if (given == IntPtr.Zero) throw new OutOfMemoryException();
       try
       {
-        var outcome = (Native.Outcome)Marshal.PtrToStructure(given, typeof(Native.Outcome));
+        var outcome = Marshal.PtrToStructure<Native.Outcome>(given);
         Code = (elmx_error)outcome.Code;
         ArchiveCause = outcome.ArchiveCause;
         Message = Text.Read(outcome.Message);
         var faults = new ZolFault[outcome.FaultCount];
-        int size = Marshal.SizeOf(typeof(Native.Fault));
+        int size = Marshal.SizeOf<Native.Fault>();
         for (int i = 0; i < faults.Length; ++i)
         {
           IntPtr at = new IntPtr(outcome.Faults.ToInt64() + (long)i * size);
-          faults[i] = new ZolFault((Native.Fault)Marshal.PtrToStructure(at, typeof(Native.Fault)));
+          faults[i] = new ZolFault(Marshal.PtrToStructure<Native.Fault>(at));
         }
         Faults = Array.AsReadOnly(faults);
         if (use != null) use(outcome);
@@ -58,7 +58,7 @@ namespace Zol.Interop
     /// <exception cref="ZolException">There is none.</exception>
     public static Zol Open(string path)
     {
-      if (path == null) throw new ArgumentNullException("path");
+      if (path == null) throw new ArgumentNullException(nameof(path));
       Zol zol = new Zol();
       FileReport report = zol.openFile(path);
       if (report.Code == elmx_error.elmx_ok) return zol;

@@ -91,7 +91,7 @@ namespace Zol.Interop
     [DllImport(Library)]
     internal static extern void zol_delete(IntPtr self);
     [DllImport(Library)]
-    internal static extern int zol_assign_member(HandleRef holder, uint row, HandleRef value);
+    internal static extern int zol_put_child(HandleRef holder, uint row, HandleRef value);
     [DllImport(Library)]
     internal static extern IntPtr zol_texts(HandleRef self, uint row);
     [DllImport(Library)]
@@ -115,7 +115,7 @@ namespace Zol.Interop
 
     // The native side keeps the addresses of these for as long as the process lives.
     private static readonly ExceptionCallback exception =
-      message => Pending.Raise(new ApplicationException(Text.Read(message)));
+      message => Pending.Raise(new InvalidOperationException(Text.Read(message)));
     private static readonly ArgumentCallback argument =
       (message, name) => Pending.Raise(new ArgumentException(Text.Read(message), Text.Read(name)));
     private static readonly ArgumentCallback argumentNull =

@@ -63,21 +63,20 @@ namespace Zol.Interop
     {
       if (proxy == null || Array.IndexOf(types, Native.zol_type_of(proxy.Self)) >= 0) return proxy;
       throw new ArgumentException(
-        "A " + proxy.GetType().Name + " would be cut to the rows of its base; " + how + ".",
-        "value");
+        "A " + proxy.GetType().Name + " would be cut to the rows of its base; " + how + ".");
     }
 
     /// <summary>The index, if the list has it.</summary>
     internal static uint Below(uint index, uint size)
     {
-      if (index >= size) throw new ArgumentOutOfRangeException("index");
+      if (index >= size) throw new ArgumentOutOfRangeException(nameof(index));
       return index;
     }
 
     /// <summary>The index of an entry to insert: it may be the one behind the last.</summary>
     internal static uint UpTo(uint index, uint size)
     {
-      if (index > size) throw new ArgumentOutOfRangeException("index");
+      if (index > size) throw new ArgumentOutOfRangeException(nameof(index));
       return index;
     }
 
@@ -117,13 +116,18 @@ namespace Zol.Interop
 
     internal TypeIdentity(IntPtr address) { Address = address; }
 
+    /// <summary>Whether both are one type.</summary>
     public bool Equals(TypeIdentity other) { return Address == other.Address; }
-    public override bool Equals(object other)
+    /// <summary>Whether both are one type.</summary>
+    public override bool Equals(object obj)
     {
-      return other is TypeIdentity && Equals((TypeIdentity)other);
+      return obj is TypeIdentity && Equals((TypeIdentity)obj);
     }
+    /// <summary>A hash of the type.</summary>
     public override int GetHashCode() { return Address.GetHashCode(); }
+    /// <summary>Whether both are one type.</summary>
     public static bool operator ==(TypeIdentity a, TypeIdentity b) { return a.Equals(b); }
+    /// <summary>Whether they are two types.</summary>
     public static bool operator !=(TypeIdentity a, TypeIdentity b) { return !a.Equals(b); }
 
     /// <summary>The name of the type.</summary>

@@ -27,7 +27,7 @@ namespace Zol.Interop
     internal static string[] TakeAll(IntPtr given)
     {
       string all = TakeNarrow(given);
-      return all.Length == 0 ? new string[0] : all.Substring(0, all.Length - 1).Split('\0');
+      return all.Length == 0 ? Array.Empty<string>() : all.Substring(0, all.Length - 1).Split('\0');
     }
 
     /// <summary>UTF-8 with its terminator; null stays null, for the function to refuse.</summary>
@@ -51,11 +51,11 @@ namespace Zol.Interop
     internal static uint Size(byte[] bytes) { return bytes == null ? 0 : (uint)bytes.Length; }
 
     /// <summary>Refuses a place past the end, for which the function would throw.</summary>
-    internal static void Position(string text, uint position)
+    internal static void Position(string text, uint pos)
     {
-      if (text != null && position > Encoding.UTF8.GetByteCount(text))
+      if (text != null && pos > Encoding.UTF8.GetByteCount(text))
       {
-        throw new ArgumentOutOfRangeException("pos");
+        throw new ArgumentOutOfRangeException(nameof(pos));
       }
     }
 

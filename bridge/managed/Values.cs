@@ -46,7 +46,7 @@ namespace Zol.Interop
       Moment moment = value.ToMoment();
       if (Native.zol_datetime_set(Self, ref moment) != 0)
       {
-        throw new ArgumentException("No document can hold " + value + ".", "value");
+        throw new ArgumentException("No document can hold " + value + ".", nameof(value));
       }
     }
   }
@@ -64,11 +64,11 @@ namespace Zol.Interop
 
     internal static elmx_error Set(HandleRef spectrum, double[] wavelengths, double[] values)
     {
-      if (wavelengths == null) throw new ArgumentNullException("wavelengths");
-      if (values == null) throw new ArgumentNullException("values");
+      if (wavelengths == null) throw new ArgumentNullException(nameof(wavelengths));
+      if (values == null) throw new ArgumentNullException(nameof(values));
       if (values.Length != wavelengths.Length)
       {
-        throw new ArgumentException("There are " + wavelengths.Length + " wavelengths.", "values");
+        throw new ArgumentException("There are " + wavelengths.Length + " wavelengths.", nameof(values));
       }
       uint wrong;
       return (elmx_error)Native.zol_set_spectrum(spectrum, wavelengths, values,

@@ -28,11 +28,11 @@ namespace Zol
     public ZolDateTime(int year, int month, int day, int hour, int minute, float second,
                        int offsetMinutes)
     {
-      if (month < 0) throw new ArgumentOutOfRangeException("month");
-      if (day < 0) throw new ArgumentOutOfRangeException("day");
-      if (hour < 0) throw new ArgumentOutOfRangeException("hour");
-      if (minute < 0) throw new ArgumentOutOfRangeException("minute");
-      if (!(second >= 0)) throw new ArgumentOutOfRangeException("second");
+      if (month < 0) throw new ArgumentOutOfRangeException(nameof(month));
+      if (day < 0) throw new ArgumentOutOfRangeException(nameof(day));
+      if (hour < 0) throw new ArgumentOutOfRangeException(nameof(hour));
+      if (minute < 0) throw new ArgumentOutOfRangeException(nameof(minute));
+      if (!(second >= 0)) throw new ArgumentOutOfRangeException(nameof(second));
       moment = new Moment {
         Year = year, Month = (uint)month, Day = (uint)day, Hours = (uint)hour,
         Minutes = (uint)minute, Seconds = second, OffsetMinutes = offsetMinutes,
@@ -134,8 +134,14 @@ namespace Zol
       return ((date * 24 + Hour) * 60 + Minute) * 61 + Second.GetHashCode() + OffsetMinutes;
     }
     /// <summary>Whether the same numbers are written.</summary>
-    public static bool operator ==(ZolDateTime left, ZolDateTime right) { return left.Equals(right); }
+    public static bool operator ==(ZolDateTime left, ZolDateTime right)
+    {
+      return left.Equals(right);
+    }
     /// <summary>Whether other numbers are written.</summary>
-    public static bool operator !=(ZolDateTime left, ZolDateTime right) { return !left.Equals(right); }
+    public static bool operator !=(ZolDateTime left, ZolDateTime right)
+    {
+      return !left.Equals(right);
+    }
   }
 }

@@ -72,7 +72,7 @@ namespace Zol
   /// </summary>
   public class ZolException : Exception
   {
-    private static readonly IReadOnlyList<ZolFault> none = new ZolFault[0];
+    private static readonly IReadOnlyList<ZolFault> none = Array.Empty<ZolFault>();
 
     /// <summary>An exception that says nothing.</summary>
     public ZolException() { Faults = none; }

@@ -199,13 +199,13 @@ TEST(Rows, AHolderTakesATypeThatAnElementNames) {
   zol_v2::FunctionTolerance tolerance;
   tolerance.set_ToleranceType(L"DE00");
   const unsigned function = row("sg_Function", "Function");
-  ASSERT_EQ(zol_assign_member(&holder, function, &tolerance), 0);
+  ASSERT_EQ(zol_put_child(&holder, function, &tolerance), 0);
   void* const held = child(&holder, function);
   EXPECT_NE(held, &tolerance);
   EXPECT_EQ(zol_type_of(held), type("FunctionTolerance"));
   EXPECT_EQ(zol_chosen(&holder), static_cast<int>(function));
-  EXPECT_EQ(zol_assign_member(&holder, function, held), 0) << "itself";
-  EXPECT_EQ(zol_assign_member(&holder, row("sg_Function", "FunctionDE"), &tolerance),
+  EXPECT_EQ(zol_put_child(&holder, function, held), 0) << "itself";
+  EXPECT_EQ(zol_put_child(&holder, row("sg_Function", "FunctionDE"), &tolerance),
             lmx::elmx_bad_choice);
   zol_v2::FunctionType base;
   EXPECT_EQ(zol_assign(&base, &tolerance), lmx::elmx_bad_choice);
