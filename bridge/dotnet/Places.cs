@@ -22,17 +22,7 @@ internal sealed partial class NativeOwner
     /// <summary>Counts how often something was taken out.</summary>
     internal int Version { get; private set; }
 
-    /// <summary>Counts what was put into lists or taken out of them.</summary>
-    internal int Edits { get; private set; }
-
     partial void Ending() => Version = Ended;
-
-    /// <summary>Notes that a list has other entries, of about so many bytes more.</summary>
-    internal void Edit(long bytes)
-    {
-        ++Edits;
-        Grow(bytes);
-    }
 
     /// <summary>Notes that an object, or what was in a row of it, is no more.</summary>
     internal void TakeOut(IntPtr address, uint row)

@@ -155,7 +155,7 @@ public sealed class Spectrum : IReadOnlyList<SpectrumPoint>
             if (code != 0) throw space.Refused(code, row, spectrum[(int)wrong].ToString(), wrong);
             // Points that were left over are gone, and one cannot be told from another.
             space.Lifetime.TakeOut(self, row);
-            space.Lifetime.Edit(64L * spectrum.Count);
+            space.Lifetime.Grow(64L * spectrum.Count);
         }
         GC.KeepAlive(space);
     }

@@ -11,7 +11,7 @@ namespace Zol;
 /// <remarks>
 /// It shows the document as it is. What is added is copied; what is removed is no more. Walking it
 /// makes a proxy for each object, and stops with an <see cref="InvalidOperationException"/> if the
-/// list is changed meanwhile.
+/// list becomes longer or shorter meanwhile.
 /// </remarks>
 public sealed class ZolList<T> : IList<T>, IReadOnlyList<T> where T : ZolObject
 {
@@ -80,7 +80,7 @@ public sealed class ZolList<T> : IList<T>, IReadOnlyList<T> where T : ZolObject
         IntPtr copy = Rows.zol_insert_copy(holder.Live(), row, (uint)index, item.Live());
         if (copy == IntPtr.Zero) throw ZolObject.Misplaced(item);
         GC.KeepAlive(item);
-        holder.Lifetime.Edit(checked((long)Native.zol_memory(copy)));
+        holder.Lifetime.Grow(checked((long)Native.zol_memory(copy)));
         T added = holder.Wrap<T>(copy, Rows.zol_type_of(copy), row);
         GC.KeepAlive(holder);
         return added;
@@ -98,7 +98,6 @@ public sealed class ZolList<T> : IList<T>, IReadOnlyList<T> where T : ZolObject
             throw new ArgumentOutOfRangeException(nameof(index));
         }
         holder.Lifetime.TakeOut(child, Place.Itself);
-        holder.Lifetime.Edit(0);
         GC.KeepAlive(holder);
     }
 
@@ -133,7 +132,6 @@ public sealed class ZolList<T> : IList<T>, IReadOnlyList<T> where T : ZolObject
         IntPtr self = holder.Live();
         _ = Rows.zol_unset(self, row);
         holder.Lifetime.TakeOut(self, row);
-        holder.Lifetime.Edit(0);
         GC.KeepAlive(holder);
     }
 
@@ -183,14 +181,14 @@ public sealed class ZolList<T> : IList<T>, IReadOnlyList<T> where T : ZolObject
     public struct Enumerator : IEnumerator<T>
     {
         private readonly ZolList<T> list;
-        private readonly int edits;
+        private readonly int count;
         private int index;
         private T? current;
 
         internal Enumerator(ZolList<T> list)
         {
             this.list = list;
-            edits = list.holder.Lifetime.Edits;
+            count = list.Count;
             index = -1;
         }
 
@@ -201,14 +199,16 @@ public sealed class ZolList<T> : IList<T>, IReadOnlyList<T> where T : ZolObject
 
         /// <summary>Goes to the next object.</summary>
         /// <returns>False if there is none.</returns>
-        /// <exception cref="InvalidOperationException">A list was changed.</exception>
+        /// <exception cref="InvalidOperationException">
+        /// The list has become longer or shorter.
+        /// </exception>
         public bool MoveNext()
         {
-            if (edits != list.holder.Lifetime.Edits)
+            if (list.Count != count)
             {
-                throw new InvalidOperationException("The lists of the document were changed.");
+                throw new InvalidOperationException("The list has become longer or shorter.");
             }
-            current = list.At(++index);
+            current = ++index < count ? list.At(index) : null;
             return current is not null;
         }
 

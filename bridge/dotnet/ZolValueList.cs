@@ -68,7 +68,6 @@ public abstract class ZolValueList<T> : IList<T>, IReadOnlyList<T>
     {
         if (item is null) throw new ArgumentNullException(nameof(item));
         New(Below(index, Count + 1), item);
-        Holder.Lifetime.Edit(0);
     }
 
     /// <summary>Removes the value at an index.</summary>
@@ -77,7 +76,6 @@ public abstract class ZolValueList<T> : IList<T>, IReadOnlyList<T>
     public void RemoveAt(int index)
     {
         _ = Rows.zol_remove(Holder.Live(), Row, Below(index, Count));
-        Holder.Lifetime.Edit(0);
         GC.KeepAlive(Holder);
     }
 
@@ -96,7 +94,6 @@ public abstract class ZolValueList<T> : IList<T>, IReadOnlyList<T>
     public void Clear()
     {
         _ = Rows.zol_unset(Holder.Live(), Row);
-        Holder.Lifetime.Edit(0);
         GC.KeepAlive(Holder);
     }
 
