@@ -11,7 +11,7 @@ _zol() {
   done
 
   case $command in
-    validate) options='--first --max --json --quiet --help' ;;
+    validate) options='--first --max --strict --json --quiet --help' ;;
     info) options='--json --help' ;;
     convert) options='--force --rewrite --help' ;;
     list) options='--csv --help' ;;
