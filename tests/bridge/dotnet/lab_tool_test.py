@@ -75,7 +75,7 @@ class LabToolTest(unittest.TestCase):
             "cut.zol": text[:len(text) // 2],
             "number.zol": text.replace("<Zol:Result>", "<Zol:Result>,", 1),
             "bounds.zol": text.replace("<Zol:L>", "<Zol:L>-", 1),
-            "stray.zol": text.replace("<Zol:Device>", "<Zol:Surprise/><Zol:Device>", 1),
+            "stray.zol": text.replace("<Zol:L>", "<Zol:Surprise/><Zol:L>", 1),
             "none.zol": "", "other.zol": "<html/>", "no.zolz": "PK", "good.zol": text}
         paths = []
         for name, damage in damages.items():
