@@ -374,18 +374,18 @@ unsigned ZOL_CALL zol_get_number(void* self, unsigned row, double* value) {
 }
 
 unsigned ZOL_CALL zol_get_integer(void* self, unsigned row, long long* value) {
-  const Value held = value_of(self, row, 0);
-  switch (table_of(row).kind) {
-    case Kind::enumerated:
-      *value = held.number_in_enumeration();
-      break;
-    case Kind::truth:
-      *value = held.truth() ? 1 : 0;
-      break;
-    default:
-      *value = held.integer();
+  const Object& object = as<Object>(self);
+  const zol_v2::internal::Row& table = table_of(row);
+  const bool is_field = table.place != Place::alternative;
+  if (is_field && table.kind == Kind::enumerated) {
+    *value = table.enumeration->number_at(table.field<const std::wstring*>(object));
+  } else if (is_field && table.kind == Kind::truth) {
+    *value = table.field<bool>(object) ? 1 : 0;
+  } else {
+    const Value held = value_of(self, row, 0);
+    *value = table.kind == Kind::enumerated ? held.number_in_enumeration() : held.integer();
   }
-  return is_there(self, row) ? 1 : 0;
+  return is_field ? Head::has(object, table.bit) : is_there(self, row);
 }
 
 int ZOL_CALL zol_set_number(void* self, unsigned row, double value) {

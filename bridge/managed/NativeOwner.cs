@@ -17,7 +17,7 @@ namespace Zol.Interop
     private long measured, grown;
 
     /// <param name="handle">The object.</param>
-    /// <param name="end">Ends it; null for what every object of the model ends with.</param>
+    /// <param name="end">Ends it; null for what ends every object of the model.</param>
     internal NativeOwner(IntPtr handle, Action<IntPtr> end) : base(IntPtr.Zero, true)
     {
       this.end = end;
