@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <string_view>
+#include <utility>
 
 #include "bridge/bridge.h"
 #include "bridge/zol_helpers.h"
@@ -62,7 +63,14 @@ int ZOL_CALL zol_open_file(void* zol, const char16_t* path, zol_report* report) 
 }
 
 int ZOL_CALL zol_save_file(void* zol, const char16_t* path, zol_report* report) {
-  return guarded(report, [=](LoadReport*) { return zol_v2::saveFile(as<Zol>(zol), wide(path)); });
+  return guarded(report, [=](LoadReport* found) {
+    zol_v2::SaveReport saved;
+    const lmx::elmx_error code = zol_v2::saveFile(as<Zol>(zol), wide(path), &saved);
+    found->message = std::move(saved.message);
+    found->archive_cause = saved.archive_cause;
+    if (!saved.faults.empty()) found->item = saved.faults.front().path;
+    return code;
+  });
 }
 
 int ZOL_CALL zol_load_file(void* zol, const char16_t* path, zol_report* report) {

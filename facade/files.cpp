@@ -1,24 +1,34 @@
 #include "facade/files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <exception>
 #include <functional>
+#include <istream>
+#include <limits>
 #include <memory>
 #include <new>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "facade/check.h"
 #include "facade/internal/block_sink.h"
+#include "facade/internal/diagnosis.h"
+#include "facade/internal/file_kind.h"
 #include "facade/internal/file_source.h"
 #include "facade/internal/memory_file.h"
 #include "facade/internal/packed_document.h"
+#include "facade/internal/source_text.h"
 #include "facade/internal/well_formed.h"
+#include "lmx/internal/string_sink.h"
 #include "lmx/reader.h"
 #include "lmx/writer.h"
 #include "model/Zol.h"
+#include "model/internal/walkers.h"
 #include "model/sdk_stamp.h"
 #include "port/files.h"
 #include "port/replacement_file.h"
@@ -28,6 +38,7 @@
 
 namespace zol_v2 {
 
+using internal::Object;
 using lmx::elmx_error;
 
 namespace {
@@ -68,12 +79,18 @@ const wchar_t* plain_name(const std::wstring& path) {
   return path.find(L'\0') == std::wstring::npos ? path.c_str() : L"";
 }
 
-elmx_error marshal_stamped(const Zol& document, std::streambuf& sink) {
+elmx_error marshal_document(const Object& document, std::streambuf& sink,
+                            const SaveOptions& options = {}) {
   std::ostream stream(&sink);
-  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl, "\t", "\n");
-  // Writing leaves its mark in the document by design.
-  SdkStamp().stampWrite(const_cast<Zol&>(document));
-  return document.marshal(writer, Zol::k_element_name);
+  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl,
+                           options.is_indented ? "\t" : "", options.is_indented ? "\n" : "");
+  writer.set_exact(options.is_exact);
+  const internal::Class& type = internal::Head::class_of(document);
+  if (options.is_stamped && type.is_a(Zol::k_class)) {
+    // Writing leaves its mark in the document by design.
+    SdkStamp().stampWrite(static_cast<Zol&>(const_cast<Object&>(document)));
+  }
+  return internal::marshal_root(document, type, writer);
 }
 
 // Closes at the end of its scope.
@@ -103,7 +120,7 @@ elmx_error write_xml_file(const Zol& document, const std::wstring& path) {
     internal::BlockSink sink([&file](const char* bytes, std::uint32_t size) {
       return file.handle != port::k_no_file && port::write_handle(file.handle, bytes, size);
     });
-    error = marshal_stamped(document, sink);
+    error = marshal_document(document, sink);
     static_cast<void>(sink.finish());
   }
   if (error != lmx::elmx_ok) port::remove_file(path);
@@ -153,7 +170,7 @@ elmx_error Zol::writeFile(const std::wstring& path) const {
 
 namespace {
 
-template <class Report>
+template <class Report>  // NOLINTNEXTLINE(performance-unnecessary-value-param): it is moved
 Report failure(elmx_error code, std::string message, std::int32_t archive_cause = 0) {
   Report report;
   report.code = code;
@@ -178,6 +195,27 @@ Report failure(const CZipException& exception, const std::wstring& path) {
                          port::to_utf8(exception.ErrorText()), cause);
 }
 
+// A message as part of a sentence.
+std::string as_clause(elmx_error code, std::string text) {
+  if (!text.empty() && text.back() == '.') text.pop_back();
+  if (text.compare(0, 4, "The ") == 0 || text.compare(0, 4, "Not ") == 0) return text;
+  return (code == lmx::elmx_no_file ? "The file can't be read: " : "The archive can't be read: ") +
+         text;
+}
+
+// What could not be read at all is a fault, too, and the only one.
+void complete(LoadReport& report) {
+  if (report.code != lmx::elmx_ok && report.faults.empty()) {
+    Fault& fault = report.faults.emplace_back();
+    fault.code = report.code;
+    fault.rule = report.code == lmx::elmx_no_file ? "bad-file" : "bad-archive";
+    fault.expected = as_clause(report.code, report.message);
+    report.is_complete = false;
+  }
+  report.fault_count = std::max<std::uint64_t>(report.fault_count, report.faults.size());
+}
+void complete(SaveReport&) {}
+
 // Runs an operation on a file, which gives a report or throws, and hands over what it says.
 template <class Report, class Operation>
 elmx_error guarded(Report* report, const std::wstring& path, Operation operation) noexcept {
@@ -190,6 +228,7 @@ elmx_error guarded(Report* report, const std::wstring& path, Operation operation
     } catch (const std::bad_alloc&) {
       outcome = failure<Report>(k_archive_error, "Not enough memory.");
     }
+    if (report != nullptr) complete(outcome);
   } catch (...) {
     outcome = Report();
     outcome.code = k_archive_error;
@@ -200,134 +239,424 @@ elmx_error guarded(Report* report, const std::wstring& path, Operation operation
 }
 
 LoadReport unusable(const internal::PackedDocument& packed) {
-  return failure<LoadReport>(k_archive_error, packed.complaint(), CZipException::generic);
+  LoadReport report =
+      failure<LoadReport>(k_archive_error, packed.complaint(), CZipException::generic);
+  complete(report);
+  report.faults.front().entry = packed.entry_name();
+  return report;
 }
 
-// Of a source that is not whole.
-LoadReport failure_of(const internal::FileSource& source, const LoadOptions& options) {
-  if (source.error() != 0) {
-    return failure<LoadReport>(lmx::elmx_no_file, system_text(source.error()));
-  }
+LoadReport too_large(const LoadOptions& options) {
   return failure<LoadReport>(k_archive_error, "The document is larger than the limit of " +
                                                   std::to_string(options.largest_document) +
                                                   " bytes.");
 }
 
-LoadReport read_document(Zol& document, lmx::c_xml_reader& reader) {
-  LoadReport report;
-  report.code = document.unmarshal(reader);
-  if (report.code == lmx::elmx_ok) return report;
-  report.line = reader.get_line_no();
-  report.item = reader.get_error_item_name();
-  reader.get_error_message(&report.message);
-  if (report.message == lmx::get_error_description(lmx::elmx_ok)) {
-    // No handler was asked, which would have noted these: the fault is in the element at hand.
-    report.item = reader.get_full_name();
-    report.message = "line:" + std::to_string(report.line) + "-'" + report.item + "'-" +
-                     lmx::get_error_description(report.code);
-  }
-  return report;
+// Of a source that is not whole.
+LoadReport failure_of(const internal::FileSource& source, const LoadOptions& options) {
+  return source.error() != 0 ? failure<LoadReport>(lmx::elmx_no_file, system_text(source.error()))
+                             : too_large(options);
 }
 
-LoadReport check_text(std::string_view text) {
+// --- Reading a document -------------------------------------------------------------------------
+
+// Loads one document for a client.
+class Loading {
+ public:
+  Loading(Zol& document, const LoadOptions& options, bool is_reported)
+      : document_(document), options_(options), is_reported_(is_reported) {}
+
+  LoadReport read_file(const std::wstring& path);
+  // A document or an archive.
+  LoadReport read_bytes(std::string_view bytes);
+
+  // From now on nothing is kept, and what loads is checked.
+  void check_only(CheckLevel level) { checked_ = level; }
+
+ private:
+  LoadReport read_packed(internal::PackedDocument& packed, bool is_open);
+  LoadReport read_text(std::string_view text, const internal::PackedDocument* packed);
+  void diagnose(std::string_view text, const internal::PackedDocument* packed, LoadReport* report);
+  LoadReport check_tree(const Zol& tree, std::string_view text);
+
+  Zol& document_;
+  const LoadOptions& options_;
+  const bool is_reported_;
+  std::optional<CheckLevel> checked_;
+};
+
+// All bytes of a file. They stand in the source or, if it had not all of them at hand, in `own`.
+// What begins like nothing that can be read is left alone from there.
+std::string_view read_all(internal::FileSource& source, std::string* own) {
+  const char* begin = nullptr;
+  std::size_t size = 0;
+  if (source.read_whole(&begin, &size)) return {begin, size};
+  while ((size = source.read_block(&begin)) != 0) {
+    own->append(begin, size);
+    if (!internal::begins_document(*own) && !internal::begins_archive(*own)) break;
+  }
+  return *own;
+}
+
+bool is_plain_document(const std::wstring& path) {
+  internal::FileSource source(path, std::numeric_limits<std::uint64_t>::max());
+  const char* begin = nullptr;
+  const std::size_t size = source.is_open() ? source.read_block(&begin) : 0;
+  return internal::begins_document({begin, size});
+}
+
+LoadReport Loading::read_file(const std::wstring& path) {
+  if (has_suffix(path, k_zipped_suffix)) {
+    internal::PackedDocument packed;
+    try {
+      return read_packed(packed, packed.open(path, options_.largest_document));
+    } catch (const CZipException&) {
+      // Something may stand in front of an archive, so that is asked for first.
+      if (!is_plain_document(path)) throw;
+    }
+  }
+  internal::FileSource source(path, options_.largest_document);
+  if (!source.is_open()) return failure<LoadReport>(lmx::elmx_no_file, system_text(errno));
+  std::string own;
+  const std::string_view bytes = read_all(source, &own);
+  if (!source.is_whole()) return failure_of(source, options_);
+  return read_bytes(bytes);
+}
+
+LoadReport Loading::read_bytes(std::string_view bytes) {
+  if (!internal::begins_archive(bytes)) return read_text(bytes, nullptr);
+  internal::MemoryFile file(bytes);
+  internal::PackedDocument packed;
+  return read_packed(packed, packed.open(file, options_.largest_document));
+}
+
+LoadReport Loading::read_packed(internal::PackedDocument& packed, bool is_open) {
+  if (!is_open || !packed.read()) return unusable(packed);
+  return read_text(packed.text(), &packed);
+}
+
+// Most documents are in order, and then a piece is enough at a time.
+bool can_be_written(const Object& piece) {
+  CheckOptions options;
+  options.level = CheckLevel::writing;
+  options.limit = 0;
+  return check(piece, options).is_ok();
+}
+
+// What a strict parser has to say.
+std::vector<Fault> faults_by_the_book(std::string_view text, std::size_t limit) {
+  std::vector<Fault> faults;
+  std::vector<SourcePlace*> places;
+  for (internal::XmlFault& found :
+       internal::find_xml_faults(text, std::max<std::size_t>(limit, 1))) {
+    Fault& fault = faults.emplace_back();
+    fault.code = lmx::elmx_not_well_formed;
+    fault.rule = found.rule;
+    fault.item = std::move(found.item);
+    fault.expected = std::move(found.sentence);
+    if (fault.expected[0] >= 'a')
+      fault.expected[0] = static_cast<char>(fault.expected[0] - 'a' + 'A');
+    fault.place = {1, 0, found.offset};
+  }
+  for (Fault& fault : faults) places.push_back(&fault.place);
+  internal::SourceText(text).find_lines(places);
+  return faults;
+}
+
+LoadReport check_text(std::string_view text, std::size_t limit) {
   LoadReport report;
-  const std::vector<internal::XmlFault> faults = internal::find_xml_faults(text, 1);
-  if (faults.empty()) return report;
-  const internal::XmlFault& fault = faults.front();
-  report.code = lmx::elmx_not_well_formed;
-  report.line = static_cast<int>(fault.line);
-  report.column = static_cast<int>(fault.column);
+  report.faults = faults_by_the_book(text, limit);
+  if (report.faults.empty()) return report;
+  const Fault& fault = report.faults.front();
+  report.code = fault.code;
+  report.line = static_cast<int>(fault.place.line);
   report.item = fault.item;
-  report.message = "line:" + std::to_string(fault.line) + "-'" + fault.item + "'-" +
-                   lmx::get_error_description(report.code) + " at column " +
-                   std::to_string(fault.column) + ": " + fault.sentence;
+  report.message = "line:" + std::to_string(fault.place.line) + "-'" + fault.item + "'-" +
+                   lmx::get_error_description(fault.code) + ": " + fault.expected;
+  report.is_complete = false;
   return report;
 }
 
-LoadReport read_document(Zol& document, std::string_view text, const LoadOptions& options) {
-  lmx::c_xml_reader_memory reader(text.data(), text.size());
-  LoadReport report = read_document(document, reader);
-  return options.strict && report.code == lmx::elmx_ok ? check_text(text) : report;
+// Whether a fault of the reader may be one of the XML itself.
+bool is_of_markup(elmx_error code) {
+  switch (code) {
+    case lmx::elmx_attribute_already_read:
+    case lmx::elmx_bad_char_encoding:
+    case lmx::elmx_bad_dtd:
+    case lmx::elmx_bad_end_of_element:
+    case lmx::elmx_bad_start_tag_end:
+    case lmx::elmx_bad_end_tag:
+    case lmx::elmx_bad_xml_decl:
+    case lmx::elmx_bad_xml_version:
+    case lmx::elmx_encoding_mismatch:
+    case lmx::elmx_not_well_formed:
+    case lmx::elmx_bad_attribute_value:
+    case lmx::elmx_bad_element_value:
+    case lmx::elmx_unexpected_end:
+      return true;
+    default:
+      return false;
+  }
 }
 
-LoadReport read_text(std::string& text, const std::wstring& path, const LoadOptions& options) {
+// Beside the reader's own faults, and unless it said the same.
+void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport* report) {
+  for (Fault& fault : faults_by_the_book(text, limit)) {
+    const bool is_known =
+        std::any_of(report->faults.begin(), report->faults.end(), [&](const Fault& other) {
+          return other.place.line == fault.place.line && is_of_markup(other.code);
+        });
+    if (is_known) continue;
+    ++report->fault_count;
+    if (report->faults.size() >= limit) continue;
+    const auto behind =
+        std::find_if(report->faults.begin(), report->faults.end(),
+                     [&](const Fault& other) { return other.place.offset > fault.place.offset; });
+    report->faults.insert(behind, std::move(fault));
+  }
+}
+
+void name_entry(const internal::PackedDocument* packed, LoadReport* report) {
+  if (packed == nullptr) return;
+  for (Fault& fault : report->faults) fault.entry = packed->entry_name();
+}
+
+LoadReport Loading::read_text(std::string_view text, const internal::PackedDocument* packed) {
+  LoadReport report;
+  if (checked_ == CheckLevel::writing &&
+      internal::walk_document(Zol::k_class, text, can_be_written)) {
+    if (options_.strict) report = check_text(text, options_.most_faults);
+    name_entry(packed, &report);
+    return report;
+  }
+  {
+    Zol loaded;
+    lmx::c_xml_reader_memory reader(text.data(), text.size());
+    report.code = loaded.unmarshal(reader);
+    if (report.code == lmx::elmx_ok) {
+      if (options_.strict) report = check_text(text, options_.most_faults);
+      if (checked_) {
+        if (report.code == lmx::elmx_ok) report = check_tree(loaded, text);
+      } else if (report.code == lmx::elmx_ok || options_.best_effort) {
+        document_.swap(loaded);
+      }
+      name_entry(packed, &report);
+      return report;
+    }
+    report.line = reader.get_line_no();
+    report.item = reader.get_error_item_name();
+    reader.get_error_message(&report.message);
+    if (report.message == lmx::get_error_description(lmx::elmx_ok)) {
+      // No handler was asked, which would have noted these: the fault is in the element at hand.
+      report.item = reader.get_full_name();
+      report.message = "line:" + std::to_string(report.line) + "-'" + report.item + "'-" +
+                       lmx::get_error_description(report.code);
+    }
+  }
+  diagnose(text, packed, &report);
+  return report;
+}
+
+// The document is good. Only what would be written from it may not be, which is an error where
+// nothing can be written, and else a warning.
+LoadReport Loading::check_tree(const Zol& tree, std::string_view text) {
+  CheckOptions checking;
+  checking.level = *checked_;
+  checking.limit = options_.most_faults;
+  CheckReport found = check(tree, checking);
+  LoadReport report;
+  report.faults = std::move(found.faults);
+  report.fault_count = found.errors + found.warnings;
+  locate(report.faults, text);
+  for (Fault& fault : report.faults) {
+    if (fault.code != lmx::elmx_occurs_on_marshal) fault.severity = Severity::warning;
+  }
+  if (!report.faults.empty() && report.faults.front().severity == Severity::error) {
+    report.code = report.faults.front().code;
+    report.line = static_cast<int>(report.faults.front().place.line);
+    report.item = report.faults.front().item;
+    report.message = report.faults.front().path + ": " + report.faults.front().text();
+  }
+  return report;
+}
+
+// A few characters, of those that ASCII has.
+std::string valid_beginning(std::string_view text) {
+  std::string words(text.substr(0, 16));
+  std::replace_if(
+      words.begin(), words.end(), [](char c) { return static_cast<signed char>(c) < ' '; }, '?');
+  return words;
+}
+
+// What is no document by its beginning is told as what it is.
+void explain_beginning(std::string_view text, const internal::PackedDocument* packed,
+                       LoadReport* report) {
+  const std::string_view kind = internal::kind_of(text);
+  std::string words;
+  if (text.empty()) {
+    words = "empty";
+  } else if (!kind.empty()) {
+    words = std::string(kind) + ", not a colour-data document";
+  } else if (!internal::begins_document(text)) {
+    words = "not a colour-data document: it begins with '" +
+            internal::excerpt(valid_beginning(text)) + "', and a document begins with <";
+  } else {
+    return;
+  }
+  const bool is_entry = packed != nullptr;
+  Fault fault;
+  fault.code = report->code;
+  fault.rule = "no-document";
+  fault.item = report->item;
+  fault.place = {1, 1, 0};
+  fault.found = words;
+  fault.expected = is_entry ? "The first entry of the archive, '" +
+                                  internal::excerpt(packed->entry_name()) + "', is " + words
+                            : (text.empty() ? "The document is " : "This is ") + words;
+  report->faults.assign(1, std::move(fault));
+  report->fault_count = 1;
+  report->is_complete = false;
+}
+
+void Loading::diagnose(std::string_view text, const internal::PackedDocument* packed,
+                       LoadReport* report) {
+  const bool is_asked = is_reported_ && options_.most_faults != 0;
+  if (!is_asked && !options_.best_effort) return;
+  Zol tree;
+  internal::Diagnosis diagnosis =
+      internal::diagnose(text, options_.most_faults, options_.best_effort ? &tree : nullptr);
+  if (options_.best_effort && diagnosis.has_root) document_.swap(tree);
+  report->faults = std::move(diagnosis.faults);
+  report->fault_count = diagnosis.count;
+  report->is_complete = diagnosis.is_complete;
+  if (diagnosis.has_root) {
+    if (options_.strict) add_faults_by_the_book(text, options_.most_faults, report);
+  } else {
+    explain_beginning(text, packed, report);
+  }
+  if (packed == nullptr) return;
+  name_entry(packed, report);
+  const std::string& other = packed->other_name();
+  if (diagnosis.has_root || other.empty() || report->faults.empty()) return;
+  report->faults.front().expected +=
+      ": the document must be the first entry, which '" + internal::excerpt(other) + "' is not";
+}
+
+LoadReport unpack(std::string& text, std::string_view archive, const LoadOptions& options) {
+  internal::MemoryFile file(archive);
+  internal::PackedDocument packed;
+  if (!packed.open(file, options.largest_document) || !packed.read()) return unusable(packed);
+  text = packed.text();
+  return {};
+}
+
+LoadReport take_text(std::string& text, const std::wstring& path, const LoadOptions& options) {
   if (has_suffix(path, k_zipped_suffix)) {
     internal::PackedDocument packed;
-    if (!packed.open(path, options.largest_document) || !packed.read()) return unusable(packed);
-    text = packed.text();
-    return {};
+    try {
+      if (!packed.open(path, options.largest_document) || !packed.read()) return unusable(packed);
+      text = packed.text();
+      return {};
+    } catch (const CZipException&) {
+      if (!is_plain_document(path)) throw;
+    }
   }
   internal::FileSource source(path, options.largest_document);
   if (!source.is_open()) return failure<LoadReport>(lmx::elmx_no_file, system_text(errno));
+  std::string bytes;
   const char* block = nullptr;
-  while (const std::size_t size = source.read_block(&block)) text.append(block, size);
-  return source.is_whole() ? LoadReport() : failure_of(source, options);
+  while (const std::size_t size = source.read_block(&block)) bytes.append(block, size);
+  if (!source.is_whole()) return failure_of(source, options);
+  if (internal::begins_archive(bytes)) return unpack(text, bytes, options);
+  text = std::move(bytes);
+  return {};
 }
 
-LoadReport load(Zol& document, const std::wstring& path, const LoadOptions& options) {
-  if (has_suffix(path, k_zipped_suffix)) {
-    internal::PackedDocument packed;
-    if (!packed.open(path, options.largest_document) || !packed.read()) return unusable(packed);
-    return read_document(document, packed.text(), options);
+// The bytes of a stream, whose buffer throws if it fails.
+LoadReport take_stream(std::string* bytes, std::istream& stream, const LoadOptions& options) {
+  constexpr std::size_t k_block = 1 << 16;
+  const auto refused = [] {
+    return failure<LoadReport>(lmx::elmx_no_file, "The stream can't be read.");
+  };
+  if (!stream.good() || stream.rdbuf() == nullptr) return refused();
+  try {
+    for (std::size_t taken = k_block; taken == k_block;) {
+      const std::size_t size = bytes->size();
+      bytes->resize(size + k_block);
+      taken = static_cast<std::size_t>(
+          stream.rdbuf()->sgetn(&(*bytes)[size], static_cast<std::streamsize>(k_block)));
+      bytes->resize(size + taken);
+      if (bytes->size() > options.largest_document) return too_large(options);
+    }
+    // What it throws of its end is no failure.
+    try {
+      stream.setstate(std::ios_base::eofbit);
+    } catch (const std::ios_base::failure&) {
+    }
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (...) {
+    return refused();
   }
-  if (options.strict) {
-    std::string text;
-    const LoadReport report = read_text(text, path, options);
-    return report.code == lmx::elmx_ok ? read_document(document, text, options) : report;
-  }
-  internal::FileSource source(path, options.largest_document);
-  if (!source.is_open()) return failure<LoadReport>(lmx::elmx_no_file, system_text(errno));
-  lmx::c_xml_reader reader(source);
-  LoadReport report = read_document(document, reader);
-  if (source.is_whole()) return report;
-  return failure_of(source, options);
-}
-
-// Runs an operation on something new, which takes the place of what stands there if all is well.
-template <class T, class Operation>
-LoadReport replacing(T& old, Operation operation) {
-  T fresh;
-  LoadReport report = operation(fresh);
-  if (report.code == lmx::elmx_ok) old.swap(fresh);
-  return report;
+  return {};
 }
 
 }  // namespace
 
 elmx_error openFile(Zol& document, const std::wstring& path, LoadReport* report,
                     const LoadOptions& options) noexcept {
+  return guarded(report, path,
+                 [&] { return Loading(document, options, report != nullptr).read_file(path); });
+}
+
+elmx_error openText(Zol& document, std::string_view bytes, LoadReport* report,
+                    const LoadOptions& options) noexcept {
+  return guarded(report, {},
+                 [&] { return Loading(document, options, report != nullptr).read_bytes(bytes); });
+}
+
+elmx_error judgeFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
+                     CheckLevel level) noexcept {
   return guarded(report, path, [&] {
-    return replacing(document, [&](Zol& loaded) { return load(loaded, path, options); });
+    Zol none;
+    Loading loading(none, options, true);
+    loading.check_only(level);
+    return loading.read_file(path);
   });
 }
 
-elmx_error openText(Zol& document, std::string_view text, LoadReport* report,
-                    const LoadOptions& options) noexcept {
+elmx_error judgeText(std::string_view bytes, LoadReport* report, const LoadOptions& options,
+                     CheckLevel level) noexcept {
   return guarded(report, {}, [&] {
-    return replacing(document, [&](Zol& loaded) { return read_document(loaded, text, options); });
+    Zol none;
+    Loading loading(none, options, true);
+    loading.check_only(level);
+    return loading.read_bytes(bytes);
+  });
+}
+
+elmx_error openStream(Zol& document, std::istream& stream, LoadReport* report,
+                      const LoadOptions& options) noexcept {
+  return guarded(report, {}, [&] {
+    std::string bytes;
+    const LoadReport taken = take_stream(&bytes, stream, options);
+    if (taken.code != lmx::elmx_ok) return taken;
+    return Loading(document, options, report != nullptr).read_bytes(bytes);
   });
 }
 
 elmx_error checkText(std::string_view text, LoadReport* report) noexcept {
-  return guarded(report, {}, [&] { return check_text(text); });
+  return guarded(report, {}, [&] { return check_text(text, LoadOptions().most_faults); });
 }
 
 elmx_error readText(std::string& text, const std::wstring& path, LoadReport* report,
                     const LoadOptions& options) noexcept {
-  return guarded(report, path, [&] {
-    return replacing(text, [&](std::string& bytes) { return read_text(bytes, path, options); });
-  });
+  return guarded(report, path, [&] { return take_text(text, path, options); });
 }
 
 elmx_error unpackText(std::string& text, std::string_view archive, LoadReport* report,
                       const LoadOptions& options) noexcept {
-  return guarded(report, {}, [&] {
-    internal::MemoryFile file(archive);
-    internal::PackedDocument packed;
-    if (!packed.open(file, options.largest_document) || !packed.read()) return unusable(packed);
-    text = packed.text();
-    return LoadReport();
-  });
+  return guarded(report, {}, [&] { return unpack(text, archive, options); });
 }
 
 namespace {
@@ -343,7 +672,7 @@ SaveReport save_plain(const Giver& give, port::ReplacementFile& file) {
     error = errno;
     return false;
   });
-  if (code != lmx::elmx_ok) return failure<SaveReport>(code, lmx::get_error_description(code));
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
   if (error != 0) return failure<SaveReport>(lmx::elmx_no_file, system_text(error));
   return {};
 }
@@ -376,7 +705,7 @@ SaveReport save_zipped(const Giver& give, port::ReplacementFile& file, const std
     }
   });
   if (fault != nullptr) std::rethrow_exception(fault);
-  if (code != lmx::elmx_ok) return failure<SaveReport>(code, lmx::get_error_description(code));
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
   archive.Close(CZipArchive::closeNormal, false);
   return {};
 }
@@ -428,14 +757,110 @@ SaveReport save(const Giver& give, const std::wstring& path) {
 
 }  // namespace
 
-elmx_error saveFile(const Zol& document, const std::wstring& path, SaveReport* report) noexcept {
-  const auto give = [&document](const Taker& take) {
+namespace {
+
+// Which rows of which objects kept an object from being written. It is not written all the same
+// if there is no memory to say so.
+void explain(const Object& document, SaveReport& report) {
+  constexpr std::size_t k_most_faults = 100;
+  try {
+    CheckOptions options;
+    options.level = CheckLevel::writing;
+    options.limit = k_most_faults;
+    report.faults = check(document, options).faults;
+    report.message = report.faults.empty()
+                         ? lmx::get_error_description(report.code)
+                         : report.faults.front().path + ": " + report.faults.front().text();
+  } catch (const std::bad_alloc&) {
+  }
+}
+
+// What is to be refused before anything is touched.
+SaveReport judge(const Object& document, const SaveOptions& options) {
+  const internal::Class& type = internal::Head::class_of(document);
+  if (!type.is(internal::Class::k_document)) {
+    return failure<SaveReport>(lmx::elmx_element_not_found,
+                               std::string("A document can't begin with ") + type.name + ".");
+  }
+  SaveReport report;
+  if (!options.is_checked) return report;
+  CheckOptions wanted;
+  wanted.level = CheckLevel::reading;
+  wanted.is_exact = options.is_exact;
+  report.faults = check(document, wanted).faults;
+  if (report.faults.empty()) return report;
+  report.code = report.faults.front().code;
+  report.message = report.faults.front().path + ": " + report.faults.front().text();
+  return report;
+}
+
+// A document on its way to a taker, which knows what became of it.
+Giver giver_of(const Object& document, const SaveOptions& options) {
+  return [&](const Taker& take) {
     internal::BlockSink sink(take);
-    const elmx_error code = marshal_stamped(document, sink);
-    static_cast<void>(sink.finish());  // the taker knows what became of it
+    const elmx_error code = marshal_document(document, sink, options);
+    static_cast<void>(sink.finish());
     return code;
   };
-  return guarded(report, path, [&] { return save(give, path); });
+}
+
+template <class Operation>
+elmx_error save_guarded(const Object& document, const std::wstring& path, SaveReport* report,
+                        const SaveOptions& options, Operation operation) noexcept {
+  return guarded(report, path, [&] {
+    SaveReport outcome = judge(document, options);
+    if (outcome.code != lmx::elmx_ok) return outcome;
+    outcome = operation();
+    if (outcome.code != lmx::elmx_ok && outcome.message.empty()) explain(document, outcome);
+    return outcome;
+  });
+}
+
+SaveReport write_stream(const Giver& give, std::ostream& stream) {
+  bool is_good = true;
+  // An exception that the stream is told to throw says what its state says.
+  const auto attempt = [&](auto write) {
+    try {
+      write();
+      is_good = is_good && stream.good();
+    } catch (...) {
+      is_good = false;
+    }
+    return is_good;
+  };
+  const elmx_error code = give([&](const char* bytes, std::uint32_t size) {
+    return attempt([&] { stream.write(bytes, size); });
+  });
+  if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
+  if (!attempt([&] { stream.flush(); })) {
+    return failure<SaveReport>(lmx::elmx_no_file, "The stream failed.");
+  }
+  return {};
+}
+
+}  // namespace
+
+elmx_error saveFile(const Object& document, const std::wstring& path, SaveReport* report,
+                    const SaveOptions& options) noexcept {
+  return save_guarded(document, path, report, options,
+                      [&] { return save(giver_of(document, options), path); });
+}
+
+elmx_error saveStream(const Object& document, std::ostream& stream, SaveReport* report,
+                      const SaveOptions& options) noexcept {
+  return save_guarded(document, {}, report, options,
+                      [&] { return write_stream(giver_of(document, options), stream); });
+}
+
+elmx_error saveString(const Object& document, std::string& text, SaveReport* report,
+                      const SaveOptions& options) noexcept {
+  return save_guarded(document, {}, report, options, [&] {
+    lmx::internal::StringSink sink;
+    const elmx_error code = marshal_document(document, sink, options);
+    if (code != lmx::elmx_ok) return failure<SaveReport>(code, "");
+    sink.move_to(&text);
+    return SaveReport();
+  });
 }
 
 #if !defined(_WIN32)

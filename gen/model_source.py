@@ -126,7 +126,8 @@ def description(info):
                                       ("wants_content", info.wants_content),
                                       ("names_namespaces", info.names_namespaces),
                                       ("blank", info.is_blank),
-                                      ("owns_nothing", not info.owns_heap_anywhere)) if holds]
+                                      ("owns_nothing", not info.owns_heap_anywhere),
+                                      ("document", info.is_document)) if holds]
     if marks:
         words.append("marked(" + " | ".join(f"Class::k_{mark}" for mark in marks) + ")")
     if info.comment:

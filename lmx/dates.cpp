@@ -517,6 +517,38 @@ char* format_datetime(const c_datetime& value, char* out) {
   return DateFields::put_zone(DateFields::put(out, value, {}), value);
 }
 
+// Reading adds the decimals up one by one, in rounded steps: which text gives the value back shows
+// when it is read. Where none of the value itself does, that of a neighbour may.
+char* format_exact_datetime(const c_datetime& value, char* out) {
+  constexpr int k_most_decimals = 20;
+  constexpr int k_most_steps = 4;
+  const float secs = value.get_secs();
+  const auto reads_back = [&](const char* end) {
+    c_datetime again;
+    bool has_zone = false;
+    return parse_datetime({out, static_cast<std::size_t>(end - out)}, &again, &has_zone) &&
+           again.get_secs() == secs;
+  };
+  char* end = format_datetime(value, out);
+  if (!(secs >= 0.0f && secs < 100.0f) || reads_back(end)) return end;
+  const auto found_near = [&](const c_datetime& near) {
+    for (int decimals = 1; decimals <= k_most_decimals; ++decimals) {
+      end = DateFields::put_zone(DateFields::put(out, near, {true, decimals}), value);
+      if (reads_back(end)) return true;
+    }
+    return false;
+  };
+  if (found_near(value)) return end;
+  for (const float direction : {100.0f, 0.0f}) {
+    c_datetime near = value;
+    for (int step = 0; step < k_most_steps; ++step) {
+      near.set_secs(std::nextafter(near.get_secs(), direction));
+      if (found_near(near)) return end;
+    }
+  }
+  return DateFields::put_zone(DateFields::put(out, value, {true, k_most_decimals}), value);
+}
+
 }  // namespace internal
 
 void c_datetime_base::set_offset(int hours, unsigned mins) {

@@ -225,7 +225,8 @@ class ZOL_API c_get_as_utf8 {
   void take_whole(const internal::SourceBytes& bytes);
   // Bytes of the source that were read and not pushed back.
   std::uint64_t bytes_read() const {
-    return bytes_fetched_ - unread_in_block() - static_cast<std::uint64_t>(unget_.size());
+    const unsigned width = encoding_ >= k_utf16_be ? 2 : 1;
+    return bytes_fetched_ - unread_in_block() - width * static_cast<std::uint64_t>(unget_.size());
   }
 
  protected:

@@ -85,6 +85,10 @@ class ZOL_API c_xml_writer {
   void set_expected_class_identity(const char* identity) { expected_class_identity_ = identity; }
   void clear_expected_class_identity() { expected_class_identity_ = nullptr; }
 
+  // From now on the model is written so that nothing is lost: numbers with as many digits as they
+  // need, carriage returns in texts and all white space but blanks in attributes as references.
+  void set_exact(bool is_exact) { block_.set_exact(is_exact); }
+
   // Records the error, asks user_handle_error and records and returns its answer.
   elmx_error handle_error(elmx_error error, const std::string& item_name, const char* file,
                           int line);

@@ -67,6 +67,8 @@ class Type {
   Type base() const { return of(table_->base); }
   bool is_a(Type other) const { return table_->is_a(*other.table_); }
   bool is_nillable() const { return table_->is_nillable(); }
+  // Is it an element that a document may begin with?
+  bool is_document() const { return table_->is(internal::Class::k_document); }
   // An element may say by xsi:type which type of its family it is, with this name; of others empty.
   std::string_view type_name() const { return is_polymorphic() ? table_->type_name : ""; }
   bool is_polymorphic() const { return table_->type_name != nullptr; }

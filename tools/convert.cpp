@@ -8,17 +8,18 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
+#include "facade/check.h"
 #include "facade/files.h"
 #include "model/Zol.h"
 #include "port/files.h"
 #include "tools/commands.h"
 #include "tools/document_text.h"
-#include "tools/faults.h"
+#include "tools/judge.h"
 #include "tools/load.h"
 #include "tools/output.h"
 #include "tools/progress.h"
 #include "tools/text.h"
-#include "tools/unwritable.h"
+#include "tools/verdict.h"
 
 namespace {
 
@@ -27,6 +28,7 @@ struct Options {
   std::string output;
   bool force = false;
   bool rewrite = false;
+  bool exact = false;
 };
 
 // A fault of the argument OUT, or an empty text.
@@ -50,53 +52,59 @@ ExitStatus judge(const std::string& path, const zol_v2::SaveReport& report) {
 
 // The text as it stands, of a document that could be written as well.
 ExitStatus copy(const Options& options) {
-  DocumentText text;
-  {
-    zol_v2::Zol document;
-    const ExitStatus status = load_document(options.input, document, &text);
-    if (status != ExitStatus::ok) return status;
-    const std::vector<Fault> faults = find_unwritable(document, text);
-    print_faults(options.input, faults);
-    if (!faults.empty()) return ExitStatus::fault;
+  DocumentSource source(options.input);
+  source.hold();
+  const Verdict verdict = judge(source, JudgeOptions());
+  if (verdict.status != ExitStatus::ok) {
+    make_text_printer(true)->print(verdict);
+    return verdict.status;
+  }
+  std::string text;
+  const zol_v2::LoadReport read = source.read(&text);
+  if (read.code != lmx::elmx_ok) {
+    complain(options.input, read.message);
+    return ExitStatus::trouble;
   }
   if (options.output == k_standard_stream) {
-    print(text.view());
+    print(text);
     return ExitStatus::ok;
   }
   const Progress progress("Writing " + options.output);
   zol_v2::SaveReport report;
-  (void)zol_v2::saveText(text.view(), wide_path(options.output), &report);
+  (void)zol_v2::saveText(text, wide_path(options.output), &report);
   return judge(options.output, report);
 }
 
-lmx::elmx_error print_anew(const zol_v2::Zol& document) {
-  const zol_v2::XMLDocumentResult result = document.writeString();
-  if (result.getElmxError() == lmx::elmx_ok) print(utf8(result.getXmlDocument()));
-  return result.getElmxError();
-}
-
-zol_v2::SaveReport save_anew(const zol_v2::Zol& document, const std::string& path) {
-  const Progress progress("Writing " + path);
+zol_v2::SaveReport save_anew(const zol_v2::Zol& document, const Options& options) {
+  const Progress progress("Writing " + options.output);
   zol_v2::SaveReport report;
-  if (path == k_standard_stream) {
-    report.code = print_anew(document);
-  } else {
-    (void)zol_v2::saveFile(document, wide_path(path), &report);
+  zol_v2::SaveOptions saving;
+  saving.is_exact = options.exact;
+  if (options.output != k_standard_stream) {
+    (void)zol_v2::saveFile(document, wide_path(options.output), &report, saving);
+    return report;
   }
+  std::string text;
+  if (zol_v2::saveString(document, text, &report, saving) == lmx::elmx_ok) print(text);
   return report;
 }
 
 // The document as this library writes it.
 ExitStatus rewrite(const Options& options) {
   zol_v2::Zol document;
-  DocumentText text;
-  const ExitStatus status = load_document(options.input, document, &text);
+  DocumentSource source(options.input);
+  const ExitStatus status = load_document(options.input, document, source);
   if (status != ExitStatus::ok) return status;
-  const zol_v2::SaveReport report = save_anew(document, options.output);
-  const bool is_about_files = report.code == lmx::elmx_ok || report.code == lmx::elmx_no_file ||
-                              report.code == lmx::elmx_user_defined_1;
-  if (is_about_files) return judge(options.output, report);
-  print_faults(options.input, find_unwritable(document, text));
+  zol_v2::SaveReport report = save_anew(document, options);
+  if (report.faults.empty()) return judge(options.output, report);
+
+  Verdict verdict;
+  verdict.file = options.input;
+  verdict.status = ExitStatus::fault;
+  verdict.report.faults = std::move(report.faults);
+  std::string text;
+  if (source.read(&text).code == lmx::elmx_ok) zol_v2::locate(verdict.report.faults, text);
+  make_text_printer(true)->print(verdict);
   return ExitStatus::fault;
 }
 
@@ -121,8 +129,10 @@ void add_convert(CLI::App& app, ExitStatus* status) {
       ->required()
       ->check(CLI::Validator(check_output, "FILE"));
   command->add_flag("-f,--force", options->force, "Replace OUT if it exists");
-  command->add_flag("-w,--rewrite", options->rewrite,
-                    "Write the document anew instead of copying its text");
+  CLI::Option* const rewrite = command->add_flag(
+      "-w,--rewrite", options->rewrite, "Write the document anew instead of copying its text");
+  command->add_flag("--exact", options->exact, "With --rewrite, keep all digits of numbers")
+      ->needs(rewrite);
   command->footer("OUT is replaced when the new file is complete, and not before.");
   command->callback([options, status] { *status = run(*options); });
 }

@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "port/files.h"
+#include "port/wide_text.h"
+#include "tools/file_walk.h"
 #include "tools/text.h"
 
 namespace {
@@ -30,22 +32,61 @@ bool is_trouble(const zol_v2::LoadReport& report) {
          (report.code == lmx::elmx_user_defined_1 && report.archive_cause == 0);
 }
 
-bool is_unusable(const zol_v2::LoadReport& report) {
-  return report.code == lmx::elmx_user_defined_1 && report.archive_cause != 0;
+bool DocumentSource::has_name() const {
+  return path_ != k_standard_stream && zol::port::is_utf8(path_.data(), path_.size());
 }
 
-zol_v2::LoadReport DocumentText::read(const std::string& path) {
+zol_v2::LoadReport DocumentSource::read_input() {
   zol_v2::LoadReport report;
-  if (path != k_standard_stream) {
-    (void)zol_v2::readText(text_, wide_path(path), &report);
+  if (is_read_) return report;
+  is_read_ = true;
+  if (has_name()) {
+    (void)zol_v2::readText(bytes_, wide_path(path_), &report);
     return report;
   }
-  text_.clear();
-  if (!read_standard_input(&text_)) {
-    report.code = lmx::elmx_no_file;
-    report.message = std::strerror(errno);
-  } else if (text_.compare(0, k_archive_magic.size(), k_archive_magic) == 0) {
-    (void)zol_v2::unpackText(text_, text_, &report);
+  const bool is_good =
+      path_ == k_standard_stream ? read_standard_input(&bytes_) : read_named_file(path_, &bytes_);
+  if (is_good) return report;
+  report.code = lmx::elmx_no_file;
+  report.message = std::strerror(errno);
+  return report;
+}
+
+zol_v2::LoadReport DocumentSource::load(zol_v2::Zol& document, const zol_v2::LoadOptions& options) {
+  zol_v2::LoadReport report;
+  if (!is_in_memory()) {
+    (void)zol_v2::openFile(document, wide_path(path_), &report, options);
+    return report;
+  }
+  report = read_input();
+  if (report.code == lmx::elmx_ok) (void)zol_v2::openText(document, bytes_, &report, options);
+  return report;
+}
+
+zol_v2::LoadReport DocumentSource::check(const zol_v2::LoadOptions& options,
+                                         zol_v2::CheckLevel level) {
+  zol_v2::LoadReport report;
+  if (!is_in_memory()) {
+    (void)zol_v2::judgeFile(wide_path(path_), &report, options, level);
+    return report;
+  }
+  report = read_input();
+  if (report.code == lmx::elmx_ok) (void)zol_v2::judgeText(bytes_, &report, options, level);
+  return report;
+}
+
+zol_v2::LoadReport DocumentSource::read(std::string* text) {
+  zol_v2::LoadReport report;
+  if (!is_in_memory()) {
+    (void)zol_v2::readText(*text, wide_path(path_), &report);
+    return report;
+  }
+  report = read_input();
+  if (report.code != lmx::elmx_ok) return report;
+  if (bytes_.compare(0, k_archive_magic.size(), k_archive_magic) == 0) {
+    (void)zol_v2::unpackText(*text, bytes_, &report);
+  } else {
+    *text = bytes_;
   }
   return report;
 }

@@ -1,33 +1,45 @@
-// The text of a document, wherever it comes from.
+// A document, wherever it comes from.
 #pragma once
 
-#include <cstddef>
 #include <string>
-#include <string_view>
+#include <utility>
 
+#include "facade/check.h"
 #include "facade/files.h"
+
+namespace zol_v2 {
+class Zol;
+}
 
 // The argument that stands for standard input or output.
 constexpr char k_standard_stream[] = "-";
 
-// What an archive that can't be used is called.
-constexpr char k_archive_message[] = "Unusable archive";
-
 // Whether a file could not be read at all: nothing is said about a document then.
 bool is_trouble(const zol_v2::LoadReport& report);
-// Whether it is an archive that can't be used.
-bool is_unusable(const zol_v2::LoadReport& report);
 
-class DocumentText {
+// A file, a plain document or an archive, or standard input for "-", which is read once.
+class DocumentSource {
  public:
-  // Reads a file, or standard input for "-", and unpacks the first entry of an archive: a file is
-  // one if its name ends in ".zolz", standard input if it begins like one.
-  zol_v2::LoadReport read(const std::string& path);
+  explicit DocumentSource(std::string path) : path_(std::move(path)) {}
 
-  std::string_view view() const { return text_; }
-  const char* data() const { return text_.data(); }
-  std::size_t size() const { return text_.size(); }
+  const std::string& path() const { return path_; }
+  // Has the text in memory from now on, for a caller that loads the document and reads the text.
+  void hold() { is_held_ = true; }
+
+  zol_v2::LoadReport load(zol_v2::Zol& document, const zol_v2::LoadOptions& options = {});
+  // Judges without keeping anything.
+  zol_v2::LoadReport check(const zol_v2::LoadOptions& options, zol_v2::CheckLevel level);
+  // The text as it stands, out of the archive if it is in one.
+  zol_v2::LoadReport read(std::string* text);
 
  private:
-  std::string text_;
+  zol_v2::LoadReport read_input();
+  // Whether the name is one that the library takes.
+  bool has_name() const;
+  bool is_in_memory() const { return is_held_ || !has_name(); }
+
+  std::string path_;
+  std::string bytes_;
+  bool is_held_ = false;
+  bool is_read_ = false;
 };

@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -18,8 +20,9 @@
 namespace {
 
 struct Options {
-  std::string file;
+  std::vector<std::string> files;
   bool json = false;
+  bool recursive = false;
 };
 
 void print_line(const std::string& name, const std::string& content) {
@@ -59,104 +62,81 @@ void print_text(const Summary& summary) {
   }
 }
 
-void write_provenance(JsonWriter& json, const Summary& summary) {
-  json.key("provenance");
-  json.begin_array();
+Json json_of(const Summary& summary) {
+  Json json;
+  Json& provenance = json["provenance"] = Json::array();
   for (const auto& [name, content] : summary.provenance) {
-    json.begin_object();
-    json.member("name", name);
-    json.member("value", content);
-    json.end_object();
+    provenance.push_back({{"name", name}, {"value", content}});
   }
-  json.end_array();
-}
-
-void write_palettes(JsonWriter& json, const Summary& summary) {
-  json.key("palettes");
-  json.begin_array();
+  json["ownColors"] = summary.own_colors;
+  json["paletteColors"] = summary.palette_colors;
+  Json& palettes = json["palettes"] = Json::array();
   for (const PaletteSummary& palette : summary.palettes) {
-    json.begin_object();
-    json.member("name", palette.name);
-    json.member("version", palette.version);
-    json.key("colorSets");
-    json.begin_array();
+    Json sets = Json::array();
     for (const SetSummary& set : palette.sets) {
-      json.begin_object();
-      json.member("name", set.name);
-      json.member("colors", set.colors);
-      json.end_object();
+      sets.push_back({{"name", set.name}, {"colors", set.colors}});
     }
-    json.end_array();
-    json.end_object();
+    palettes.push_back(
+        {{"name", palette.name}, {"version", palette.version}, {"colorSets", std::move(sets)}});
   }
-  json.end_array();
-}
-
-void write_records(JsonWriter& json, const Summary& summary) {
-  json.key("qualityControl");
-  json.begin_array();
+  Json& records = json["qualityControl"] = Json::array();
   for (const RecordSummary& record : summary.records) {
-    json.begin_object();
-    json.member("name", record.name);
-    json.member("standards", record.standards);
-    json.member("measurements", record.measurements);
-    json.member("tolerances", record.tolerances);
-    json.end_object();
+    records.push_back({{"name", record.name},
+                       {"standards", record.standards},
+                       {"measurements", record.measurements},
+                       {"tolerances", record.tolerances}});
   }
-  json.end_array();
-}
-
-void write_spaces(JsonWriter& json, const Summary& summary) {
-  json.key("colorSpaces");
-  json.begin_object();
-  for (const auto& [space, count] : summary.spaces) json.member(space, count);
-  json.end_object();
-  json.key("spectra");
-  json.begin_array();
+  Json& spaces = json["colorSpaces"] = Json::object();
+  for (const auto& [space, count] : summary.spaces) spaces[space] = count;
+  Json& spectra = json["spectra"] = Json::array();
   for (const auto& [range, count] : summary.ranges) {
-    json.begin_object();
-    json.member("first", range.first);
-    json.member("last", range.last);
-    json.member("points", range.points);
-    json.member("count", count);
-    json.end_object();
+    spectra.push_back(
+        {{"first", range.first}, {"last", range.last}, {"points", range.points}, {"count", count}});
   }
-  json.end_array();
+  return json;
 }
 
-void print_json(const std::string& file, const Summary& summary) {
-  JsonWriter json;
-  json.begin_object();
-  json.member("file", file);
-  write_provenance(json, summary);
-  json.member("ownColors", summary.own_colors);
-  json.member("paletteColors", summary.palette_colors);
-  write_palettes(json, summary);
-  write_records(json, summary);
-  write_spaces(json, summary);
-  json.end_object();
-  print(json.text());
+// An object for one file that is named, else an array of them.
+ExitStatus run_json(const Options& options, bool is_single) {
+  JsonArrayOutput files(0);
+  if (!is_single) files.begin();
+  const ExitStatus status = for_each_document(
+      options.files, options.recursive, [&](const std::string& path, const zol_v2::Zol& document) {
+        Json json = {{"file", path}};
+        json.update(json_of(summarise(document)));
+        if (is_single) {
+          print(text_of(json) + '\n');
+        } else {
+          files.print(json);
+        }
+      });
+  if (!is_single) {
+    files.end();
+    print("\n");
+  }
+  return status;
 }
 
 ExitStatus run(const Options& options) {
-  zol_v2::Zol document;
-  const ExitStatus status = load_document(options.file, document);
-  if (status != ExitStatus::ok) return status;
-  const Summary summary = summarise(document);
-  if (options.json) {
-    print_json(options.file, summary);
-  } else {
-    print_text(summary);
-  }
-  return ExitStatus::ok;
+  const bool is_single = options.files.size() == 1 && !options.recursive;
+  if (options.json) return run_json(options, is_single);
+  bool is_first = true;
+  return for_each_document(options.files, options.recursive,
+                           [&](const std::string& path, const zol_v2::Zol& document) {
+                             if (!is_single) print((is_first ? "" : "\n") + one_line(path) + '\n');
+                             is_first = false;
+                             print_text(summarise(document));
+                           });
 }
 
 }  // namespace
 
 void add_info(CLI::App& app, ExitStatus* status) {
   const auto options = std::make_shared<Options>();
-  CLI::App* const command = app.add_subcommand("info", "Show what is in a document");
-  command->add_option("FILE", options->file, "Document; - is standard input")->required();
+  CLI::App* const command = app.add_subcommand("info", "Show what is in documents");
+  command->add_option("FILE", options->files, "Documents; - is standard input")->required();
   command->add_flag("--json", options->json, "Print JSON");
+  command->add_flag("-r,--recursive", options->recursive,
+                    "Walk through folders, to every .zol and .zolz");
   command->callback([options, status] { *status = run(*options); });
 }

@@ -1,4 +1,6 @@
 // zol list: one line for each colour.
+#include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -11,6 +13,7 @@
 #include "model/Zol.h"
 #include "tools/color_values.h"
 #include "tools/commands.h"
+#include "tools/document_text.h"
 #include "tools/load.h"
 #include "tools/output.h"
 #include "tools/text.h"
@@ -18,8 +21,11 @@
 namespace {
 
 struct Options {
-  std::string file;
+  std::vector<std::string> files;
   bool csv = false;
+  bool recursive = false;
+
+  bool is_single() const { return files.size() == 1 && !recursive; }
 };
 
 // "CIELab L=53.2 A=80.1 B=67.2"; of a spectrum its range.
@@ -90,10 +96,16 @@ std::string space_names(const zol_v2::ColorType& color) {
   return result;
 }
 
-// The columns of the coordinates stand in the order in which they are first met.
+// A row for each colour. The columns of the coordinates stand in the order in which they are first
+// met, which all documents are read for before the first row can be printed.
 class CsvTable {
  public:
-  explicit CsvTable(const zol_v2::Zol& document) {
+  explicit CsvTable(bool has_files) {
+    if (has_files) header_.push_back("File");
+    header_.insert(header_.end(), {"Name", "UniqueID", "Spaces", "Group", "Part"});
+  }
+
+  void add_columns(const zol_v2::Zol& document) {
     for_each_color(document, [this](const ColorPlace&, const zol_v2::ColorType& color) {
       for_each_value(color, [this](const std::string& column, const std::string&) {
         if (numbers_.emplace(column, header_.size()).second) header_.push_back(column);
@@ -103,39 +115,66 @@ class CsvTable {
 
   void print_header() const { print(csv_line(header_)); }
 
-  void print_color(const ColorPlace& place, const zol_v2::ColorType& color) const {
-    std::vector<std::string> fields = {utf8(color.get_ColorName()), utf8(color.get_UniqueID()),
-                                       space_names(color), place.group, place.part};
-    fields.resize(header_.size());
-    for_each_value(color, [&](const std::string& column, const std::string& value) {
-      fields[numbers_.at(column)] = value;
+  void print_colors(const std::string& file, const zol_v2::Zol& document) const {
+    for_each_color(document, [&](const ColorPlace& place, const zol_v2::ColorType& color) {
+      std::vector<std::string> fields;
+      if (header_.front() == "File") fields.push_back(valid_utf8(file));
+      fields.insert(fields.end(), {utf8(color.get_ColorName()), utf8(color.get_UniqueID()),
+                                   space_names(color), place.group, place.part});
+      fields.resize(header_.size());
+      for_each_value(color, [&](const std::string& column, const std::string& value) {
+        fields[numbers_.at(column)] = value;
+      });
+      print(csv_line(fields));
     });
-    print(csv_line(fields));
   }
 
  private:
-  std::vector<std::string> header_ = {"Name", "UniqueID", "Spaces", "Group", "Part"};
+  std::vector<std::string> header_;
   std::map<std::string, std::size_t> numbers_;
 };
 
-void print_csv(const zol_v2::Zol& document) {
-  const CsvTable table(document);
+using Show = std::function<void(const std::string& path, const zol_v2::Zol& document)>;
+
+ExitStatus print_csv(const Options& options) {
+  if (options.is_single()) {
+    return for_each_document(options.files, false,
+                             [](const std::string& path, const zol_v2::Zol& document) {
+                               CsvTable table(false);
+                               table.add_columns(document);
+                               table.print_header();
+                               table.print_colors(path, document);
+                             });
+  }
+  const auto& files = options.files;
+  if (std::find(files.begin(), files.end(), k_standard_stream) != files.end()) {
+    complain("standard input", "can't be one of several files of a table, which are read twice");
+    return ExitStatus::trouble;
+  }
+  CsvTable table(true);
+  std::vector<std::string> good;
+  const ExitStatus status = for_each_document(
+      files, options.recursive, [&](const std::string& path, const zol_v2::Zol& document) {
+        table.add_columns(document);
+        good.push_back(path);
+      });
   table.print_header();
-  for_each_color(document, [&](const ColorPlace& place, const zol_v2::ColorType& color) {
-    table.print_color(place, color);
-  });
+  const Show print_rows = [&table](const std::string& path, const zol_v2::Zol& document) {
+    table.print_colors(path, document);
+  };
+  return worse(status, for_each_document(good, false, print_rows));
 }
 
 ExitStatus run(const Options& options) {
-  zol_v2::Zol document;
-  const ExitStatus status = load_document(options.file, document);
-  if (status != ExitStatus::ok) return status;
-  if (options.csv) {
-    print_csv(document);
-  } else {
-    print_text(document);
-  }
-  return ExitStatus::ok;
+  if (options.csv) return print_csv(options);
+  bool is_first = true;
+  return for_each_document(options.files, options.recursive,
+                           [&](const std::string& path, const zol_v2::Zol& document) {
+                             if (!options.is_single())
+                               print((is_first ? "" : "\n") + one_line(path) + '\n');
+                             is_first = false;
+                             print_text(document);
+                           });
 }
 
 }  // namespace
@@ -144,8 +183,10 @@ void add_list(CLI::App& app, ExitStatus* status) {
   const auto options = std::make_shared<Options>();
   CLI::App* const command =
       app.add_subcommand("list", "Print each colour: name, id, colour spaces and coordinates");
-  command->add_option("FILE", options->file, "Document; - is standard input")->required();
+  command->add_option("FILE", options->files, "Documents; - is standard input")->required();
   command->add_flag("--csv", options->csv,
                     "Comma-separated values, with a column for each coordinate");
+  command->add_flag("-r,--recursive", options->recursive,
+                    "Walk through folders, to every .zol and .zolz");
   command->callback([options, status] { *status = run(*options); });
 }

@@ -1,7 +1,9 @@
-// Loads a document for a command that shows or converts it.
+// Loads documents for the commands that show or convert them.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "tools/exit_status.h"
 
@@ -9,9 +11,15 @@ namespace zol_v2 {
 class Zol;
 }
 
-class DocumentText;
+class DocumentSource;
 
 // From a file, or from standard input for "-". What is wrong with it goes to standard error.
 ExitStatus load_document(const std::string& path, zol_v2::Zol& document);
 // The same for a caller that wants the text as well.
-ExitStatus load_document(const std::string& path, zol_v2::Zol& document, DocumentText* text);
+ExitStatus load_document(const std::string& path, zol_v2::Zol& document, DocumentSource& source);
+
+// Shows each of several documents, in order; those that do not load are told and passed over. What
+// is shown is printed at once.
+ExitStatus for_each_document(
+    const std::vector<std::string>& files, bool is_recursive,
+    const std::function<void(const std::string& path, const zol_v2::Zol& document)>& show);

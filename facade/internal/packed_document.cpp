@@ -1,5 +1,10 @@
 #include "facade/internal/packed_document.h"
 
+#include <algorithm>
+#include <utility>
+
+#include "port/wide_text.h"
+
 namespace zol_v2::internal {
 
 namespace {
@@ -19,6 +24,13 @@ std::string method_text(std::uint16_t method) {
   return text;
 }
 
+bool is_called_document(std::string_view name) {
+  constexpr std::string_view k_suffix = ".zol";
+  return name.size() > k_suffix.size() &&
+         std::equal(k_suffix.begin(), k_suffix.end(), name.end() - k_suffix.size(),
+                    [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b + 32 : b); });
+}
+
 }  // namespace
 
 bool PackedDocument::open(const std::wstring& path, std::uint64_t limit) {
@@ -31,9 +43,22 @@ bool PackedDocument::open(CZipAbstractFile& file, std::uint64_t limit) {
   return open_entry(limit);
 }
 
+void PackedDocument::note_names() {
+  for (std::uint16_t i = 0; i < archive_.GetCount(); ++i) {
+    std::string name = zol::port::to_utf8(archive_.EntryAt(i)->GetFileName());
+    if (i == 0) {
+      entry_name_ = std::move(name);
+    } else if (is_called_document(name)) {
+      other_name_ = std::move(name);
+      return;
+    }
+  }
+}
+
 bool PackedDocument::open_entry(std::uint64_t limit) {
   const bool is_open = archive_.OpenEntry(0);
   const CZipFileHeader* const entry = archive_.EntryAt(0);
+  note_names();
   if (entry == nullptr) {
     complaint_ = "The archive holds no document.";
   } else if (!is_open) {

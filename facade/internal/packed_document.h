@@ -25,14 +25,21 @@ class PackedDocument {
 
   // Good as long as the object.
   std::string_view text() const { return {text_.GetBuffer(), text_.GetSize()}; }
+  // The names of the entry, and of the first further one that is called like a document; empty if
+  // there is none. In UTF-8.
+  const std::string& entry_name() const { return entry_name_; }
+  const std::string& other_name() const { return other_name_; }
   // For people, once something was false.
   const std::string& complaint() const { return complaint_; }
 
  private:
   bool open_entry(std::uint64_t limit);
+  void note_names();
 
   CZipArchive archive_;
   CZipAutoBuffer text_;
+  std::string entry_name_;
+  std::string other_name_;
   std::string complaint_;
 };
 

@@ -119,63 +119,6 @@ std::string item_of(const Error& error, const xmlParserCtxt& parser) {
   }
 }
 
-// --- Where it says so --------------------------------------------------------------------------
-
-// What the bytes of a document are made of.
-enum class Units { utf8, bytes, utf16_be, utf16_le };
-
-Units units_of(std::string_view text, bool is_utf8) {
-  const std::string_view begin = text.substr(0, 2);
-  if (begin == "\xFE\xFF" || begin == std::string_view("\0<", 2)) return Units::utf16_be;
-  if (begin == "\xFF\xFE" || begin == std::string_view("<\0", 2)) return Units::utf16_le;
-  return is_utf8 ? Units::utf8 : Units::bytes;
-}
-
-// Takes the first character off a text, which may be cut within its last one.
-unsigned take_character(std::string_view* text, Units units) {
-  const auto byte = [text](std::size_t i) -> unsigned {
-    return i < text->size() ? static_cast<unsigned char>((*text)[i]) : 0;
-  };
-  unsigned c = byte(0);
-  std::size_t length = 1;
-  if (units == Units::utf8 && c >= 0xC0) {
-    length = c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
-    c &= 0xFFU >> (length + 1);
-    for (std::size_t i = 1; i < length; ++i) c = c << 6U | (byte(i) & 0x3FU);
-  } else if (units == Units::utf16_be || units == Units::utf16_le) {
-    c = units == Units::utf16_be ? c << 8U | byte(1) : byte(1) << 8U | c;
-    length = (c & 0xFC00U) == 0xD800 ? 4 : 2;
-  }
-  text->remove_prefix(std::min(length, text->size()));
-  return c;
-}
-
-struct Place {
-  std::uint64_t line = 1;
-  std::uint64_t column = 1;
-};
-
-// The end of a text. Lines end as they do for the library's own reader.
-Place end_of(std::string_view text, Units units) {
-  constexpr unsigned k_mark = 0xFEFF;
-  constexpr unsigned k_next_line = 0x85;
-  constexpr unsigned k_line_separator = 0x2028;
-  Place place;
-  unsigned last = k_mark;
-  while (!text.empty()) {
-    const unsigned c = take_character(&text, units);
-    const bool is_pair = last == '\r' && (c == '\n' || c == k_next_line);
-    if (c == '\r' || c == k_next_line || c == k_line_separator || c == '\n') {
-      place.line += is_pair ? 0 : 1;
-      place.column = 1;
-    } else if (c != k_mark || last != k_mark) {
-      ++place.column;
-    }
-    last = c;
-  }
-  return place;
-}
-
 // --- One run ----------------------------------------------------------------------------------
 
 // As the library's own reader has it: what entities expand to may exceed the one or the other, but
@@ -225,7 +168,7 @@ class Judge {
   template <class Error>
   void note(const Error& error);
   void add(const char* rule, std::string_view sentence, std::string item);
-  Place place() const;
+  std::size_t offset() const;
   bool is_read_to_its_end() const;
 
   const std::string_view text_;
@@ -278,12 +221,12 @@ int Judge::read(void* judge, char* block, int size) {
 
 // Nothing in its stead would send the parser to look for itself.
 xmlEntityPtr Judge::get_entity(void* parser, const xmlChar* name) {
-  const xmlEntityPtr entity = xmlSAX2GetEntity(parser, name);
+  xmlEntity* const entity = xmlSAX2GetEntity(parser, name);
   return of(parser).may_enter(parser, entity) ? entity : xmlGetPredefinedEntity(BAD_CAST "amp");
 }
 
 xmlEntityPtr Judge::get_parameter_entity(void* parser, const xmlChar* name) {
-  const xmlEntityPtr entity = xmlSAX2GetParameterEntity(parser, name);
+  xmlEntity* const entity = xmlSAX2GetParameterEntity(parser, name);
   return of(parser).may_enter(parser, entity) ? entity : nullptr;
 }
 
@@ -352,27 +295,16 @@ void Judge::note(const Error& error) {
 }
 
 void Judge::add(const char* rule, std::string_view sentence, std::string item) {
-  XmlFault fault;
-  fault.rule = rule;
-  fault.sentence = sentence;
-  fault.item = std::move(item);
-  const Place place = this->place();
-  fault.line = place.line;
-  fault.column = place.column;
-  faults_.push_back(std::move(fault));
+  faults_.push_back({rule, std::string(sentence), std::move(item), offset()});
 }
 
-// Inside of an entity that of the reference in the document. The parser's own count of lines knows
-// one kind of line end.
-Place Judge::place() const {
-  if (parser_->inputNr == 0) return {};
-  const xmlParserInputPtr top = std::exchange(parser_->input, parser_->inputTab[0]);
-  const xmlParserInputBuffer* const buffer = parser_->input->buf;
-  const bool is_utf8 = buffer == nullptr || buffer->encoder == nullptr;
+// Inside of an entity that of the reference in the document.
+std::size_t Judge::offset() const {
+  if (parser_->inputNr == 0) return 0;
+  xmlParserInput* const top = std::exchange(parser_->input, parser_->inputTab[0]);
   const long offset = xmlByteConsumed(parser_.get());
   parser_->input = top;
-  const auto length = static_cast<std::size_t>(std::max(offset, 0L));
-  return end_of(text_.substr(0, length), units_of(text_, is_utf8));
+  return std::min(static_cast<std::size_t>(std::max(offset, 0L)), text_.size());
 }
 
 // A zero behind the root element is an end to the parser, and half a unit is nothing.
@@ -385,6 +317,12 @@ bool Judge::is_read_to_its_end() const {
 
 std::vector<XmlFault> Judge::run() {
   const lmx::internal::Libxml2Silence silence;
+  // What it says beside its parser is only heard of for want of memory, which shows as an end of
+  // the text.
+  xmlSetStructuredErrorFunc(this, [](void* judge, auto* error) {
+    Judge& self = *static_cast<Judge*>(judge);
+    if (error->code == XML_ERR_NO_MEMORY) self.is_out_of_memory_ = self.is_done_ = true;
+  });
   xmlInitParser();
   xmlSAXHandler handler = callbacks();
   parser_.reset(
@@ -394,7 +332,9 @@ std::vector<XmlFault> Judge::run() {
   // Without XML_PARSE_HUGE a long text would be a fault; against bombs there is may_enter().
   xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_HUGE | XML_PARSE_RECOVER);
   xmlParseDocument(parser_.get());
-  if (is_out_of_memory_) throw std::bad_alloc();
+  // Without a buffer to begin with it says nothing at all.
+  const bool has_begun = text_.empty() || at_ != 0;
+  if (is_out_of_memory_ || !has_begun) throw std::bad_alloc();
   if (faults_.empty() && parser_->wellFormed == 0) add("markup", "the markup is broken", {});
   if (faults_.empty() && !is_read_to_its_end()) {
     add("root-element", "something stands behind the root element", {});

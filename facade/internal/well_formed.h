@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,11 +11,10 @@ namespace zol_v2::internal {
 
 // Something that XML 1.0 or Namespaces in XML 1.0 forbids.
 struct XmlFault {
-  std::string rule;          // short and stable, for programs: "repeated-attribute"
-  std::string sentence;      // for people, without a full stop
-  std::string item;          // the element or attribute concerned, if there is one
-  std::uint64_t line = 0;    // from 1
-  std::uint64_t column = 0;  // from 1, in characters: where the parser saw what was wrong
+  const char* rule;        // short and stable, for programs: "repeated-attribute"
+  std::string sentence;    // for people, without a full stop
+  std::string item;        // the element or attribute concerned, if there is one
+  std::size_t offset = 0;  // in bytes: where the parser saw what was wrong
 };
 
 // The faults of a document in any encoding that libxml2 knows, up to `limit` of them (at least 1).

@@ -336,6 +336,11 @@ bool read_double(std::string_view text, double* value) {
 
 char* format_double(double value, char* out) { return format_number<14>(value, out); }
 
+char* format_exact_double(double value, char* out) {
+  if (value == 0 || !std::isfinite(value)) return format_double(value, out);
+  return std::to_chars(out, out + k_number_room, value).ptr;
+}
+
 char* format_float(float value, char* out) { return format_number<7>(value, out); }
 
 char* format_seconds(float value, char* out) { return format_number<6>(value, out); }

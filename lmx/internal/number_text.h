@@ -24,6 +24,8 @@ const char* read_plain_double(const char* at, const char* end, double* value);
 // result is the end of the text; there is no terminating zero.
 char* format_double(double value, char* out);
 char* format_float(float value, char* out);
+// The same for what is no number, and the shortest text that reads back equal for what is one.
+char* format_exact_double(double value, char* out);
 
 // The same at a stream's first precision of 6, for finite values above zero.
 char* format_seconds(float value, char* out);

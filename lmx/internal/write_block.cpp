@@ -131,6 +131,36 @@ void WriteBlock::append_escaped(std::string_view text) {
   append(text.substr(start));
 }
 
+void WriteBlock::append_exact_text(std::string_view text, bool is_attribute) {
+  const auto reference_at = [&](std::size_t at) -> std::string_view {
+    switch (text[at]) {
+      case '\r':
+        return "&#13;";
+      case '\n':
+        return is_attribute ? "&#10;" : std::string_view();
+      case '\t':
+        return is_attribute ? "&#9;" : std::string_view();
+      case '>':
+        return at != 0 && text[at - 1] == ']' ? "&gt;" : std::string_view();
+      default:
+        return {};
+    }
+  };
+  std::size_t start = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const std::string_view reference = reference_at(at);
+    if (reference.empty()) continue;
+    append_escaped(text.substr(start, at - start));
+    append(reference);
+    start = at + 1;
+  }
+  append_escaped(text.substr(start));
+}
+
+void WriteBlock::append_exact_number(double value) {
+  advance_to(format_exact_double(value, reserve(k_number_room)));
+}
+
 void WriteBlock::append_number(double value) {
   if (!has_plain_flags(stream_)) {
     flush();

@@ -47,6 +47,14 @@ class WriteBlock {
   void append_number(float value);
   void append_bool(bool value) { append(value ? std::string_view("true") : "false"); }
 
+  // Text with references where readers would take a carriage return for a line feed, white space in
+  // an attribute for a blank, or "]]>" for a fault; and numbers that read back as the same value.
+  void append_exact_text(std::string_view text, bool is_attribute);
+  void append_exact_number(double value);
+  // Which of the two the model is to ask for.
+  bool is_exact() const { return is_exact_; }
+  void set_exact(bool is_exact) { is_exact_ = is_exact; }
+
   // What the stream writes for an integer.
   void append_integer(std::int64_t value);
 
@@ -64,6 +72,7 @@ class WriteBlock {
 
   std::ostream& stream_;
   std::size_t size_ = 0;
+  bool is_exact_ = false;
   char bytes_[k_capacity];
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <memory>
 
 #include "lmx/internal/string_sink.h"
 #include "lmx/reader.h"
@@ -56,6 +57,15 @@ bool read_strictly(Object& self, const Class& type, lmx::c_xml_reader& reader) {
 
 }  // namespace
 
+bool walk_document(const Class& type, std::string_view bytes,
+                   const std::function<bool(const Object& piece)>& take) {
+  Pool pool;
+  const std::unique_ptr<Object> root(type.make(nullptr));
+  StrictReader strict(bytes, pool);
+  strict.give_entries_to(take);
+  return strict.read(*root, type) && take(*root);
+}
+
 elmx_error unmarshal_document(Object& self, const Class& type, lmx::c_xml_reader& reader) {
   reader.set_ns_map(document_ns_map());
   if (read_strictly(self, type, reader)) return lmx::elmx_ok;
@@ -75,11 +85,15 @@ elmx_error unmarshal_memory(Object& self, const Class& type, const char* buffer,
   return unmarshal_document(self, type, reader);
 }
 
-elmx_error marshal_document(const Object& self, const Class& type, std::ostream& stream) {
-  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl, "\t", "\n");
+elmx_error marshal_root(const Object& self, const Class& type, lmx::c_xml_writer& writer) {
   const std::string element = std::string("Zol:") + type.name;
   return type.family != nullptr ? type.family->marshal(self, writer, element.c_str())
                                 : write_element(self, type, writer, element.c_str());
+}
+
+elmx_error marshal_document(const Object& self, const Class& type, std::ostream& stream) {
+  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl, "\t", "\n");
+  return marshal_root(self, type, writer);
 }
 
 elmx_error marshal_document(const Object& self, const Class& type, const char* file) {

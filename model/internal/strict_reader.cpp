@@ -119,6 +119,10 @@ class StrictReader::Entries {
     reader_.entries_.pop_back();
   }
   void add(void* entry) { reader_.entries_.push_back(entry); }
+  void drop_last() {
+    delete_entry(row_, reader_.entries_.back());
+    reader_.entries_.pop_back();
+  }
   void move_to(PointerList& list) {
     list.fill(reader_.entries_.data() + first_,
               static_cast<unsigned>(reader_.entries_.size() - first_), reader_.pool_);
@@ -496,6 +500,11 @@ bool StrictReader::read_list(Object& self, const Row& row) {
                                ? read_object(*object, *row.type, tag_of(row))
                                : read_holder(*object, *alternative_at(*row.type));
       if (!is_good) return false;
+      if (take_ != nullptr && !row.is_required) {
+        const bool is_taken = take_(*object);
+        entries.drop_last();
+        if (!is_taken) return false;
+      }
     }
     if (!find_tag()) return false;
     if (next_ == Next::end_tag) break;

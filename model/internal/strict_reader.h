@@ -11,8 +11,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "lmx/internal/byte_buffer.h"
@@ -34,6 +36,11 @@ class StrictReader {
 
   // False if the other road must be taken; the object then holds what was read so far.
   bool read(Object& self, const Class& type);
+
+  // From now on the entries of lists that may be empty are shown when they are read, and then
+  // deleted: what takes them must not mind. False from it ends the reading.
+  using Taker = std::function<bool(const Object& entry)>;
+  void give_entries_to(Taker take) { take_ = std::move(take); }
 
   // --- What the other road would have left in its reader --------------------------------------
 
@@ -172,6 +179,7 @@ class StrictReader {
   std::vector<Binding> bindings_;  // of the open elements, the innermost last
   int default_ns_id_ = 0;          // of a name without prefix
   std::vector<Attribute> attributes_;
+  Taker take_;
   std::vector<void*> entries_;  // of the lists that are being read
   std::string treated_;         // a value that does not stand in the text as it is
   // The alternative that was found last, where, and what came after each the last time.

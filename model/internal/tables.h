@@ -258,7 +258,8 @@ struct Class {
     k_wants_content = 2,     // an empty element is a fault
     k_names_namespaces = 4,  // carries the namespaces when it comes first in a document
     k_blank = 8,             // has neither children nor content
-    k_owns_nothing = 16      // on the heap, whatever it holds
+    k_owns_nothing = 16,     // on the heap, whatever it holds
+    k_document = 32          // an element that a document may begin with
   };
 
   const char* name;

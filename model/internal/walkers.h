@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 #include "lmx/errors.h"
 #include "model/internal/tables.h"
@@ -11,10 +13,6 @@
 
 namespace lmx {
 struct s_ns_map;
-}
-
-namespace lmx::internal {
-class WriteBlock;
 }
 
 namespace zol_v2::internal {
@@ -41,15 +39,17 @@ ZOL_API bool is_member(const Class& type, lmx::c_xml_reader& reader);
 // holds. 46 with nothing written if a required row is missing, or the code of a child.
 ZOL_API lmx::elmx_error write_element(const Object& self, const Class& type,
                                       lmx::c_xml_writer& writer, const char* name);
-// The value of a simple row as a document has it: in its own field, or where an alternative or an
-// entry of a list has it, which is what `field` points to.
-void write_field(lmx::internal::WriteBlock& block, const Object& self, const Row& row);
-void write_value(lmx::internal::WriteBlock& block, const Row& row, const void* field);
 
 // --- Whole documents (documents.cpp) ----------------------------------------------------------
 
 // The namespace of the format: one row, and the row that ends the table.
 ZOL_API const lmx::s_ns_map* document_ns_map();
+
+// Reads a document that has no fault without keeping it: what stands in lists that may be empty is
+// shown piece by piece, each with all that is in it but such lists, and the root comes last. False
+// for a document that the strict reader does not take, and where `take` says so.
+bool walk_document(const Class& type, std::string_view bytes,
+                   const std::function<bool(const Object& piece)>& take);
 
 // Each reading names the class whose element the document must begin with: 16 if it does not.
 ZOL_API lmx::elmx_error unmarshal_document(Object& self, const Class& type,
@@ -59,6 +59,8 @@ ZOL_API lmx::elmx_error unmarshal_file(Object& self, const Class& type, const ch
 ZOL_API lmx::elmx_error unmarshal_memory(Object& self, const Class& type, const char* buffer,
                                          std::size_t size);
 
+// The element of the class, with no declaration before it but what the writer wrote.
+lmx::elmx_error marshal_root(const Object& self, const Class& type, lmx::c_xml_writer& writer);
 // With declaration, one tab for a level, line feeds. 1: cannot be opened. A file is removed again
 // if the object cannot be written, a string left alone, a stream keeps the partial text.
 ZOL_API lmx::elmx_error marshal_document(const Object& self, const Class& type, const char* file);

@@ -13,9 +13,12 @@
 #include <chrono>
 #include <clocale>
 #include <csignal>
+#include <iomanip>
+#include <sstream>
 #include <thread>
 
 #include "model/Zol.h"
+#include "model/reflection.h"
 #include "support/failing_calls.h"
 #include "support/files.h"
 #include "zip/archives.h"
@@ -28,6 +31,10 @@ using zol_v2::openFile;
 using zol_v2::openText;
 using zol_v2::readText;
 using zol_v2::saveFile;
+using zol_v2::SaveOptions;
+using zol_v2::SaveReport;
+using zol_v2::saveStream;
+using zol_v2::saveString;
 using zol_v2::saveText;
 using zol_v2::unpackText;
 using zol_v2::Zol;
@@ -240,7 +247,7 @@ std::vector<LoadCase> load_cases() {
       {"deflated", "x.zolz", good, 0, 0, false},
       {"bzip2", "x.zolz", archive_of(bzipped(text)).bytes(), 0, 0, false},
       {"further entries", "x.zolz", more.bytes(), 0, 0, false},
-      {"no archive", "x.zolz", text, 1000, 101, true},
+      {"noise for an archive", "x.zolz", "noise", 1000, 101, true},
       {"empty file for an archive", "x.zolz", "", 1000, 101, true},
       {"encrypted", "x.zolz", with(deflated(text), [](RawEntry& e) { e.flags = 1; }), 1000, 112,
        true},
@@ -708,6 +715,127 @@ TEST_F(Files, SurviveEveryChangeAndCut) {
   // Only times, names and the like may change.
   EXPECT_LT(sound, good.size());
   EXPECT_GT(sound, 0u);
+}
+
+// --- Other roads out, and what they are told to do ----------------------------------------------
+
+// A stream buffer that takes so many bytes.
+class FullBuffer : public std::streambuf {
+ public:
+  explicit FullBuffer(std::size_t room) : room_(room) {}
+
+ protected:
+  std::streamsize xsputn(const char*, std::streamsize size) override {
+    const auto taken = std::min(room_, static_cast<std::size_t>(size));
+    room_ -= taken;
+    return static_cast<std::streamsize>(taken);
+  }
+  int_type overflow(int_type byte) override {
+    return room_ == 0 ? traits_type::eof() : (--room_, traits_type::not_eof(byte));
+  }
+  int sync() override { return room_ == 0 ? -1 : 0; }
+
+ private:
+  std::size_t room_;
+};
+
+TEST(SaveStream, SaysThatTheStreamFailed) {
+  const Zol document = made(2000);
+  std::ostringstream whole;
+  whole << std::hex << std::setw(9);
+  ASSERT_EQ(saveStream(document, whole), lmx::elmx_ok);
+  EXPECT_EQ(whole.str().substr(0, 6), "<?xml ");
+  const std::size_t size = whole.str().size();
+  for (const std::size_t room : {std::size_t{0}, std::size_t{10}, size - 1, size}) {
+    for (const bool throws : {false, true}) {
+      FullBuffer buffer(room);
+      std::ostream stream(&buffer);
+      if (throws) stream.exceptions(std::ios_base::badbit | std::ios_base::failbit);
+      SaveReport report;
+      // Where there is no room left the flush fails.
+      EXPECT_EQ(saveStream(document, stream, &report), lmx::elmx_no_file) << room;
+      EXPECT_EQ(report.message, "The stream failed.");
+    }
+  }
+  FullBuffer buffer(size + 1);
+  std::ostream stream(&buffer);
+  EXPECT_EQ(saveStream(document, stream), lmx::elmx_ok);
+  stream.setstate(std::ios_base::failbit);
+  EXPECT_EQ(saveStream(document, stream), lmx::elmx_no_file);
+}
+
+TEST_F(Files, OfEveryClassThatADocumentMayBeginWith) {
+  for (const zol_v2::reflection::Type type : zol_v2::reflection::all_types()) {
+    const auto object = type.make();
+    SaveReport report;
+    const std::wstring path = dir_.wide("x.zol");
+    const lmx::elmx_error code = saveFile(*object, path, &report);
+    if (!type.is_document()) {
+      EXPECT_EQ(code, lmx::elmx_element_not_found) << type.name();
+      EXPECT_EQ(report.message, "A document can't begin with " + std::string(type.name()) + ".");
+    } else if (code != lmx::elmx_ok) {
+      EXPECT_EQ(code, lmx::elmx_occurs_on_marshal) << type.name();
+      ASSERT_FALSE(report.faults.empty());
+      EXPECT_EQ(report.faults[0].path.substr(0, type.name().size()), type.name());
+      EXPECT_EQ(report.message, report.faults[0].path + ": " + report.faults[0].text());
+    }
+    EXPECT_EQ(dir_.names(), code == lmx::elmx_ok ? Names{"x.zol"} : Names()) << type.name();
+    ::unlink(dir_.file("x.zol").c_str());
+  }
+}
+
+TEST(SaveOptions, SayHowToWrite) {
+  zol_v2::ColorSpaceGeneric space;
+  (void)space.set_Name(L"a\r\n\tb");
+  (void)space.append_ChangeHistory(lmx::c_datetime("2020-01-01T10:00:12.3456789Z"));
+  space.get_ColorSpaceSpecificationSpectrumGeneric()
+      .setnil_ColorSpaceSpecificationSpectrumGeneric();
+  for (const double value : {0.1 + 0.2, 1e22, -0.0, 5e-324}) {
+    (void)space.append_Axis();
+    (void)space.back_Axis().set_AxisName(L"]]>\r\n\t&");
+    auto& number = space.back_Axis().get_AxisValueChoice().get_AxisFloatingPointValue();
+    (void)number.set_FloatingPointValueType(value);
+    (void)number.set_AxisNominalMin(0);
+    (void)number.set_AxisNominalMax(1);
+  }
+  SaveOptions options;
+  options.is_exact = true;
+  options.is_indented = false;
+  std::string text;
+  ASSERT_EQ(saveString(space, text, nullptr, options), lmx::elmx_ok);
+  EXPECT_EQ(text.find('\n'), text.find("\n\t&amp;"));
+  for (const char* part : {"Name=\"a&#13;&#10;&#9;b\"", ">]]&gt;&#13;\n\t&amp;<",
+                           ">0.30000000000000004<", ">1e+22<", ">-0.0<", ">5e-324<"}) {
+    EXPECT_NE(text.find(part), text.npos) << part;
+  }
+  zol_v2::ColorSpaceGeneric again;
+  ASSERT_EQ(again.unmarshal(text), lmx::elmx_ok);
+  std::string same;
+  ASSERT_EQ(saveString(again, same, nullptr, options), lmx::elmx_ok);
+  EXPECT_EQ(same, text);
+
+  // The described form, with and without its lines.
+  options = {};
+  std::string described;
+  ASSERT_EQ(space.marshal(&described), lmx::elmx_ok);
+  ASSERT_EQ(saveString(space, text, nullptr, options), lmx::elmx_ok);
+  EXPECT_EQ(text, described);
+  options.is_checked = true;
+  SaveReport report;
+  EXPECT_EQ(saveString(space, text, &report, options), lmx::elmx_bad_attribute_value);
+  ASSERT_EQ(report.faults.size(), 5u);
+  EXPECT_EQ(report.faults[0].path, "ColorSpaceGeneric/@Name");
+  EXPECT_EQ(text, described);
+}
+
+TEST_F(Files, AreStampedUnlessToldNotTo) {
+  Zol document = made(1);
+  SaveOptions options;
+  options.is_stamped = false;
+  ASSERT_EQ(saveFile(document, dir_.wide("x.zolz"), nullptr, options), lmx::elmx_ok);
+  EXPECT_FALSE(document.get_Preamble().get_Header().isset_WriteSDKInformation());
+  ASSERT_EQ(saveFile(document, dir_.wide("x.zolz")), lmx::elmx_ok);
+  EXPECT_TRUE(document.get_Preamble().get_Header().isset_WriteSDKInformation());
 }
 
 }  // namespace

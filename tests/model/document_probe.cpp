@@ -2,6 +2,9 @@
 //
 //   document_probe faults   documents on standard input, each behind its size in bytes on a line of
 //                           its own; a line for each: code|item|line
+//   document_probe diagnose
+//                           the same documents, and for each a line with all that its report says:
+//                           code|item|line, and so on behind a tab
 //   document_probe write    one document on standard input, and what the library writes of it
 //
 // Every document is also read byte by byte, which must give the same, and by a reader that passes
@@ -10,6 +13,7 @@
 #include <iostream>
 #include <iterator>
 
+#include "facade/files.h"
 #include "model/Zol.h"
 #include "model/outcome.h"
 
@@ -72,6 +76,33 @@ int probe_all() {
   return 0;
 }
 
+// All faults of a report, which must begin with what a reader says, and end where that is all.
+int diagnose_all() {
+  std::string size;
+  while (std::getline(std::cin, size)) {
+    std::string bytes(std::stoul(size), '\0');
+    std::cin.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    zol_v2::Zol document;
+    zol_v2::LoadReport report;
+    const lmx::elmx_error code = zol_v2::openText(document, bytes, &report);
+    const bool is_told = report.faults.empty() ? code == lmx::elmx_ok
+                                               : report.faults.front().code == code &&
+                                                     report.faults.front().item == report.item;
+    if (!is_told) {
+      std::cerr << "the report does not begin with " << code << " of " << report.item << "\n"
+                << bytes;
+      return 1;
+    }
+    const char* separator = "";
+    for (const zol_v2::Fault& fault : report.faults) {
+      std::cout << separator << fault.code << '|' << fault.item << '|' << fault.place.line;
+      separator = "\t";
+    }
+    std::cout << '\n';
+  }
+  return 0;
+}
+
 int write() {
   const std::string bytes(std::istreambuf_iterator<char>(std::cin), {});
   lmx::elmx_error error = lmx::elmx_ok;
@@ -84,7 +115,8 @@ int write() {
 int main(int argc, char** argv) {
   const std::string task = argc == 2 ? argv[1] : "";
   if (task == "faults") return probe_all();
+  if (task == "diagnose") return diagnose_all();
   if (task == "write") return write();
-  std::cerr << "usage: document_probe faults|write\n";
+  std::cerr << "usage: document_probe faults|diagnose|write\n";
   return 2;
 }

@@ -35,7 +35,8 @@ constexpr Row Zol::k_rows[] = {
 constexpr Class Zol::k_class =
     Class("Zol", Shape::plain, 0, internal::making<Zol>())
         .with(k_rows, 0, 11, 0).wants(0x622, 0x426, 0x0, 0x672).keeping(offsetof(Zol, batch_))
-        .marked(Class::k_required_list | Class::k_wants_content | Class::k_names_namespaces)
+        .marked(
+            Class::k_required_list | Class::k_wants_content | Class::k_names_namespaces | Class::k_document)
         .about("The root.");
 Zol::Zol() { become(k_class); SdkStamp().stampRead(*this); }
 Zol::Zol(const Zol& other) : Zol() { internal::copy(*this, other, k_class); }
@@ -191,7 +192,7 @@ constexpr Class Round::k_class =
     Class("Round", Shape::wrapper, 11, internal::making<Round>())
         .derived_from(RoundType::k_class).wants(0x8, 0x8, 0x0, 0xe)
         .typed("RoundType", RoundType::id).of(internal::k_family<ShapeType>)
-        .marked(Class::k_wants_content | Class::k_names_namespaces);
+        .marked(Class::k_wants_content | Class::k_names_namespaces | Class::k_document);
 Round::Round() { become(k_class); }
 Round::Round(const Round& other) : RoundType(other) { become(k_class); }
 Round::~Round() = default;
@@ -201,7 +202,7 @@ constexpr Class Ring::k_class =
     Class("Ring", Shape::wrapper, 12, internal::making<Ring>())
         .derived_from(RingType::k_class).wants(0x18, 0x18, 0x0, 0x3e).nilled_by(5)
         .typed("RingType", RingType::id).of(internal::k_family<ShapeType>)
-        .marked(Class::k_wants_content | Class::k_names_namespaces);
+        .marked(Class::k_wants_content | Class::k_names_namespaces | Class::k_document);
 Ring::Ring() { become(k_class); }
 Ring::Ring(const Ring& other) : Ring() { internal::copy(*this, other, k_class); }
 Ring::~Ring() = default;

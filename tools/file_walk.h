@@ -1,0 +1,34 @@
+// The files that a command is given, those in folders too. The one place of the command that looks
+// into folders.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+// Gives one file after the other, and remembers no more than the folders on the way to it.
+class FileWalk {
+ public:
+  // Of a folder, if they are walked through, every file in it and below whose name ends in .zol or
+  // .zolz, in whatever letters, in the order of their names; what else is named is given as it is.
+  // Links to folders are not followed.
+  FileWalk(std::vector<std::string> arguments, bool is_recursive);
+
+  // False at the end. A folder that can't be read is given itself, for whoever tries to open it.
+  bool next(std::string* path);
+
+ private:
+  // What is left of a folder, the next one last.
+  struct Folder {
+    std::vector<std::string> files;
+  };
+  bool enter(const std::string& path);
+
+  std::vector<Folder> folders_;
+  bool is_recursive_;
+};
+
+bool is_folder(const std::string& path);
+
+// A file by a name in whatever bytes; false with the reason in `errno`.
+bool read_named_file(const std::string& path, std::string* bytes);

@@ -1,0 +1,35 @@
+#include "tools/judge.h"
+
+#include <limits>
+
+#include "facade/check.h"
+#include "tools/document_text.h"
+
+namespace {
+
+std::size_t limit_of(const JudgeOptions& options) {
+  return options.most_faults != 0 ? options.most_faults : std::numeric_limits<std::size_t>::max();
+}
+
+}  // namespace
+
+Verdict judge(const std::string& file, const JudgeOptions& options) {
+  DocumentSource source(file);
+  return judge(source, options);
+}
+
+Verdict judge(DocumentSource& source, const JudgeOptions& options) {
+  Verdict verdict;
+  verdict.file = source.path();
+  zol_v2::LoadOptions loading;
+  loading.most_faults = limit_of(options);
+  loading.strict = options.is_strict;
+  verdict.report = source.check(
+      loading, options.lints ? zol_v2::CheckLevel::warnings : zol_v2::CheckLevel::writing);
+  if (is_trouble(verdict.report)) {
+    verdict.status = ExitStatus::trouble;
+  } else if (verdict.report.code != lmx::elmx_ok) {
+    verdict.status = ExitStatus::fault;
+  }
+  return verdict;
+}
