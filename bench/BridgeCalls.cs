@@ -4,7 +4,11 @@
 
 using System;
 using System.Diagnostics;
-using ZolModule;
+
+namespace Bench
+{
+
+using Zol.Interop;
 
 internal static class BridgeCalls
 {
@@ -50,4 +54,6 @@ internal static class BridgeCalls
       if (double.IsNaN(sum)) Console.WriteLine(sum);
     }
   }
+}
+
 }

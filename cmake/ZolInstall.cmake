@@ -47,7 +47,7 @@ if(ZOL_BUILD_BRIDGE)
                 "${ZOL_GENERATED_DIR}/bridge/zol_exports.h"
           DESTINATION "${headers_dir}/bridge")
   if(ZOL_BUILD_MANAGED)
-    install(FILES "${ZOL_MANAGED_DIR}/Zol.dll" DESTINATION "${CMAKE_INSTALL_LIBDIR}/zol" OPTIONAL)
+    install(FILES "${ZOL_MANAGED_DIR}/Zol.Net.dll" DESTINATION "${CMAKE_INSTALL_LIBDIR}/zol" OPTIONAL)
   endif()
 endif()
 install(FILES "${ZOL_GENERATED_DIR}/zol.xsd" DESTINATION "${CMAKE_INSTALL_DATADIR}/xml/zol")

@@ -4,6 +4,7 @@
     bridge/exports_<table file>.cpp   their bodies
     bridge/zol_exports.txt            the names as a 32-bit Windows linker decorates them
     bridge/zol.def                    the module definition file of such a build
+    bridge/zol_model.h                the number of the tables that all of it was printed from
 
 What is exported is settled in exports.py.
 """
@@ -24,6 +25,7 @@ def emit(model):
         "bridge/zol_exports.h": emit_header(listed),
         "bridge/zol_exports.txt": "".join(f"{export.decorated}\n" for export in listed),
         "bridge/zol.def": emit_module_definition(listed),
+        "bridge/zol_model.h": emit_model_number(model),
     }
     for table in dict.fromkeys(export.table for export in listed):
         if table != HAND_WRITTEN:
@@ -69,6 +71,19 @@ def emit_module_definition(listed):
         """)
     for export in listed:
         out.raw(f"  {export.decorated}=_{export.decorated}")
+    return out.text()
+
+
+def emit_model_number(model):
+    out = Printer()
+    out.emit("""
+        $banner$
+        #pragma once
+
+        #define ZOL_MODEL_NUMBER $number$u
+        """, banner=BANNER.format(table="model/schema and bridge/values.api",
+                                  template="emit_bridge.py"),
+        number=f"{exports.model_number(model):#010x}")
     return out.text()
 
 

@@ -8,6 +8,7 @@ classes and of the smoke test all print this one list.
 import dataclasses
 import pathlib
 import re
+import zlib
 from typing import List, Optional
 
 from schema import SchemaError, Where
@@ -104,6 +105,17 @@ def all_exports(model):
             raise SchemaError(export.table, f"{export.name} would be exported twice")
         seen.add(export.name)
     return exports
+
+
+def model_number(model):
+    """Another one whenever a function, or the number of a class, a row or a value is."""
+    lines = [export.decorated for export in all_exports(model)]
+    for info in model.classes.values():
+        lines.append(f"{info.number} {info.name} {info.schema.base}")
+        lines += [f"{row.index} {row.kind} {row.name} {row.type} {row.low} {row.is_list} {row.enum}"
+                  for row in info.rows]
+    lines += [f"{enum.name} {' '.join(enum.values)}" for enum in model.enums.values()]
+    return zlib.crc32("\n".join(lines).encode())
 
 
 def qualified(name):

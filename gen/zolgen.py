@@ -8,6 +8,7 @@
     zolgen.py bridge-smoke --schema DIR --api FILE --out DIR   a test that calls them all
     zolgen.py bridge-calls --schema DIR --api FILE --out DIR   a table of them for the fuzzer
     zolgen.py managed --schema DIR --api FILE --out DIR    the C# classes over them
+    zolgen.py dotnet --schema DIR --out DIR                the classes that .NET programs work with
     zolgen.py model --schema DIR --list                    the files that would be written
 
 A file is touched only if its text changes, so that a build compiles no more than it must.
@@ -21,6 +22,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
 import emit_bridge  # noqa: E402
 import emit_calls  # noqa: E402
+import emit_dotnet  # noqa: E402
 import emit_managed  # noqa: E402
 import emit_model  # noqa: E402
 import emit_reference  # noqa: E402
@@ -34,6 +36,7 @@ EMITTERS = {
     "bridge": emit_bridge.emit,
     "bridge-calls": emit_calls.emit,
     "bridge-smoke": emit_smoke.emit,
+    "dotnet": emit_dotnet.emit,
     "managed": emit_managed.emit,
     "model": emit_model.emit,
     "reference": emit_reference.emit,

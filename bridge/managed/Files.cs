@@ -1,43 +1,64 @@
 using System;
+using System.Collections.Generic;
+using System.Runtime.InteropServices;
 
-namespace ZolModule
+namespace Zol.Interop
 {
   /// <summary>How a file operation ended.</summary>
   public sealed class FileReport
   {
+    /// <summary>0, or that of the first fault.</summary>
     public elmx_error Code { get; private set; }
-    /// <summary>Where reading stopped; 0 if no text was read.</summary>
-    public int Line { get; private set; }
-    /// <summary>The element or attribute concerned; null if there is none.</summary>
-    public string Item { get; private set; }
     /// <summary>For people; null if all is well.</summary>
     public string Message { get; private set; }
     /// <summary>The number of the archive's failure, if there was one.</summary>
     public int ArchiveCause { get; private set; }
+    /// <summary>All that is wrong with the text, in its order.</summary>
+    public IList<ZolFault> Faults { get; private set; }
+    /// <summary>Where the first fault stands; 0 if no text was read.</summary>
+    public int Line { get { return Faults.Count == 0 ? 0 : Faults[0].Line; } }
+    /// <summary>The element or attribute of the first fault; null if there is none.</summary>
+    public string Item { get { return Faults.Count == 0 ? null : Faults[0].Item; } }
 
-    internal FileReport(Native.Report report)
+    internal FileReport(IntPtr given) : this(given, null) { }
+
+    /// <param name="given">An outcome, which is freed.</param>
+    /// <param name="use">Sees it before.</param>
+    internal FileReport(IntPtr given, Action<Native.Outcome> use)
     {
-      Code = (elmx_error)report.Code;
-      Line = report.Line;
-      ArchiveCause = report.ArchiveCause;
-      Item = report.Item == IntPtr.Zero ? null : Text.Take(report.Item);
-      Message = report.Message == IntPtr.Zero ? null : Text.Take(report.Message);
+      if (given == IntPtr.Zero) throw new OutOfMemoryException();
+      try
+      {
+        var outcome = Marshal.PtrToStructure<Native.Outcome>(given);
+        Code = (elmx_error)outcome.Code;
+        ArchiveCause = outcome.ArchiveCause;
+        Message = Text.Read(outcome.Message);
+        var faults = new ZolFault[outcome.FaultCount];
+        int size = Marshal.SizeOf<Native.Fault>();
+        for (int i = 0; i < faults.Length; ++i)
+        {
+          IntPtr at = new IntPtr(outcome.Faults.ToInt64() + (long)i * size);
+          faults[i] = new ZolFault(Marshal.PtrToStructure<Native.Fault>(at));
+        }
+        Faults = Array.AsReadOnly(faults);
+        if (use != null) use(outcome);
+      }
+      finally { Native.zol_outcome_free(given); }
     }
-  }
 
-  /// <summary>A file operation that failed.</summary>
-  public sealed class ZolException : Exception
-  {
-    public FileReport Report { get; private set; }
-
-    internal ZolException(FileReport report) : base(report.Message) { Report = report; }
+    internal void ThrowIfFailed()
+    {
+      if (Code != elmx_error.elmx_ok) throw new ZolException(this);
+    }
   }
 
   public partial class Zol
   {
     /// <summary>The document in a file, .zol or .zolz.</summary>
+    /// <exception cref="ZolException">There is none.</exception>
     public static Zol Open(string path)
     {
+      if (path == null) throw new ArgumentNullException(nameof(path));
       Zol zol = new Zol();
       FileReport report = zol.openFile(path);
       if (report.Code == elmx_error.elmx_ok) return zol;
@@ -46,27 +67,21 @@ namespace ZolModule
     }
 
     /// <summary>Replaces a file when the new one is complete, or leaves it as it was.</summary>
-    public void Save(string path)
-    {
-      FileReport report = saveFile(path);
-      if (report.Code != elmx_error.elmx_ok) throw new ZolException(report);
-    }
+    /// <exception cref="ZolException">It could not be written.</exception>
+    public void Save(string path) { saveFile(path).ThrowIfFailed(); }
 
     /// <summary>
     /// Makes this the document in the file; after a failure it is what it was before.
     /// </summary>
     public FileReport openFile(string path)
     {
-      Native.Report report;
-      Native.zol_open_file(Self, path, out report);
-      return new FileReport(report);
+      return Measured(new FileReport(Native.zol_open(Self, path ?? "", null, 0)));
     }
 
+    /// <summary>Replaces a file when the new one is complete, or leaves it as it was.</summary>
     public FileReport saveFile(string path)
     {
-      Native.Report report;
-      Native.zol_save_file(Self, path, out report);
-      return new FileReport(report);
+      return new FileReport(Native.zol_save(Self, path ?? ""));
     }
 
     /// <summary>
@@ -75,9 +90,7 @@ namespace ZolModule
     /// </summary>
     public elmx_error loadFile(string path)
     {
-      Native.Report report;
-      Native.zol_load_file(Self, path, out report);
-      return new FileReport(report).Code;
+      return Measured((elmx_error)Native.zol_load_file(Self, path, IntPtr.Zero));
     }
 
     /// <summary>
@@ -86,9 +99,7 @@ namespace ZolModule
     /// </summary>
     public elmx_error writeFile(string path)
     {
-      Native.Report report;
-      Native.zol_write_file(Self, path, out report);
-      return new FileReport(report).Code;
+      return (elmx_error)Native.zol_write_file(Self, path, IntPtr.Zero);
     }
   }
 }

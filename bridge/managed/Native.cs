@@ -1,7 +1,8 @@
 using System;
+using System.Globalization;
 using System.Runtime.InteropServices;
 
-namespace ZolModule
+namespace Zol.Interop
 {
   internal static partial class Native
   {
@@ -40,28 +41,81 @@ namespace ZolModule
     [DllImport(Library)]
     internal static extern void zol_text_free(IntPtr text);
 
+    [DllImport(Library, CharSet = CharSet.Unicode)]
+    internal static extern int zol_load_file(HandleRef zol, string path, IntPtr report);
+    [DllImport(Library, CharSet = CharSet.Unicode)]
+    internal static extern int zol_write_file(HandleRef zol, string path, IntPtr report);
+
+    /// <summary>One thing that is wrong, as native code tells it.</summary>
     [StructLayout(LayoutKind.Sequential)]
-    internal struct Report
+    internal struct Fault
     {
       internal int Code;
-      internal int Line;
-      internal int ArchiveCause;
+      internal ulong Line;
+      internal ulong Column;
+      internal IntPtr Path;
       internal IntPtr Item;
+      internal IntPtr Found;
+      internal IntPtr Expected;
       internal IntPtr Message;
     }
 
+    [StructLayout(LayoutKind.Sequential)]
+    internal struct Outcome
+    {
+      internal int Code;
+      internal int ArchiveCause;
+      internal uint FaultCount;
+      internal uint Reserved;
+      internal IntPtr Faults;
+      internal IntPtr Message;
+      internal IntPtr Bytes;
+      internal ulong Size;
+    }
+
     [DllImport(Library, CharSet = CharSet.Unicode)]
-    internal static extern int zol_open_file(HandleRef zol, string path, out Report report);
+    internal static extern IntPtr zol_open(HandleRef zol, string path, byte[] bytes, ulong size);
     [DllImport(Library, CharSet = CharSet.Unicode)]
-    internal static extern int zol_save_file(HandleRef zol, string path, out Report report);
-    [DllImport(Library, CharSet = CharSet.Unicode)]
-    internal static extern int zol_load_file(HandleRef zol, string path, out Report report);
-    [DllImport(Library, CharSet = CharSet.Unicode)]
-    internal static extern int zol_write_file(HandleRef zol, string path, out Report report);
+    internal static extern IntPtr zol_save(HandleRef zol, string path);
+    [DllImport(Library)]
+    internal static extern void zol_outcome_free(IntPtr outcome);
+
+    [DllImport(Library)]
+    private static extern uint zol_version();
+    [DllImport(Library)]
+    private static extern uint zol_model();
+    [DllImport(Library)]
+    internal static extern uint zol_type_of(HandleRef self);
+    [DllImport(Library)]
+    internal static extern ulong zol_memory(IntPtr self);
+    [DllImport(Library)]
+    internal static extern void zol_delete(IntPtr self);
+    [DllImport(Library)]
+    internal static extern int zol_put_child(HandleRef holder, uint row, HandleRef value);
+    [DllImport(Library)]
+    internal static extern IntPtr zol_texts(HandleRef self, uint row);
+    [DllImport(Library)]
+    internal static extern uint zol_moments(HandleRef self, uint row, [Out] Moment[] values,
+                                            uint max);
+    [DllImport(Library)]
+    internal static extern void zol_datetime_get(HandleRef datetime, out Moment value);
+    [DllImport(Library)]
+    internal static extern int zol_datetime_set(HandleRef datetime, ref Moment value);
+    [DllImport(Library)]
+    internal static extern uint zol_binary_bytes(HandleRef binary, [Out] byte[] bytes, uint max);
+    [DllImport(Library)]
+    internal static extern IntPtr zol_any_text(HandleRef revision, uint index, out IntPtr fullName,
+                                               out IntPtr namespaceUri);
+    [DllImport(Library)]
+    internal static extern uint zol_spectrum_points(HandleRef spectrum, [Out] double[] wavelengths,
+                                                    [Out] double[] values, uint max);
+    [DllImport(Library)]
+    internal static extern int zol_set_spectrum(HandleRef spectrum, double[] wavelengths,
+                                                double[] values, uint count, out uint wrong);
 
     // The native side keeps the addresses of these for as long as the process lives.
     private static readonly ExceptionCallback exception =
-      message => Pending.Raise(new ApplicationException(Text.Read(message)));
+      message => Pending.Raise(new InvalidOperationException(Text.Read(message)));
     private static readonly ArgumentCallback argument =
       (message, name) => Pending.Raise(new ArgumentException(Text.Read(message), Text.Read(name)));
     private static readonly ArgumentCallback argumentNull =
@@ -74,10 +128,31 @@ namespace ZolModule
 
     static Native()
     {
+      RefuseOtherLibrary();
       RegisterExceptions(exception, exception, exception, exception, exception, exception,
                          exception, exception, exception, exception, exception);
       RegisterArguments(argument, argumentNull, argumentOutOfRange);
       RegisterText(text);
+    }
+
+    private static void RefuseOtherLibrary()
+    {
+      uint version, model;
+      try
+      {
+        version = zol_version();
+        model = zol_model();
+      }
+      catch (EntryPointNotFoundException)
+      {
+        throw new NotSupportedException("The native library zol is older than this assembly.");
+      }
+      if (model == Model) return;
+      System.Version mine = typeof(Native).Assembly.GetName().Version;
+      throw new NotSupportedException(string.Format(
+        CultureInfo.InvariantCulture,
+        "The native library zol {0}.{1}.{2} does not fit this assembly, which is {3}.",
+        version >> 16, version >> 8 & 255, version & 255, mine.ToString(3)));
     }
   }
 

@@ -2,7 +2,7 @@ using System;
 using System.Runtime.InteropServices;
 using System.Text;
 
-namespace ZolModule
+namespace Zol.Interop
 {
   /// <summary>Text on its way across the boundary.</summary>
   internal static class Text
@@ -21,6 +21,13 @@ namespace ZolModule
       if (given == IntPtr.Zero) throw new OutOfMemoryException();
       try { return Decoded(given, checked((int)Native.zol_text_bytes(given))); }
       finally { Native.zol_text_free(given); }
+    }
+
+    /// <summary>UTF-8 texts that a function gave in one block, each with its terminator.</summary>
+    internal static string[] TakeAll(IntPtr given)
+    {
+      string all = TakeNarrow(given);
+      return all.Length == 0 ? Array.Empty<string>() : all.Substring(0, all.Length - 1).Split('\0');
     }
 
     /// <summary>UTF-8 with its terminator; null stays null, for the function to refuse.</summary>
@@ -44,11 +51,11 @@ namespace ZolModule
     internal static uint Size(byte[] bytes) { return bytes == null ? 0 : (uint)bytes.Length; }
 
     /// <summary>Refuses a place past the end, for which the function would throw.</summary>
-    internal static void Position(string text, uint position)
+    internal static void Position(string text, uint pos)
     {
-      if (text != null && position > Encoding.UTF8.GetByteCount(text))
+      if (text != null && pos > Encoding.UTF8.GetByteCount(text))
       {
-        throw new ArgumentOutOfRangeException("pos");
+        throw new ArgumentOutOfRangeException(nameof(pos));
       }
     }
 

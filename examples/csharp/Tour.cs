@@ -5,7 +5,13 @@
 
 using System;
 using System.IO;
-using ZolModule;
+
+namespace ColourTour
+{
+
+// Inside of the namespace, where the class Zol comes before the namespace Zol.
+using Zol.Interop;
+using ZolException = global::Zol.ZolException;
 
 internal static class Tour
 {
@@ -27,9 +33,8 @@ internal static class Tour
       catch (ZolException exception)
       {
         ++failures;
-        FileReport report = exception.Report;
-        Console.Error.WriteLine("{0}: line {1}, {2}: {3} ({4})", arguments[i], report.Line,
-                                report.Item ?? "document", report.Message, (int)report.Code);
+        Console.Error.WriteLine("{0}: line {1}, {2}: {3} ({4})", arguments[i], exception.Line,
+                                exception.Item ?? "document", exception.Message, exception.Code);
       }
     }
     return failures == 0 ? 0 : 1;
@@ -79,7 +84,6 @@ internal static class Tour
     Console.Write("      {0}", color.get_ColorName());
     for (uint i = 0; i < color.size_ColorSpace(); ++i)
     {
-      // get_ of an alternative chooses it, so ask first which one it is.
       sg_ColorSpace space = color.get_ColorSpace(i);
       switch (space.getchosen())
       {
@@ -89,10 +93,10 @@ internal static class Tour
           break;
         case sg_ColorSpace.elmx_chosen.chosen_ColorSpaceSpectral:
           ColorSpaceSpectralType spectrum = space.get_ColorSpaceSpectral();
-          uint points = spectrum.size_ReflectancePoint();
-          Console.Write("  {0} points from {1} to {2} nm", points,
-                        spectrum.get_ReflectancePoint(0).get_Wavelength(),
-                        spectrum.back_ReflectancePoint().get_Wavelength());
+          double[] wavelengths, values;
+          spectrum.get_points(out wavelengths, out values);
+          Console.Write("  {0} points from {1} to {2} nm", values.Length, wavelengths[0],
+                        wavelengths[wavelengths.Length - 1]);
           break;
         default:
           Console.Write("  {0}", space.getchosen().ToString().Replace("chosen_ColorSpace", ""));
@@ -109,7 +113,7 @@ internal static class Tour
     using (c_datetime now = new c_datetime(Moment))
     {
       Expect(color.append_ChangeHistory(now));
-      ColorSpaceCIELabType lab = color.append_ColorSpace().get_ColorSpaceCIELab();
+      ColorSpaceCIELabType lab = color.append_ColorSpace().make_ColorSpaceCIELab();
       // What a colour space has as a ColorSpaceType comes with its base class.
       Expect(lab.append_ChangeHistory(now));
       lab.get_ColorSpaceSpecificationSpectrumTristimulus()
@@ -124,4 +128,6 @@ internal static class Tour
   {
     if (code != elmx_error.elmx_ok) throw new InvalidOperationException(code.ToString());
   }
+}
+
 }

@@ -453,7 +453,8 @@ constexpr Making making() {
           []() -> const Object& {
             static const T object;
             return object;
-          }};
+          },
+          sizeof(T)};
 }
 
 template <class Root>

@@ -249,6 +249,7 @@ struct Making {
   Object* (*make)(lmx::internal::Pool* pool);  // in the pool unless it is null
   Object* (*copy)(const Object& other);        // as this class, whatever the other is
   const Object& (*empty)();  // one that was never touched; it lives as long as the library
+  std::size_t size;          // of an object, without what it points to
 };
 
 struct Class {

@@ -14,6 +14,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 GOLDEN = ROOT / "gen" / "golden"
 sys.path.insert(0, str(ROOT / "gen"))
 
+import emit_dotnet  # noqa: E402
 import resolve  # noqa: E402
 import schema  # noqa: E402
 import zolgen  # noqa: E402
@@ -88,6 +89,17 @@ class FaultsTest(unittest.TestCase):
                     resolve.Model(rows)
                 self.assertIn(f"bad.rows:{line}: ", str(caught.exception))
                 self.assertIn(reason, str(caught.exception))
+
+    def test_names_that_are_one_in_another_language_are_refused(self):
+        for text, reason in (("plain A\nplain AType", "C# has A twice"),
+                             ("plain A\n  elem  A  string  1", "C# has A.A twice"),
+                             ("plain A\n  elem  x  int  1\n  elem  X  int  1", "C# has A.X twice"),
+                             ("enum E\n  a-b\n  a_b", "C# has a value of E twice")):
+            with self.subTest(text):
+                rows = schema.Schema()
+                schema.read_text(rows, "bad.rows", text)
+                with self.assertRaisesRegex(schema.SchemaError, reason):
+                    emit_dotnet.emit(resolve.Model(rows))
 
     def test_the_command_fails_with_the_complaint(self):
         with tempfile.TemporaryDirectory() as directory:

@@ -12,11 +12,19 @@ using System.Linq;
 using System.Reflection;
 using System.Runtime.CompilerServices;
 using System.Runtime.InteropServices;
-using ZolModule;
-using Process = System.Diagnostics.Process;
-using Version = ZolModule.Version;
 
-internal static class ManagedTests
+namespace ManagedTests
+{
+
+// Inside of the namespace, where they come before the namespace Zol.
+using Zol.Interop;
+using ErrorCode = global::Zol.ErrorCode;
+using Process = System.Diagnostics.Process;
+using Version = Zol.Interop.Version;
+using ZolDateTime = global::Zol.ZolDateTime;
+using ZolException = global::Zol.ZolException;
+
+internal static class Program
 {
   private static string resave, documents, scratch;
   private static int failures;
@@ -43,6 +51,13 @@ internal static class ManagedTests
     Run(KeepsParentsAlive);
     Run(RefusesDisposedProxies);
     Run(FinalizesWhatWasNotDisposed);
+    Run(CollectsLostDocuments);
+    Run(LetsFinalizersUseTheirDocuments);
+    Run(KnowsTheTypeOfWhatItFinds);
+    Run(KeepsTheRowsOfDerivedTypes);
+    Run(ReadingChangesNothing);
+    Run(GivesWholeValues);
+    Run(ShowsNoAddresses);
     Run(TextLeavesNoMemoryBehind);
     Directory.Delete(scratch, true);
     Console.WriteLine(failures == 0 ? "all passed" : failures + " failed");
@@ -97,9 +112,9 @@ internal static class ManagedTests
 
   private static void FindsEveryExport()
   {
-    const int Helpers = 6;  // zol_..., beside the exports
+    const int Helpers = 21;  // zol_..., beside the exports
     int found = 0;
-    Type native = assembly.GetType("ZolModule.Native");
+    Type native = assembly.GetType("Zol.Interop.Native");
     foreach (MethodInfo import in native.GetMethods(BindingFlags.Static | BindingFlags.NonPublic))
     {
       if (!import.IsDefined(typeof(DllImportAttribute), false)) continue;
@@ -142,8 +157,7 @@ internal static class ManagedTests
       {
         foreach (MethodInfo method in type.GetMethods(Own))
         {
-          // Addresses come from native code, and id_set would outlive the test.
-          if (method.GetParameters().Any(p => p.ParameterType == typeof(IntPtr))) continue;
+          // What id_set sets would outlive the test.
           if (new[] { "id_set", "Open", "Save" }.Contains(method.Name)) continue;
           Call(target, method);
           ++calls;
@@ -217,8 +231,8 @@ internal static class ManagedTests
     try { Zol.Open(Scratch("absent.zol")).Dispose(); Fail("opened nothing"); }
     catch (ZolException exception)
     {
-      Same(elmx_error.elmx_no_file, exception.Report.Code, "code of no file");
-      Same(exception.Message, exception.Report.Message, "message of no file");
+      Same(ErrorCode.NoFile, exception.Code, "code of no file");
+      Same(0, exception.Line, "line of no file");
     }
     using (Zol document = new Zol())
     {
@@ -314,9 +328,15 @@ internal static class ManagedTests
     {
       Throws<ArgumentOutOfRangeException>(null, () => header.get_ChangeHistory(0));
       Throws<ArgumentOutOfRangeException>(null, () => header.back_CustomAttribute());
-      header.delete_CustomAttribute(7);
-      Same("", header.get_CustomAttribute(2).get_Name(), "an element that grew");
-      Same(3u, header.size_CustomAttribute(), "size");
+      Throws<ArgumentOutOfRangeException>(null, () => header.delete_CustomAttribute(0));
+      Throws<ArgumentOutOfRangeException>(null, () => header.delete_ChangeHistory(7));
+      Throws<ArgumentOutOfRangeException>(null, () => header.get_CustomAttribute(uint.MaxValue));
+      Throws<ArgumentOutOfRangeException>(null, () => header.insert_CustomAttribute(1));
+      Same(0u, header.size_CustomAttribute(), "size");
+      header.insert_CustomAttribute(0);
+      Throws<ArgumentOutOfRangeException>(
+        null, () => header.assign_CustomAttribute(1, header.get_CustomAttribute(0)));
+      Same(1u, header.size_CustomAttribute(), "size");
     }
     using (Version version = new Version())
     {
@@ -360,9 +380,10 @@ internal static class ManagedTests
   {
     using (sg_ColorSpace space = new sg_ColorSpace())
     {
+      Same(null, space.get_ColorSpaceRGB(), "an alternative that is not chosen");
       Same(sg_ColorSpace.elmx_chosen.chosen_none, space.getchosen(), "nothing");
       Same(29, (int)space.getchosen(), "the number of nothing");
-      space.get_ColorSpaceRGB();
+      space.make_ColorSpaceRGB();
       Same(sg_ColorSpace.elmx_chosen.chosen_ColorSpaceRGB, space.getchosen(), "RGB");
     }
     using (CalibrationStateType state = new CalibrationStateType())
@@ -418,7 +439,9 @@ internal static class ManagedTests
   private static void KeepsParentsAlive()
   {
     ColorType color = ColourOfLostDocument();
-    OwnerType owner = color.get_Owner();
+    Same(null, color.get_Owner(), "an owner that nobody set");
+    Same(false, color.isset_Owner(), "reading");
+    OwnerType owner = color.make_Owner();
     Collect();
     for (int i = 0; i < 1000; ++i) new Zol().append_Color().set_ColorName("elsewhere");
     Collect();
@@ -474,6 +497,208 @@ internal static class ManagedTests
     if (growth > 40000) Fail(growth + " KiB stay after 200 lost documents of a megabyte");
   }
 
+  private static void CollectsLostDocuments()
+  {
+    // Each takes some megabytes from the heap of which the collector sees nothing.
+    string sample = Sample("named-colours");
+    long growth = Growth(() => { for (int i = 0; i < 150; ++i) Zol.Open(sample); });
+    if (growth > 150000) Fail(growth + " KiB stay after 150 lost documents");
+  }
+
+  private sealed class Report
+  {
+    internal static string Last;
+    private readonly Zol document = new Zol();
+
+    internal Report() { document.append_Color().set_ColorName("the last of its kind"); }
+    ~Report()
+    {
+      try { Last = document.get_Color(0).get_ColorName(); }
+      catch (ObjectDisposedException) { Last = "ended too early"; }
+    }
+  }
+
+  [MethodImpl(MethodImplOptions.NoInlining)]
+  private static void LoseReports()
+  {
+    for (int i = 0; i < 1000; ++i) new Report();
+  }
+
+  private static void LetsFinalizersUseTheirDocuments()
+  {
+    LoseReports();
+    Collect();
+    Same("the last of its kind", Report.Last, "what the last finalizer read");
+  }
+
+  private static IEnumerable<sg_ColorSpace> Spaces(Zol document)
+  {
+    for (uint i = 0; i < document.size_Color(); ++i)
+    {
+      ColorType color = document.get_Color(i);
+      for (uint j = 0; j < color.size_ColorSpace(); ++j) yield return color.get_ColorSpace(j);
+    }
+  }
+
+  private static void KnowsTheTypeOfWhatItFinds()
+  {
+    using (Zol document = Zol.Open(Sample("quality-control")))
+    {
+      FunctionType function = document.get_ColorQualityControl(0).get_Tolerance(1).get_Function()
+                                      .get_Function();
+      var tolerance = function as FunctionTolerance;
+      Same(true, tolerance != null && tolerance.size_Parameters() > 0, "rows of the derived type");
+      Same("FunctionTolerance", function.clone().GetType().Name, "a clone");
+    }
+    using (Zol document = Zol.Open(Sample("coverage-spaces")))
+    {
+      var extended = Spaces(document).Select(space => space.get_ColorSpaceCMYK())
+                                     .OfType<ColorSpaceCMYKPlusNType>();
+      Same(true, extended.Any(space => space.size_Color() > 0), "CMYK that is CMYK plus N");
+    }
+    using (ColorSpaceType made = ColorSpaceType.factory(1000, "ColorSpaceRGBType"))
+    {
+      Same(true, made is ColorSpaceRGBType, "what a factory made");
+    }
+  }
+
+  private static void KeepsTheRowsOfDerivedTypes()
+  {
+    using (Zol document = Zol.Open(Sample("quality-control")))
+    using (FunctionTolerance tolerance = new FunctionTolerance())
+    {
+      sg_Function holder = document.get_ColorQualityControl(0).get_Tolerance(1).get_Function();
+      string before = holder.get_Function().GetType().Name;
+      tolerance.set_ToleranceType("DE00");
+      tolerance.append_Parameters().set_LowValue(0.5);
+      Throws<ArgumentException>("adopt_Function keeps them",
+                                () => holder.assign_Function(tolerance));
+      Same(before, holder.get_Function().GetType().Name, "what was refused");
+      Same(elmx_error.elmx_ok, holder.adopt_Function(tolerance), "adopt");
+      Same(elmx_error.elmx_ok, holder.adopt_Function(holder.get_Function()), "adopt its own");
+      document.Save(Scratch("adopted.zol"));
+      using (Zol again = Zol.Open(Scratch("adopted.zol")))
+      {
+        var read = (FunctionTolerance)again.get_ColorQualityControl(0).get_Tolerance(1)
+                                           .get_Function().get_Function();
+        Same("DE00", read.get_ToleranceType(), "a row of the derived type");
+        Same(0.5, read.get_Parameters(0).get_LowValue(), "another one");
+      }
+    }
+  }
+
+  // Calls every getter below an object.
+  private static int Read(Proxy proxy)
+  {
+    int count = 1;
+    foreach (MethodInfo method in proxy.GetType().GetMethods())
+    {
+      if (!method.Name.StartsWith("get_") || method.Name == "get_any") continue;
+      ParameterInfo[] wanted = method.GetParameters();
+      if (wanted.Length > 1 || wanted.Any(p => p.IsOut)) continue;
+      object size = wanted.Length == 0 ? 1u : proxy.GetType()
+        .GetMethod("size_" + method.Name.Substring("get_".Length)).Invoke(proxy, null);
+      for (uint i = 0; i < (uint)size; ++i)
+      {
+        object[] arguments = wanted.Length == 0 ? null : new object[] { i };
+        Proxy child = method.Invoke(proxy, arguments) as Proxy;
+        if (child != null && !(child is c_datetime)) count += Read(child);
+      }
+    }
+    return count;
+  }
+
+  private static void ReadingChangesNothing()
+  {
+    foreach (string sample in Samples().Where(s => new FileInfo(s).Length < 200000))
+    {
+      using (Zol document = Zol.Open(sample))
+      {
+        // What was saved says when; the next one says no less.
+        document.Save(Scratch("before.zol"));
+        if (Read(document) < 50) Fail("nothing was read of " + sample);
+        document.Save(Scratch("after.zol"));
+        Same(File.ReadAllText(Scratch("before.zol")), File.ReadAllText(Scratch("after.zol")), sample);
+      }
+    }
+    using (ColorType color = new ColorType())
+    {
+      Same(null, color.get_Owner(), "an owner");
+      Same(null, color.get_Substrate(), "a substrate");
+      Throws<ArgumentOutOfRangeException>(null, () => color.get_TagValues(0));
+    }
+  }
+
+  private static void GivesWholeValues()
+  {
+    byte[] bytes = Enumerable.Range(0, 1000).Select(i => (byte)i).ToArray();
+    using (c_binary binary = new c_binary(bytes))
+    using (ProfileFile file = new ProfileFile())
+    {
+      file.set_ProfileFile(binary);
+      Same(true, file.get_ProfileFile().get_bytes().SequenceEqual(bytes), "bytes");
+    }
+    using (c_binary binary = new c_binary()) Same(0, binary.get_bytes().Length, "no bytes");
+
+    using (Zol document = Zol.Open(Sample("coverage-frame")))
+    {
+      Revision revision = document.get_Preamble().get_Header().get_Revision(0);
+      string name, uri;
+      Same(true, revision.get_any(0, out name, out uri).Contains("All"), "text");
+      Same("http://example.org/approval", uri, "namespace");
+      Same("a:approval", name, "name");
+      Throws<ArgumentOutOfRangeException>(
+        null, () => revision.get_any(revision.size_any(), out name, out uri));
+    }
+    using (ColorType color = new ColorType())
+    {
+      string[] words = { "warm", "", "\U0001F308" };
+      Same(0, color.all_SemanticAssociation().Length, "no texts");
+      foreach (string word in words) color.append_SemanticAssociation(word);
+      Same(true, words.SequenceEqual(color.all_SemanticAssociation()), "texts");
+
+      var moment = new ZolDateTime(new DateTimeOffset(2026, 1, 2, 3, 4, 5, TimeSpan.FromHours(-5)));
+      using (c_datetime date = new c_datetime(moment)) color.append_ChangeHistory(date);
+      Same("2026-01-02T03:04:05-05:00", color.get_ChangeHistory(0).get_as_string(), "a date");
+      Same(moment, color.all_ChangeHistory().Single(), "dates");
+      Throws<ArgumentException>(
+        null, () => new c_datetime(new ZolDateTime(2026, 1, 2, 3, 4, 5, 100 * 60)));
+    }
+    using (var spectrum = new ColorSpaceSpectralType())
+    {
+      double[] nm = Enumerable.Range(0, 36).Select(i => 380.0 + 10 * i).ToArray();
+      double[] factors = nm.Select(w => w / 1000).ToArray(), left, right;
+      Same(elmx_error.elmx_ok, spectrum.set_points(nm, factors), "points");
+      spectrum.get_points(out left, out right);
+      Same(true, left.SequenceEqual(nm) && right.SequenceEqual(factors), "points");
+      Same(0.39, spectrum.get_ReflectancePoint(1).get_ReflectancePointType(), "one of them");
+      Same(elmx_error.elmx_value_too_big,
+           spectrum.set_points(new[] { 400.0, 410.0 }, new[] { 0.5, 10.0 }), "a wrong one");
+      Same(36u, spectrum.size_ReflectancePoint(), "what was refused");
+      Same(elmx_error.elmx_ok, spectrum.set_points(new[] { 400.0 }, new[] { 0.5 }), "fewer");
+      Same(1u, spectrum.size_ReflectancePoint(), "fewer");
+    }
+  }
+
+  private static void ShowsNoAddresses()
+  {
+    const BindingFlags All = BindingFlags.Public | BindingFlags.Instance | BindingFlags.Static;
+    foreach (Type type in assembly.GetExportedTypes())
+    {
+      var shown = type.GetMethods(All).SelectMany(m => m.GetParameters().Select(p => p.ParameterType)
+                                                        .Concat(new[] { m.ReturnType }))
+        .Concat(type.GetConstructors(All).SelectMany(c => c.GetParameters())
+                                         .Select(p => p.ParameterType))
+        .Concat(type.GetFields(All).Select(f => f.FieldType));
+      if (shown.Contains(typeof(IntPtr)) && !typeof(Delegate).IsAssignableFrom(type))
+      {
+        Fail(type + " shows an address");
+      }
+    }
+    Same(new System.Version(2, 1, 0, 0), assembly.GetName().Version, "version");
+    Same("Zol.Net", assembly.GetName().Name, "name");
+  }
+
   private static void TextLeavesNoMemoryBehind()
   {
     using (Header header = new Header())
@@ -486,4 +711,6 @@ internal static class ManagedTests
       if (growth > 8000) Fail(growth + " KiB stay after 100,000 texts of 2 KB");
     }
   }
+}
+
 }
