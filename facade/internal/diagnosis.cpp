@@ -1741,9 +1741,9 @@ std::string excerpt(std::string_view utf8) {
   return text;
 }
 
-Diagnosis diagnose(std::string_view bytes, std::size_t limit, Zol* tree) {
+Diagnosis diagnose(std::string_view bytes, const Class& type, std::size_t limit, Object* tree) {
   Diagnosis diagnosis;
-  Walk(bytes, limit, &diagnosis).run(Zol::k_class, tree);
+  Walk(bytes, limit, &diagnosis).run(type, tree);
   return diagnosis;
 }
 
