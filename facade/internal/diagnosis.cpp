@@ -499,7 +499,8 @@ void Walk::note_unknown(const Level& level, elmx_error code, std::string_view it
   const std::string local = get_local_name();
   sort_by_distance(local, &allowed);
   if (!meant.empty()) {
-    allowed.erase(std::remove(allowed.begin(), allowed.end(), meant), allowed.end());
+    const auto found = std::find(allowed.begin(), allowed.end(), meant);
+    if (found != allowed.end()) allowed.erase(found);
     allowed.emplace(allowed.begin(), meant);
   }
   if (!is_ours()) {

@@ -85,10 +85,9 @@ int diagnose_all() {
     zol_v2::Zol document;
     zol_v2::LoadReport report;
     const lmx::elmx_error code = zol_v2::openText(document, bytes, &report);
-    const bool is_told = report.faults.empty()
-                             ? code == lmx::elmx_ok
-                             : report.faults.front().code == code &&
-                                   report.faults.front().item == report.item;
+    const bool is_told = report.faults.empty() ? code == lmx::elmx_ok
+                                               : report.faults.front().code == code &&
+                                                     report.faults.front().item == report.item;
     if (!is_told) {
       std::cerr << "the report does not begin with " << code << " of " << report.item << "\n"
                 << bytes;
