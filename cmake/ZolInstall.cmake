@@ -13,8 +13,24 @@ install(TARGETS zol EXPORT ZolTargets
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 
+# The library beside it finds the one that it stands on in its own directory.
+if(ZOL_BUILD_COLORIMETRY)
+  target_include_directories(zolcolor PUBLIC "$<INSTALL_INTERFACE:${headers_dir}>")
+  if(UNIX AND NOT APPLE)
+    set_target_properties(zolcolor PROPERTIES INSTALL_RPATH "$ORIGIN")
+  endif()
+  install(TARGETS zolcolor EXPORT ZolTargets
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endif()
+
 # The public headers of each room, and those of its inner ones that they include.
-foreach(room lmx zip model facade)
+set(rooms_with_headers lmx zip model facade)
+if(ZOL_BUILD_COLORIMETRY)
+  list(APPEND rooms_with_headers colorimetry)
+endif()
+foreach(room IN LISTS rooms_with_headers)
   file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${room}/*.h")
   install(FILES ${headers} DESTINATION "${headers_dir}/${room}")
 endforeach()
@@ -57,13 +73,18 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/ZolConfig.cmake"
               "${CMAKE_CURRENT_BINARY_DIR}/ZolConfigVersion.cmake"
         DESTINATION "${package_dir}")
 
-# pkg-config zol. The paths follow from where the file stands, so that the copy can be moved.
+# pkg-config zol and zolcolor. The paths follow from where the file stands, so that the copy can be moved.
 set(pkgconfig_dir "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig")
 file(RELATIVE_PATH pc_libdir "${pkgconfig_dir}" "${CMAKE_INSTALL_FULL_LIBDIR}")
 file(RELATIVE_PATH pc_includedir "${pkgconfig_dir}" "${CMAKE_INSTALL_FULL_INCLUDEDIR}/zol")
 configure_file(cmake/zol.pc.in zol.pc @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zol.pc"
         DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+if(ZOL_BUILD_COLORIMETRY)
+  configure_file(cmake/zolcolor.pc.in zolcolor.pc @ONLY)
+  install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zolcolor.pc"
+          DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endif()
 
 # cpack: a Debian package, and an archive.
 set(CPACK_PACKAGE_NAME zol)
@@ -86,6 +107,9 @@ else()
   set(CPACK_DEBIAN_PACKAGE_DEPENDS "libstdc++6, libxml2, zlib1g, libbz2-1.0")
   if(ZOL_LIBDEFLATE_LIBRARY)
     string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", libdeflate0")
+  endif()
+  if(ZOL_BUILD_COLORIMETRY)
+    string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", liblcms2-2")
   endif()
 endif()
 include(CPack)

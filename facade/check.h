@@ -72,11 +72,11 @@ ZOL_API CheckReport check(const internal::Object& object, const CheckOptions& op
 // document in order takes no memory but that of its text. Codes and report are those of openFile,
 // and 46 for a document that loads and lacks what it needs to be written again. What else would not
 // come back is a warning here, like the rest: the document itself is good. `report` may be null.
-ZOL_API lmx::elmx_error checkFile(const std::wstring& path, LoadReport* report,
+ZOL_API lmx::elmx_error judgeFile(const std::wstring& path, LoadReport* report,
                                   const LoadOptions& options = {},
                                   CheckLevel level = CheckLevel::writing) noexcept;
 // The same for bytes, of a document or an archive.
-ZOL_API lmx::elmx_error checkText(std::string_view bytes, LoadReport* report,
+ZOL_API lmx::elmx_error judgeText(std::string_view bytes, LoadReport* report,
                                   const LoadOptions& options = {},
                                   CheckLevel level = CheckLevel::writing) noexcept;
 

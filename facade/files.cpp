@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "facade/check.h"
 #include "facade/internal/block_sink.h"
@@ -21,6 +22,8 @@
 #include "facade/internal/file_source.h"
 #include "facade/internal/memory_file.h"
 #include "facade/internal/packed_document.h"
+#include "facade/internal/source_text.h"
+#include "facade/internal/well_formed.h"
 #include "lmx/internal/string_sink.h"
 #include "lmx/reader.h"
 #include "lmx/writer.h"
@@ -167,7 +170,7 @@ elmx_error Zol::writeFile(const std::wstring& path) const {
 
 namespace {
 
-template <class Report>
+template <class Report>  // NOLINTNEXTLINE(performance-unnecessary-value-param): it is moved
 Report failure(elmx_error code, std::string message, std::int32_t archive_cause = 0) {
   Report report;
   report.code = code;
@@ -274,8 +277,7 @@ class Loading {
   LoadReport read_packed(internal::PackedDocument& packed, bool is_open);
   LoadReport read_text(std::string_view text, const internal::PackedDocument* packed);
   void diagnose(std::string_view text, const internal::PackedDocument* packed, LoadReport* report);
-  LoadReport check_tree(const Zol& tree, std::string_view text,
-                        const internal::PackedDocument* packed);
+  LoadReport check_tree(const Zol& tree, std::string_view text);
 
   Zol& document_;
   const LoadOptions& options_;
@@ -341,10 +343,90 @@ bool can_be_written(const Object& piece) {
   return check(piece, options).is_ok();
 }
 
+// What a strict parser has to say.
+std::vector<Fault> faults_by_the_book(std::string_view text, std::size_t limit) {
+  std::vector<Fault> faults;
+  std::vector<SourcePlace*> places;
+  for (internal::XmlFault& found :
+       internal::find_xml_faults(text, std::max<std::size_t>(limit, 1))) {
+    Fault& fault = faults.emplace_back();
+    fault.code = lmx::elmx_not_well_formed;
+    fault.rule = found.rule;
+    fault.item = std::move(found.item);
+    fault.expected = std::move(found.sentence);
+    if (fault.expected[0] >= 'a')
+      fault.expected[0] = static_cast<char>(fault.expected[0] - 'a' + 'A');
+    fault.place = {1, 0, found.offset};
+  }
+  for (Fault& fault : faults) places.push_back(&fault.place);
+  internal::SourceText(text).find_lines(places);
+  return faults;
+}
+
+LoadReport check_text(std::string_view text, std::size_t limit) {
+  LoadReport report;
+  report.faults = faults_by_the_book(text, limit);
+  if (report.faults.empty()) return report;
+  const Fault& fault = report.faults.front();
+  report.code = fault.code;
+  report.line = static_cast<int>(fault.place.line);
+  report.item = fault.item;
+  report.message = "line:" + std::to_string(fault.place.line) + "-'" + fault.item + "'-" +
+                   lmx::get_error_description(fault.code) + ": " + fault.expected;
+  report.is_complete = false;
+  return report;
+}
+
+// Whether a fault of the reader may be one of the XML itself.
+bool is_of_markup(elmx_error code) {
+  switch (code) {
+    case lmx::elmx_attribute_already_read:
+    case lmx::elmx_bad_char_encoding:
+    case lmx::elmx_bad_dtd:
+    case lmx::elmx_bad_end_of_element:
+    case lmx::elmx_bad_start_tag_end:
+    case lmx::elmx_bad_end_tag:
+    case lmx::elmx_bad_xml_decl:
+    case lmx::elmx_bad_xml_version:
+    case lmx::elmx_encoding_mismatch:
+    case lmx::elmx_not_well_formed:
+    case lmx::elmx_bad_attribute_value:
+    case lmx::elmx_bad_element_value:
+    case lmx::elmx_unexpected_end:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// Beside the reader's own faults, and unless it said the same.
+void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport* report) {
+  for (Fault& fault : faults_by_the_book(text, limit)) {
+    const bool is_known =
+        std::any_of(report->faults.begin(), report->faults.end(), [&](const Fault& other) {
+          return other.place.line == fault.place.line && is_of_markup(other.code);
+        });
+    if (is_known) continue;
+    ++report->fault_count;
+    if (report->faults.size() >= limit) continue;
+    const auto behind =
+        std::find_if(report->faults.begin(), report->faults.end(),
+                     [&](const Fault& other) { return other.place.offset > fault.place.offset; });
+    report->faults.insert(behind, std::move(fault));
+  }
+}
+
+void name_entry(const internal::PackedDocument* packed, LoadReport* report) {
+  if (packed == nullptr) return;
+  for (Fault& fault : report->faults) fault.entry = packed->entry_name();
+}
+
 LoadReport Loading::read_text(std::string_view text, const internal::PackedDocument* packed) {
   LoadReport report;
   if (checked_ == CheckLevel::writing &&
       internal::walk_document(Zol::k_class, text, can_be_written)) {
+    if (options_.strict) report = check_text(text, options_.most_faults);
+    name_entry(packed, &report);
     return report;
   }
   {
@@ -352,8 +434,13 @@ LoadReport Loading::read_text(std::string_view text, const internal::PackedDocum
     lmx::c_xml_reader_memory reader(text.data(), text.size());
     report.code = loaded.unmarshal(reader);
     if (report.code == lmx::elmx_ok) {
-      if (checked_) return check_tree(loaded, text, packed);
-      document_.swap(loaded);
+      if (options_.strict) report = check_text(text, options_.most_faults);
+      if (checked_) {
+        if (report.code == lmx::elmx_ok) report = check_tree(loaded, text);
+      } else if (report.code == lmx::elmx_ok || options_.best_effort) {
+        document_.swap(loaded);
+      }
+      name_entry(packed, &report);
       return report;
     }
     report.line = reader.get_line_no();
@@ -372,8 +459,7 @@ LoadReport Loading::read_text(std::string_view text, const internal::PackedDocum
 
 // The document is good. Only what would be written from it may not be, which is an error where
 // nothing can be written, and else a warning.
-LoadReport Loading::check_tree(const Zol& tree, std::string_view text,
-                               const internal::PackedDocument* packed) {
+LoadReport Loading::check_tree(const Zol& tree, std::string_view text) {
   CheckOptions checking;
   checking.level = *checked_;
   checking.limit = options_.most_faults;
@@ -383,7 +469,6 @@ LoadReport Loading::check_tree(const Zol& tree, std::string_view text,
   report.fault_count = found.errors + found.warnings;
   locate(report.faults, text);
   for (Fault& fault : report.faults) {
-    if (packed != nullptr) fault.entry = packed->entry_name();
     if (fault.code != lmx::elmx_occurs_on_marshal) fault.severity = Severity::warning;
   }
   if (!report.faults.empty() && report.faults.front().severity == Severity::error) {
@@ -444,9 +529,13 @@ void Loading::diagnose(std::string_view text, const internal::PackedDocument* pa
   report->faults = std::move(diagnosis.faults);
   report->fault_count = diagnosis.count;
   report->is_complete = diagnosis.is_complete;
-  if (!diagnosis.has_root) explain_beginning(text, packed, report);
+  if (diagnosis.has_root) {
+    if (options_.strict) add_faults_by_the_book(text, options_.most_faults, report);
+  } else {
+    explain_beginning(text, packed, report);
+  }
   if (packed == nullptr) return;
-  for (Fault& fault : report->faults) fault.entry = packed->entry_name();
+  name_entry(packed, report);
   const std::string& other = packed->other_name();
   if (diagnosis.has_root || other.empty() || report->faults.empty()) return;
   report->faults.front().expected +=
@@ -526,7 +615,7 @@ elmx_error openText(Zol& document, std::string_view bytes, LoadReport* report,
                  [&] { return Loading(document, options, report != nullptr).read_bytes(bytes); });
 }
 
-elmx_error checkFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
+elmx_error judgeFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
                      CheckLevel level) noexcept {
   return guarded(report, path, [&] {
     Zol none;
@@ -536,7 +625,7 @@ elmx_error checkFile(const std::wstring& path, LoadReport* report, const LoadOpt
   });
 }
 
-elmx_error checkText(std::string_view bytes, LoadReport* report, const LoadOptions& options,
+elmx_error judgeText(std::string_view bytes, LoadReport* report, const LoadOptions& options,
                      CheckLevel level) noexcept {
   return guarded(report, {}, [&] {
     Zol none;
@@ -554,6 +643,10 @@ elmx_error openStream(Zol& document, std::istream& stream, LoadReport* report,
     if (taken.code != lmx::elmx_ok) return taken;
     return Loading(document, options, report != nullptr).read_bytes(bytes);
   });
+}
+
+elmx_error checkText(std::string_view text, LoadReport* report) noexcept {
+  return guarded(report, {}, [&] { return check_text(text, LoadOptions().most_faults); });
 }
 
 elmx_error readText(std::string& text, const std::wstring& path, LoadReport* report,

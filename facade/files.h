@@ -25,6 +25,9 @@ struct LoadOptions {
   // In bytes, unpacked. What is larger is refused before memory is taken for it: a few hundred
   // bytes of an archive may stand for a gigabyte.
   std::uint64_t largest_document = std::uint64_t{1} << 30;
+  // Also refuses, with 23, what the reader lets pass but XML 1.0 or its namespaces forbid, so that
+  // what is loaded can be handed on to any parser. A fault that the reader finds comes first.
+  bool strict = false;
   // How many faults a report keeps; with 0 none is looked for beyond the code.
   std::size_t most_faults = 1000;
   // A document with faults gives what is good in it: values that were refused are not there,
@@ -143,6 +146,13 @@ ZOL_API lmx::elmx_error openText(Zol& document, std::string_view bytes,
 ZOL_API lmx::elmx_error openStream(Zol& document, std::istream& stream,
                                    LoadReport* report = nullptr,
                                    const LoadOptions& options = {}) noexcept;
+
+// Whether a text is XML by the book, whatever it has to say: the part of `strict` that goes beyond
+// the reader, by itself. Judged by libxml2, which is given nothing outside of the text. Gives 0; 23
+// at the first fault, also for an encoding that is not known and for entities that expand to more
+// than 8 MiB and 100 times the text; 1000 when memory runs out. The report has all faults, up to
+// the first that leaves doubt about what follows.
+ZOL_API lmx::elmx_error checkText(std::string_view text, LoadReport* report = nullptr) noexcept;
 
 // Writes the text as it stands, unjudged and without a stamp, as saveFile does.
 ZOL_API lmx::elmx_error saveText(std::string_view text, const std::wstring& path,

@@ -6,6 +6,7 @@
     zolgen.py reference --schema DIR --out DIR             reference pages in Markdown
     zolgen.py bridge --schema DIR --api FILE --out DIR     the flat exports and their names
     zolgen.py bridge-smoke --schema DIR --api FILE --out DIR   a test that calls them all
+    zolgen.py bridge-calls --schema DIR --api FILE --out DIR   a table of them for the fuzzer
     zolgen.py managed --schema DIR --api FILE --out DIR    the C# classes over them
     zolgen.py model --schema DIR --list                    the files that would be written
 
@@ -19,6 +20,7 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).parent))
 
 import emit_bridge  # noqa: E402
+import emit_calls  # noqa: E402
 import emit_managed  # noqa: E402
 import emit_model  # noqa: E402
 import emit_reference  # noqa: E402
@@ -30,6 +32,7 @@ import schema  # noqa: E402
 
 EMITTERS = {
     "bridge": emit_bridge.emit,
+    "bridge-calls": emit_calls.emit,
     "bridge-smoke": emit_smoke.emit,
     "managed": emit_managed.emit,
     "model": emit_model.emit,
@@ -56,7 +59,8 @@ def main():
     options = parser.parse_args()
     try:
         model = resolve.Model(schema.read_directory(options.schema), options.namespace)
-        if options.api is None and options.output in ("bridge", "bridge-smoke", "managed"):
+        if options.api is None and options.output in (
+                "bridge", "bridge-calls", "bridge-smoke", "managed"):
             parser.error("the flat interface needs --api")
         if options.api is not None:
             model.api = exports.read_api(options.api)

@@ -228,7 +228,7 @@ bool read_base64(std::string_view text, c_binary* value) {
 void append_base64(std::string* out, const unsigned char* data, std::size_t size) {
   const std::size_t start = out->size();
   out->resize(start + base64_size(size));
-  encode_base64(data, size, &(*out)[0] + start);
+  encode_base64(data, size, out->data() + start);
 }
 
 void append_base64(std::string* out, const c_binary& value) {

@@ -59,7 +59,7 @@ struct c_rep_ops<const char*> {
 template <class T, class Ops = c_rep_ops<T>>
 class c_repository {
  public:
-  c_repository() noexcept {}
+  c_repository() noexcept = default;
   c_repository(const c_repository&) = delete;
   c_repository& operator=(const c_repository&) = delete;
 
@@ -147,7 +147,7 @@ class ZOL_API c_enumerated_namespaces {
 // empty prefix stands for the default namespace.
 class ZOL_API c_xml_local {
  public:
-  c_xml_local() noexcept {}
+  c_xml_local() noexcept = default;
   // Not a copy: the new level is a child of `parent`, with an empty table.
   c_xml_local(const c_xml_local& parent) noexcept  // NOLINT: the meaning is fixed
       : previous_(&parent), nearest_(parent.nearest_) {}

@@ -172,7 +172,7 @@ bool follow_links(std::string& path) {
     const ssize_t size = ::readlink(path.c_str(), text, sizeof text);
     if (size == -1) return errno == EINVAL || errno == ENOENT;
     const std::string link(text, static_cast<std::size_t>(size));
-    path = link.compare(0, 1, "/") == 0 ? link : directory_of(path) + link;
+    path = link.compare(0, 1, "/") == 0 ? link : directory_of(path).append(link);
   }
   errno = ELOOP;
   return false;
@@ -199,7 +199,7 @@ class ReplacementFile::Work {
   bool link_as(const char* name) const;
   bool give_name();
   void forget_name();
-  Outcome settle();
+  Outcome settle() const;
   Outcome overwrite();
 
   std::string target_;          // links followed
@@ -355,7 +355,7 @@ ReplacementFile::Outcome ReplacementFile::Work::commit() {
 }
 
 // So that the new name survives a loss of power, where the file system can promise that.
-ReplacementFile::Outcome ReplacementFile::Work::settle() {
+ReplacementFile::Outcome ReplacementFile::Work::settle() const {
   return sync_handle(directory_) ? Outcome::replaced : Outcome::not_durable;
 }
 

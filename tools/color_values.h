@@ -35,8 +35,8 @@ struct Rendering {
   std::vector<Coordinate> coordinates;
 };
 
-Rendering rendering_of(const zol_v2::sg_ColorSpace& space);
-std::string space_name(const zol_v2::sg_ColorSpace& space);
+Rendering rendering_of(const zol_v2::sg_ColorSpace& member);
+std::string space_name(const zol_v2::sg_ColorSpace& member);
 
 struct SpectralRange {
   double first = 0;  // nanometres
@@ -48,4 +48,4 @@ struct SpectralRange {
 };
 
 // Of a space that is measured by wavelength.
-std::optional<SpectralRange> spectral_range(const zol_v2::sg_ColorSpace& space);
+std::optional<SpectralRange> spectral_range(const zol_v2::sg_ColorSpace& member);

@@ -68,11 +68,11 @@ zol_v2::LoadReport DocumentSource::check(const zol_v2::LoadOptions& options,
                                          zol_v2::CheckLevel level) {
   zol_v2::LoadReport report;
   if (!is_in_memory()) {
-    (void)zol_v2::checkFile(wide_path(path_), &report, options, level);
+    (void)zol_v2::judgeFile(wide_path(path_), &report, options, level);
     return report;
   }
   report = read_input();
-  if (report.code == lmx::elmx_ok) (void)zol_v2::checkText(bytes_, &report, options, level);
+  if (report.code == lmx::elmx_ok) (void)zol_v2::judgeText(bytes_, &report, options, level);
   return report;
 }
 

@@ -42,6 +42,7 @@ Verdict judge(DocumentSource& source, const JudgeOptions& options) {
   verdict.file = source.path();
   zol_v2::LoadOptions loading;
   loading.most_faults = limit_of(options);
+  loading.strict = options.is_strict;
   verdict.report = source.check(
       loading, options.lints ? zol_v2::CheckLevel::warnings : zol_v2::CheckLevel::writing);
   if (is_trouble(verdict.report)) {

@@ -36,6 +36,10 @@ ExitStatus run(int argc, char** argv) {
   add_convert(app, &status);
   add_list(app, &status);
   add_schema(app, &status);
+#if defined(ZOL_WITH_COLORIMETRY)
+  add_check(app, &status);
+  add_compare(app, &status);
+#endif
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

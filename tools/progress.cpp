@@ -6,7 +6,7 @@
 #include "tools/terminal.h"
 #include "tools/text.h"
 
-Progress::Progress(std::string activity)
+Progress::Progress(const std::string& activity)
     : activity_(one_line(activity)), begin_(std::chrono::steady_clock::now()) {
   if (is_terminal(stderr)) thread_ = std::thread(&Progress::run, this);
 }

@@ -12,7 +12,7 @@
 // standard error is no terminal nothing happens.
 class Progress {
  public:
-  explicit Progress(std::string activity);
+  explicit Progress(const std::string& activity);
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
   ~Progress();

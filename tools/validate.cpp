@@ -24,6 +24,7 @@ namespace {
 struct Options {
   std::vector<std::string> files;
   bool first = false;
+  bool strict = false;
   std::size_t max = 0;
   bool lint = false;
   bool json = false;
@@ -34,7 +35,9 @@ struct Options {
   bool recursive = false;
   unsigned jobs = 1;
 
-  JudgeOptions judging() const { return {first ? 1 : max, lint, !brief && !json && !sarif}; }
+  JudgeOptions judging() const {
+    return {first ? 1 : max, lint, strict, !brief && !json && !sarif};
+  }
   bool has_colors() const { return color == "auto" ? wants_colors(stderr) : color == "always"; }
   unsigned threads() const {
     return jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
@@ -80,6 +83,8 @@ void add_validate(CLI::App& app, ExitStatus* status) {
   command->add_option("--max", options->max, "Tell N faults of a document")
       ->check(CLI::Range(std::size_t{1}, std::size_t{1000000000}).description("N"))
       ->excludes(first);
+  command->add_flag("--strict", options->strict,
+                    "Report what the reader lets pass but XML forbids, too");
   command->add_flag("--lint", options->lint, "Warn of what is lawful and seldom meant, too");
   CLI::Option* const json =
       command->add_flag("--json", options->json, "Report as JSON, on standard output");

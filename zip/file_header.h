@@ -102,7 +102,7 @@ class ZOL_API CZipFileHeader {
   bool HasDataDescriptor() const { return (flags & flagDataDescriptor) != 0; }
 
   // Local time, to two seconds. The time -1 stands for now.
-  void SetTime(std::time_t time);
+  void SetTime(std::time_t when);
   std::time_t GetTime() const;
 
   // --- For the archive. The storage stands at the record. A false result or cause 101 means that

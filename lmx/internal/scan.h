@@ -4,8 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace lmx {
-namespace internal {
+namespace lmx::internal {
 
 inline bool is_digit(char c) { return static_cast<unsigned>(c) - '0' < 10; }
 
@@ -50,5 +49,4 @@ class Cursor {
   const char* end_;
 };
 
-}  // namespace internal
-}  // namespace lmx
+}  // namespace lmx::internal

@@ -10,7 +10,7 @@ import unittest
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 GENERATED = None
-ROOMS = ("bridge", "facade", "model", "lmx", "zip", "port", "tools")
+ROOMS = ("bridge", "facade", "model", "lmx", "zip", "port", "colorimetry", "tools")
 OTHERS = ("tests", "fuzz", "bench", "examples")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
@@ -51,7 +51,8 @@ def allowed_includes():
 def installed_headers():
     text = (SOURCE / "cmake/ZolInstall.cmake").read_text()
     headers = set(re.findall(r"\b[\w/]+\.h\b", text))
-    for room in re.search(r"foreach\(room ([\w ]+)\)", text)[1].split():
+    rooms = re.search(r"set\(rooms_with_headers ([\w ]+)\)", text)[1].split()
+    for room in [*rooms, "colorimetry"]:
         headers |= {f"{room}/{path.name}" for path in (SOURCE / room).glob("*.h")}
     return headers | {"model/Zol.h"}
 
