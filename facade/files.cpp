@@ -252,6 +252,10 @@ LoadReport too_large(const LoadOptions& options) {
                                                   " bytes.");
 }
 
+std::string no_document_text(const internal::Class& type) {
+  return std::string("A document can't begin with ") + type.name + ".";
+}
+
 // Of a source that is not whole.
 LoadReport failure_of(const internal::FileSource& source, const LoadOptions& options) {
   return source.error() != 0 ? failure<LoadReport>(lmx::elmx_no_file, system_text(source.error()))
@@ -263,8 +267,11 @@ LoadReport failure_of(const internal::FileSource& source, const LoadOptions& opt
 // Loads one document for a client.
 class Loading {
  public:
-  Loading(Zol& document, const LoadOptions& options, bool is_reported)
-      : document_(document), options_(options), is_reported_(is_reported) {}
+  Loading(Object& document, const LoadOptions& options, bool is_reported)
+      : document_(document),
+        type_(internal::Head::class_of(document)),
+        options_(options),
+        is_reported_(is_reported) {}
 
   LoadReport read_file(const std::wstring& path);
   // A document or an archive.
@@ -277,9 +284,12 @@ class Loading {
   LoadReport read_packed(internal::PackedDocument& packed, bool is_open);
   LoadReport read_text(std::string_view text, const internal::PackedDocument* packed);
   void diagnose(std::string_view text, const internal::PackedDocument* packed, LoadReport* report);
-  LoadReport check_tree(const Zol& tree, std::string_view text);
+  LoadReport check_tree(const Object& tree, std::string_view text);
 
-  Zol& document_;
+  std::unique_ptr<Object> made() const { return std::unique_ptr<Object>(type_.make(nullptr)); }
+
+  Object& document_;
+  const internal::Class& type_;
   const LoadOptions& options_;
   const bool is_reported_;
   std::optional<CheckLevel> checked_;
@@ -422,21 +432,20 @@ bool can_be_written(const Object& piece) {
 
 LoadReport Loading::read_text(std::string_view text, const internal::PackedDocument* packed) {
   LoadReport report;
-  if (checked_ == CheckLevel::writing &&
-      internal::walk_document(Zol::k_class, text, can_be_written)) {
+  if (checked_ == CheckLevel::writing && internal::walk_document(type_, text, can_be_written)) {
     if (options_.strict) add_faults_by_the_book(text, options_.most_faults, &report);
     name_entry(packed, &report);
     return report;
   }
   {
-    Zol loaded;
+    const std::unique_ptr<Object> loaded = made();
     lmx::c_xml_reader_memory reader(text.data(), text.size());
-    report.code = loaded.unmarshal(reader);
+    report.code = internal::unmarshal_document(*loaded, type_, reader);
     if (report.code == lmx::elmx_ok) {
-      if (checked_) report = check_tree(loaded, text);
+      if (checked_) report = check_tree(*loaded, text);
       if (options_.strict) add_faults_by_the_book(text, options_.most_faults, &report);
       const bool is_taken = report.code == lmx::elmx_ok || options_.best_effort;
-      if (is_taken && !checked_) document_.swap(loaded);
+      if (is_taken && !checked_) internal::swap(document_, *loaded, type_);
       name_entry(packed, &report);
       return report;
     }
@@ -456,7 +465,7 @@ LoadReport Loading::read_text(std::string_view text, const internal::PackedDocum
 
 // The document is good. Only what would be written from it may not be, which is an error where
 // nothing can be written, and else a warning.
-LoadReport Loading::check_tree(const Zol& tree, std::string_view text) {
+LoadReport Loading::check_tree(const Object& tree, std::string_view text) {
   CheckOptions checking;
   checking.level = *checked_;
   checking.limit = options_.most_faults;
@@ -519,10 +528,9 @@ void Loading::diagnose(std::string_view text, const internal::PackedDocument* pa
                        LoadReport* report) {
   const bool is_asked = is_reported_ && options_.most_faults != 0;
   if (!is_asked && !options_.best_effort) return;
-  Zol tree;
-  internal::Diagnosis diagnosis =
-      internal::diagnose(text, options_.most_faults, options_.best_effort ? &tree : nullptr);
-  if (options_.best_effort && diagnosis.has_root) document_.swap(tree);
+  const std::unique_ptr<Object> tree = options_.best_effort ? made() : nullptr;
+  internal::Diagnosis diagnosis = internal::diagnose(text, type_, options_.most_faults, tree.get());
+  if (tree != nullptr && diagnosis.has_root) internal::swap(document_, *tree, type_);
   report->faults = std::move(diagnosis.faults);
   report->fault_count = diagnosis.count;
   report->is_complete = diagnosis.is_complete;
@@ -600,16 +608,33 @@ LoadReport take_stream(std::string* bytes, std::istream& stream, const LoadOptio
 
 }  // namespace
 
-elmx_error openFile(Zol& document, const std::wstring& path, LoadReport* report,
-                    const LoadOptions& options) noexcept {
-  return guarded(report, path,
-                 [&] { return Loading(document, options, report != nullptr).read_file(path); });
+namespace {
+
+// Loads an object whose class is an element that a document may begin with.
+template <class Read>
+elmx_error load_guarded(Object& document, const std::wstring& path, LoadReport* report,
+                        const LoadOptions& options, Read read) noexcept {
+  return guarded(report, path, [&] {
+    const internal::Class& type = internal::Head::class_of(document);
+    if (!type.is(internal::Class::k_document)) {
+      return failure<LoadReport>(lmx::elmx_element_not_found, no_document_text(type));
+    }
+    return read(Loading(document, options, report != nullptr));
+  });
 }
 
-elmx_error openText(Zol& document, std::string_view bytes, LoadReport* report,
+}  // namespace
+
+elmx_error openFile(Object& document, const std::wstring& path, LoadReport* report,
                     const LoadOptions& options) noexcept {
-  return guarded(report, {},
-                 [&] { return Loading(document, options, report != nullptr).read_bytes(bytes); });
+  return load_guarded(document, path, report, options,
+                      [&](Loading loading) { return loading.read_file(path); });
+}
+
+elmx_error openText(Object& document, std::string_view bytes, LoadReport* report,
+                    const LoadOptions& options) noexcept {
+  return load_guarded(document, {}, report, options,
+                      [&](Loading loading) { return loading.read_bytes(bytes); });
 }
 
 elmx_error checkFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
@@ -632,13 +657,12 @@ elmx_error checkText(std::string_view bytes, LoadReport* report, const LoadOptio
   });
 }
 
-elmx_error openStream(Zol& document, std::istream& stream, LoadReport* report,
+elmx_error openStream(Object& document, std::istream& stream, LoadReport* report,
                       const LoadOptions& options) noexcept {
-  return guarded(report, {}, [&] {
+  return load_guarded(document, {}, report, options, [&](Loading loading) {
     std::string bytes;
     const LoadReport taken = take_stream(&bytes, stream, options);
-    if (taken.code != lmx::elmx_ok) return taken;
-    return Loading(document, options, report != nullptr).read_bytes(bytes);
+    return taken.code != lmx::elmx_ok ? taken : loading.read_bytes(bytes);
   });
 }
 
@@ -776,8 +800,7 @@ void explain(const Object& document, SaveReport& report) {
 SaveReport judge(const Object& document, const SaveOptions& options) {
   const internal::Class& type = internal::Head::class_of(document);
   if (!type.is(internal::Class::k_document)) {
-    return failure<SaveReport>(lmx::elmx_element_not_found,
-                               std::string("A document can't begin with ") + type.name + ".");
+    return failure<SaveReport>(lmx::elmx_element_not_found, no_document_text(type));
   }
   SaveReport report;
   if (!options.is_checked) return report;
