@@ -166,7 +166,7 @@ TEST_F(EvaluationTest, WhatNoFormulaIsKnownForIsNotJudged) {
       {by_type("Yellowness", parameter("", "0")), "yellowness is defined for C and D65"},
       {by_type("MetamerismIndex", parameter("", "0")),
        "the tolerance does not name the second illuminant"},
-      {by_type("Brightness", parameter("", "0")), "the colour has no spectrum"},
+      {by_type("Brightness", parameter("", "0")), "the standard: the colour has no spectrum"},
       {by_type("StatusDensity", parameter("", "0")),
        "the colours have no measured density of one status and filter"},
       {"<FunctionStdDevL/>", "there is one measurement alone"},
