@@ -1,5 +1,6 @@
 // zol convert: between the plain and the zipped form, and into the form of this library.
 #include <cstdint>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,6 +19,7 @@
 #include "tools/load.h"
 #include "tools/output.h"
 #include "tools/progress.h"
+#include "tools/terminal.h"
 #include "tools/text.h"
 #include "tools/verdict.h"
 
@@ -56,7 +58,7 @@ ExitStatus copy(const Options& options) {
   source.hold();
   const Verdict verdict = judge(source, JudgeOptions());
   if (verdict.status != ExitStatus::ok) {
-    make_text_printer(true)->print(verdict);
+    make_text_printer(true, wants_colors(stderr))->print(verdict);
     return verdict.status;
   }
   std::string text;
@@ -104,7 +106,7 @@ ExitStatus rewrite(const Options& options) {
   verdict.report.faults = std::move(report.faults);
   std::string text;
   if (source.read(&text).code == lmx::elmx_ok) zol_v2::locate(verdict.report.faults, text);
-  make_text_printer(true)->print(verdict);
+  make_text_printer(true, wants_colors(stderr))->print(verdict);
   return ExitStatus::fault;
 }
 

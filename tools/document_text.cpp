@@ -33,7 +33,8 @@ bool is_trouble(const zol_v2::LoadReport& report) {
 }
 
 bool DocumentSource::has_name() const {
-  return path_ != k_standard_stream && zol::port::is_utf8(path_.data(), path_.size());
+  return path_ != k_standard_stream && zol::port::is_utf8(path_.data(), path_.size()) &&
+         !is_stream(path_);
 }
 
 zol_v2::LoadReport DocumentSource::read_input() {

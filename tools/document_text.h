@@ -34,7 +34,7 @@ class DocumentSource {
 
  private:
   zol_v2::LoadReport read_input();
-  // Whether the name is one that the library takes.
+  // Whether the name is one that the library takes, of something that can be read again.
   bool has_name() const;
   bool is_in_memory() const { return is_held_ || !has_name(); }
 

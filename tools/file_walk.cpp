@@ -83,6 +83,12 @@ bool is_folder(const std::string& path) {
   return fs::is_directory(native(path), error);
 }
 
+bool is_stream(const std::string& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(native(path), error);
+  return fs::is_fifo(status) || fs::is_character_file(status) || fs::is_socket(status);
+}
+
 bool read_named_file(const std::string& path, std::string* bytes) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
                                                              std::fclose);

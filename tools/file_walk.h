@@ -29,6 +29,8 @@ class FileWalk {
 };
 
 bool is_folder(const std::string& path);
+// A pipe, a device, a socket: what can be read once.
+bool is_stream(const std::string& path);
 
 // A file by a name in whatever bytes; false with the reason in `errno`.
 bool read_named_file(const std::string& path, std::string* bytes);

@@ -1,6 +1,9 @@
 #include "tools/judge.h"
 
+#include <algorithm>
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "facade/check.h"
 #include "tools/document_text.h"
@@ -9,6 +12,22 @@ namespace {
 
 std::size_t limit_of(const JudgeOptions& options) {
   return options.most_faults != 0 ? options.most_faults : std::numeric_limits<std::size_t>::max();
+}
+
+void add_excerpts(DocumentSource& source, Verdict* verdict) {
+  const std::vector<zol_v2::Fault>& faults = verdict->report.faults;
+  const auto has_line = [](const zol_v2::Fault& fault) {
+    return fault.place && fault.rule != "no-document";
+  };
+  std::string text;
+  if (std::none_of(faults.begin(), faults.end(), has_line) ||
+      source.read(&text).code != lmx::elmx_ok) {
+    return;
+  }
+  for (const zol_v2::Fault& fault : faults) {
+    verdict->excerpts.push_back(has_line(fault) ? zol_v2::excerptOf(text, fault)
+                                                : zol_v2::Excerpt());
+  }
 }
 
 }  // namespace
@@ -31,5 +50,6 @@ Verdict judge(DocumentSource& source, const JudgeOptions& options) {
   } else if (verdict.report.code != lmx::elmx_ok) {
     verdict.status = ExitStatus::fault;
   }
+  if (options.excerpts) add_excerpts(source, &verdict);
   return verdict;
 }

@@ -1,9 +1,12 @@
 #include "tools/load.h"
 
+#include <cstdio>
+
 #include "model/Zol.h"
 #include "tools/document_text.h"
 #include "tools/file_walk.h"
 #include "tools/progress.h"
+#include "tools/terminal.h"
 #include "tools/verdict.h"
 
 ExitStatus load_document(const std::string& path, zol_v2::Zol& document, DocumentSource& source) {
@@ -17,7 +20,7 @@ ExitStatus load_document(const std::string& path, zol_v2::Zol& document, Documen
   }
   if (verdict.report.code == lmx::elmx_ok) return ExitStatus::ok;
   verdict.status = is_trouble(verdict.report) ? ExitStatus::trouble : ExitStatus::fault;
-  make_text_printer(true)->print(verdict);
+  make_text_printer(true, wants_colors(stderr))->print(verdict);
   return verdict.status;
 }
 

@@ -4,6 +4,9 @@
 #include <fcntl.h>
 #include <io.h>
 
+// An older console would print the codes.
+bool wants_colors(std::FILE*) { return false; }
+
 bool is_terminal(std::FILE* stream) { return _isatty(_fileno(stream)) != 0; }
 
 void use_binary_streams() {
@@ -18,6 +21,9 @@ void leave_signals_to_others() {}
 #include <signal.h>
 #include <unistd.h>
 
+#include <cstdlib>
+#include <string_view>
+
 #include "facade/files.h"
 
 namespace {
@@ -30,6 +36,13 @@ extern "C" void end_by_signal(int signal) {
 }  // namespace
 
 bool is_terminal(std::FILE* stream) { return isatty(fileno(stream)) != 0; }
+
+bool wants_colors(std::FILE* stream) {
+  const char* const unwanted = std::getenv("NO_COLOR");
+  const char* const terminal = std::getenv("TERM");
+  return is_terminal(stream) && (unwanted == nullptr || *unwanted == '\0') && terminal != nullptr &&
+         std::string_view(terminal) != "dumb";
+}
 
 void use_binary_streams() {}
 

@@ -4,6 +4,9 @@
 #include <cstdio>
 
 bool is_terminal(std::FILE* stream);
+// Whether what goes there may have colours: a terminal that has them, and nobody who does not want
+// them, as NO_COLOR in the environment says.
+bool wants_colors(std::FILE* stream);
 // Keeps the bytes of standard input and output as they are.
 void use_binary_streams();
 

@@ -1,5 +1,6 @@
 // zol validate: every fault of every file.
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <thread>
@@ -15,6 +16,7 @@
 #include "tools/ordered_jobs.h"
 #include "tools/output.h"
 #include "tools/progress.h"
+#include "tools/terminal.h"
 #include "tools/verdict.h"
 
 namespace {
@@ -28,10 +30,15 @@ struct Options {
   bool json = false;
   bool sarif = false;
   bool quiet = false;
+  bool brief = false;
+  std::string color = "auto";
   bool recursive = false;
   unsigned jobs = 1;
 
-  JudgeOptions judging() const { return {first ? 1 : max, lint, strict}; }
+  JudgeOptions judging() const {
+    return {first ? 1 : max, lint, strict, !brief && !json && !sarif};
+  }
+  bool has_colors() const { return color == "auto" ? wants_colors(stderr) : color == "always"; }
   unsigned threads() const {
     return jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
   }
@@ -40,7 +47,7 @@ struct Options {
 std::unique_ptr<VerdictPrinter> printer_of(const Options& options) {
   if (options.json) return make_json_printer();
   if (options.sarif) return make_sarif_printer();
-  return make_text_printer(options.quiet);
+  return make_text_printer(options.quiet, options.has_colors());
 }
 
 ExitStatus run(const Options& options) {
@@ -88,8 +95,11 @@ void add_validate(CLI::App& app, ExitStatus* status) {
   command->add_option("-j,--jobs", options->jobs, "Judge N files at once; 0 is one a processor")
       ->check(CLI::Range(0u, 1024u).description("N"));
   command->add_flag("-q,--quiet", options->quiet, "Print nothing but the faults");
+  command->add_flag("-b,--brief", options->brief, "Print faults without the lines they stand in");
+  command->add_option("--color", options->color, "Print faults in colours: auto, always or never")
+      ->check(CLI::IsMember({"auto", "always", "never"}).description("WHEN"));
   command->footer(
-      "Each fault goes to standard error as FILE:LINE:COLUMN: error CODE: SENTENCE, with the path "
-      "of what it concerns in the next line.");
+      "Each fault goes to standard error as FILE:LINE:COLUMN: error CODE: SENTENCE, then the path "
+      "of what it concerns, and the line in which it stands.");
   command->callback([options, status] { *status = run(*options); });
 }

@@ -11,7 +11,7 @@ _zol() {
   done
 
   case $command in
-    validate) options='--first --max --strict --lint --json --sarif --recursive --jobs --quiet --help' ;;
+    validate) options='--first --max --lint --strict --json --sarif --recursive --jobs --quiet --brief --color --help' ;;
     info) options='--json --recursive --help' ;;
     convert) options='--force --rewrite --exact --help' ;;
     list) options='--csv --recursive --help' ;;
@@ -22,6 +22,10 @@ _zol() {
   esac
   if [[ -z $command || $current == -?* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
+    return
+  fi
+  if [[ $command == validate && $previous == --color ]]; then
+    mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$current")
     return
   fi
   [[ $command == schema || ($command == validate && $previous == @(--max|--jobs|-j)) ]] && return

@@ -29,18 +29,18 @@ struct CharTable {
     for (int c = 'A'; c <= 'Z'; ++c) mask[c] |= k_name_start | k_name | k_ascii_name;
     for (int c = '0'; c <= '9'; ++c) mask[c] |= k_name | k_ascii_name;
     for (const char c : {'_', ':'}) {
-      mask[static_cast<unsigned char>(c)] |= k_name_start | k_name | k_ascii_name;
+      mask[static_cast<int>(c)] |= k_name_start | k_name | k_ascii_name;
     }
-    for (const char c : {'.', '-'}) mask[static_cast<unsigned char>(c)] |= k_name | k_ascii_name;
+    for (const char c : {'.', '-'}) mask[static_cast<int>(c)] |= k_name | k_ascii_name;
     for (int c = 0; c < 0x80; ++c) {
       if (c != ':' && (mask[c] & k_ascii_name) != 0) mask[c] |= k_ascii_ncname;
     }
     for (int c = '\t'; c <= '\r'; ++c) mask[c] |= k_space | k_plain_stop;
     mask[0x20] |= k_space | k_plain_stop;
-    for (const char c : {'\0', '\r', '\n'}) mask[static_cast<unsigned char>(c)] |= k_text_stop | k_value_stop;
-    for (const char c : {'<', '&'}) mask[static_cast<unsigned char>(c)] |= k_text_stop;
-    for (const char c : {'"', '\''}) mask[static_cast<unsigned char>(c)] |= k_value_stop;
-    for (const char c : {'\0', '&'}) mask[static_cast<unsigned char>(c)] |= k_plain_stop;
+    for (const char c : {'\0', '\r', '\n'}) mask[static_cast<int>(c)] |= k_text_stop | k_value_stop;
+    for (const char c : {'<', '&'}) mask[static_cast<int>(c)] |= k_text_stop;
+    for (const char c : {'"', '\''}) mask[static_cast<int>(c)] |= k_value_stop;
+    for (const char c : {'\0', '&'}) mask[static_cast<int>(c)] |= k_plain_stop;
   }
 };
 
