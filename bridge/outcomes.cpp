@@ -1,9 +1,8 @@
-// Opening and saving with all that is to be said about it.
+// Opening, saving and judging, with all that is to be said about it.
 
 #include <deque>
 #include <exception>
 #include <memory>
-#include <ostream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,18 +10,19 @@
 
 #include "bridge/bridge.h"
 #include "bridge/zol_helpers.h"
+#include "facade/check.h"
 #include "facade/files.h"
-#include "lmx/internal/string_sink.h"
-#include "lmx/writer.h"
 #include "model/Zol.h"
-#include "model/sdk_stamp.h"
 
 namespace {
 
 using zol::bridge::as;
 using zol::bridge::wide;
+using zol_v2::CheckReport;
+using zol_v2::Fault;
 using zol_v2::LoadReport;
 using zol_v2::SaveReport;
+using zol_v2::Severity;
 using zol_v2::Zol;
 
 // What a client holds is the base of this.
@@ -46,22 +46,25 @@ struct Outcome : zol_outcome {
     message = kept(std::move(text));
   }
 
-  void take(const LoadReport& report) {
-    take(report.code, report.message, report.archive_cause);
-    if (report.code == lmx::elmx_ok || report.line == 0) return;
-    zol_fault fault{};
-    fault.code = report.code;
-    fault.line = static_cast<unsigned>(report.line);
-    fault.item = kept(report.item);
-    fault.message = kept(report.message);
-    all_faults.push_back(fault);
+  void take(const std::vector<Fault>& found) {
+    all_faults.reserve(found.size());
+    for (const Fault& fault : found) {
+      all_faults.push_back({fault.code, fault.severity == Severity::warning ? 1u : 0u,
+                            fault.place.line, fault.place.column, fault.place.offset, fault.length,
+                            kept(std::string(fault.rule)), kept(fault.path), kept(fault.item),
+                            kept(fault.found), kept(fault.expected), kept(fault.text())});
+    }
   }
 
-  void take(const SaveReport& report) { take(report.code, report.message, report.archive_cause); }
+  template <class Report>
+  void take(const Report& report) {
+    take(report.code, report.message, report.archive_cause);
+    if (report.code != lmx::elmx_ok) take(report.faults);
+  }
 
   zol_outcome* give() {
     faults = all_faults.data();
-    fault_count = static_cast<unsigned>(all_faults.size());
+    fault_count = all_faults.size();
     bytes = text_bytes.data();
     size = text_bytes.size();
     return this;
@@ -83,34 +86,6 @@ zol_outcome* outcome_of(Operation operation) noexcept {
   }
 }
 
-// By the signature of an entry, or of the end of an archive that has none.
-bool is_archive(std::string_view bytes) {
-  return bytes.substr(0, 4) == std::string_view("PK\3\4", 4) ||
-         bytes.substr(0, 4) == std::string_view("PK\5\6", 4);
-}
-
-LoadReport open(Zol& document, std::string_view bytes) {
-  LoadReport report;
-  if (!is_archive(bytes)) {
-    openText(document, bytes, &report);
-    return report;
-  }
-  std::string text;
-  if (unpackText(text, bytes, &report) == lmx::elmx_ok) openText(document, text, &report);
-  return report;
-}
-
-// The bytes that saveFile writes into a plain file.
-lmx::elmx_error write(const Zol& document, std::string* bytes) {
-  lmx::internal::StringSink sink;
-  std::ostream stream(&sink);
-  lmx::c_xml_writer writer(stream, lmx::c_xml_writer::include_xml_decl, "\t", "\n");
-  zol_v2::SdkStamp().stampWrite(const_cast<Zol&>(document));
-  const lmx::elmx_error error = document.marshal(writer, Zol::k_element_name);
-  if (error == lmx::elmx_ok) sink.move_to(bytes);
-  return error;
-}
-
 }  // namespace
 
 zol_outcome* ZOL_CALL zol_open(void* zol, const char16_t* path, const void* bytes,
@@ -121,7 +96,7 @@ zol_outcome* ZOL_CALL zol_open(void* zol, const char16_t* path, const void* byte
       openFile(as<Zol>(zol), wide(path), &report);
     } else {
       const auto first = static_cast<const char*>(bytes);
-      report = open(as<Zol>(zol), std::string_view(first, static_cast<std::size_t>(size)));
+      openText(as<Zol>(zol), std::string_view(first, static_cast<std::size_t>(size)), &report);
     }
     outcome.take(report);
   });
@@ -133,9 +108,17 @@ zol_outcome* ZOL_CALL zol_save(void* zol, const char16_t* path) {
     if (path != nullptr) {
       saveFile(as<Zol>(zol), wide(path), &report);
     } else {
-      report.code = write(as<Zol>(zol), &outcome.text_bytes);
+      saveString(as<Zol>(zol), outcome.text_bytes, &report);
     }
     outcome.take(report);
+  });
+}
+
+zol_outcome* ZOL_CALL zol_check(void* object) {
+  return outcome_of([=](Outcome& outcome) {
+    const CheckReport report = zol_v2::check(as<zol_v2::internal::Object>(object));
+    outcome.code = report.is_ok() ? lmx::elmx_ok : report.faults.front().code;
+    outcome.take(report.faults);
   });
 }
 

@@ -24,8 +24,6 @@ namespace {
 
 using lmx::elmx_error;
 using zol::bridge::as;
-using zol_v2::internal::AnyElement;
-using zol_v2::internal::Class;
 using zol_v2::internal::End;
 using zol_v2::internal::Head;
 using zol_v2::internal::Kind;

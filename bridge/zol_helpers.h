@@ -178,9 +178,13 @@ ZOL_HELPER int ZOL_CALL zol_set_spectrum(void* spectrum, const double* wavelengt
 
 /* One thing that is wrong. Texts are UTF-8 and null where there is nothing to say. */
 typedef struct zol_fault {
-  int code;                  /* as the reader gives it */
+  int code;                  /* as the reader gives it; 0 for a warning */
+  unsigned is_warning;       /* lawful, and seldom meant */
   unsigned long long line;   /* from 1; 0: not known */
   unsigned long long column; /* from 1, in characters; 0: not known */
+  unsigned long long offset; /* of what is concerned, in bytes from 0 */
+  unsigned long long length; /* in bytes */
+  const char* rule;          /* what was wrong, for programs: "above-bound" */
   const char* path;          /* "Zol/Color[12]/ColorSpaceCIELab/L" */
   const char* item;          /* the element or attribute concerned */
   const char* found;         /* the value as it stood */
@@ -191,9 +195,8 @@ typedef struct zol_fault {
 typedef struct zol_outcome {
   int code;          /* 0, or that of the first fault */
   int archive_cause; /* the number of the archive's failure, if there was one */
-  unsigned fault_count;
-  unsigned reserved;
   const zol_fault* faults;
+  unsigned long long fault_count;
   const char* message; /* for people; null if all is well */
   const char* bytes;   /* of zol_save without a path: the document */
   unsigned long long size;
@@ -205,5 +208,8 @@ ZOL_HELPER zol_outcome* ZOL_CALL zol_open(void* zol, const char16_t* path, const
                                           unsigned long long size);
 /* As saveFile; if `path` is null the text of the document is in the outcome, in UTF-8. */
 ZOL_HELPER zol_outcome* ZOL_CALL zol_save(void* zol, const char16_t* path);
+/* Judges an object as check does: what could not be written, what would not come back, and as
+ * warnings what is seldom meant. The code is that of the first fault that is no warning. */
+ZOL_HELPER zol_outcome* ZOL_CALL zol_check(void* object);
 /* Outcomes are the client's, and null only without memory; null is ignored. */
 ZOL_HELPER void ZOL_CALL zol_outcome_free(zol_outcome* outcome);

@@ -6,7 +6,8 @@ namespace Zol.Interop;
 
 /// <summary>The functions that reach a row of any class by its number.</summary>
 /// <remarks>
-/// Those that do next to nothing, and neither wait nor call back, are called without telling the
+/// The first that is called is zol_new, which stands in Native: that refuses a library that does not
+/// fit before anything else is asked of it. Those that do next to nothing, and neither wait nor call back, are called without telling the
 /// collector, where a runtime can do that: it takes longer than they do.
 /// </remarks>
 internal static unsafe class Rows
@@ -66,8 +67,6 @@ internal static unsafe class Rows
 
     [DllImport(Library)]
     internal static extern uint zol_type_of(IntPtr self);
-    [DllImport(Library)]
-    internal static extern IntPtr zol_new(uint type);
     [DllImport(Library)]
     internal static extern IntPtr zol_copy(IntPtr self);
     [DllImport(Library)]

@@ -1,5 +1,6 @@
 #nullable enable
 using System;
+using System.Collections.Generic;
 using System.IO;
 using System.Runtime.InteropServices;
 using System.Text;
@@ -154,6 +155,14 @@ public sealed partial class ZolDocument : IDisposable
     /// <returns>What <see cref="Save(string)"/> would write.</returns>
     /// <exception cref="ZolException">Something required is missing.</exception>
     public string ToXml() => Encoding.UTF8.GetString(ToBytes(ZolFormat.Xml));
+
+    /// <summary>Judges the document: whether it can be saved, and would come back as it is.</summary>
+    /// <returns>
+    /// First what keeps it from being saved, then what would not come back, then warnings of what is
+    /// lawful and seldom meant. Empty if all is well.
+    /// </returns>
+    public IReadOnlyList<ZolFault> Check() =>
+        (IReadOnlyList<ZolFault>)new FileReport(Native.zol_check(new HandleRef(this, Live()))).Faults;
 
     /// <summary>Ends the document: whatever was in it is no more.</summary>
     public void Dispose() => Lifetime.Dispose();

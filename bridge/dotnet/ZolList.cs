@@ -160,6 +160,10 @@ public sealed class ZolList<T> : IList<T>, IReadOnlyList<T> where T : ZolObject
     public void CopyTo(T[] array, int arrayIndex)
     {
         if (array is null) throw new ArgumentNullException(nameof(array));
+        if ((uint)arrayIndex > (uint)array.Length || array.Length - arrayIndex < Count)
+        {
+            throw new ArgumentException("The array has no room for them.", nameof(array));
+        }
         foreach (T item in this) array[arrayIndex++] = item;
     }
 

@@ -47,7 +47,7 @@ public abstract class ZolObject : IEquatable<ZolObject>
 
     private protected ZolObject(uint type)
     {
-        handle = Rows.Given(Rows.zol_new(type));
+        handle = Rows.Given(Native.zol_new(type));
         owner = new NativeOwner(handle, null);
     }
 

@@ -51,8 +51,12 @@ namespace Zol.Interop
     internal struct Fault
     {
       internal int Code;
+      internal uint IsWarning;
       internal ulong Line;
       internal ulong Column;
+      internal ulong Offset;
+      internal ulong Length;
+      internal IntPtr Rule;
       internal IntPtr Path;
       internal IntPtr Item;
       internal IntPtr Found;
@@ -65,9 +69,8 @@ namespace Zol.Interop
     {
       internal int Code;
       internal int ArchiveCause;
-      internal uint FaultCount;
-      internal uint Reserved;
       internal IntPtr Faults;
+      internal ulong FaultCount;
       internal IntPtr Message;
       internal IntPtr Bytes;
       internal ulong Size;
@@ -78,12 +81,16 @@ namespace Zol.Interop
     [DllImport(Library, CharSet = CharSet.Unicode)]
     internal static extern IntPtr zol_save(HandleRef zol, string path);
     [DllImport(Library)]
+    internal static extern IntPtr zol_check(HandleRef self);
+    [DllImport(Library)]
     internal static extern void zol_outcome_free(IntPtr outcome);
 
     [DllImport(Library)]
     private static extern uint zol_version();
     [DllImport(Library)]
     private static extern uint zol_model();
+    [DllImport(Library)]
+    internal static extern IntPtr zol_new(uint type);
     [DllImport(Library)]
     internal static extern uint zol_type_of(HandleRef self);
     [DllImport(Library)]

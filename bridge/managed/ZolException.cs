@@ -11,11 +11,25 @@ namespace Zol
     /// <summary>The kind of fault; <see cref="ErrorCode.None"/> for a warning.</summary>
     public ErrorCode Code { get; private set; }
 
+    /// <summary>Whether it is lawful, and yet seldom meant.</summary>
+    public bool IsWarning { get; private set; }
+
+    /// <summary>
+    /// What was wrong, for programs, as in above-bound; null if nothing is to be said.
+    /// </summary>
+    public string Rule { get; private set; }
+
     /// <summary>Where it stands, from 1; 0 if that is not known.</summary>
     public int Line { get; private set; }
 
     /// <summary>Where it stands in its line, in characters from 1; 0 if that is not known.</summary>
     public int Column { get; private set; }
+
+    /// <summary>Where it stands in the document, in bytes from 0.</summary>
+    public long Offset { get; private set; }
+
+    /// <summary>How many bytes there are concerned.</summary>
+    public long Length { get; private set; }
 
     /// <summary>
     /// The element or attribute, as in Zol/Color[3]/ColorSpaceCIELab/L; null if it has no path.
@@ -39,6 +53,10 @@ namespace Zol
       Code = (ErrorCode)fault.Code;
       Line = (int)Math.Min(fault.Line, int.MaxValue);
       Column = (int)Math.Min(fault.Column, int.MaxValue);
+      IsWarning = fault.IsWarning != 0;
+      Offset = (long)fault.Offset;
+      Length = (long)fault.Length;
+      Rule = Text.Read(fault.Rule);
       Path = Text.Read(fault.Path);
       Item = Text.Read(fault.Item);
       Value = Text.Read(fault.Found);
@@ -55,14 +73,13 @@ namespace Zol
       Message = lmx.get_error_description((elmx_error)code);
       if (value != null) Message += ": '" + value + "'";
       if (expected != null) Message += ", expected " + expected;
-      if (path != null) Message += " (" + path + ")";
     }
 
-    /// <summary>The message, with the line if that is known.</summary>
+    /// <summary>The path, the line and the message, as far as they are known.</summary>
     public override string ToString()
     {
-      return Line == 0
-        ? Message : string.Format(CultureInfo.InvariantCulture, "line {0}: {1}", Line, Message);
+      string line = Line == 0 ? "" : "line " + Line.ToString(CultureInfo.InvariantCulture) + ": ";
+      return Path == null ? line + Message : Path + ": " + line + Message;
     }
   }
 
@@ -86,14 +103,15 @@ namespace Zol
       Faults = none;
     }
 
-    internal ZolException(FileReport report) : base(report.Message)
+    internal ZolException(FileReport report)
+      : base(report.Faults.Count == 0 ? report.Message : report.Faults[0].ToString())
     {
       Code = (ErrorCode)report.Code;
       ArchiveCause = report.ArchiveCause;
       Faults = (IReadOnlyList<ZolFault>)report.Faults;
     }
 
-    internal ZolException(ZolFault fault) : base(fault.Message)
+    internal ZolException(ZolFault fault) : base(fault.ToString())
     {
       Code = fault.Code;
       Faults = new[] { fault };

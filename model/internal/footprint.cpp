@@ -22,7 +22,7 @@ std::uint64_t of(const Text& text) {
   std::string_view narrow;
   if (text.get_narrow(&narrow)) return block(sizeof(std::uint32_t) + narrow.size());
   const std::wstring& wide = text.get();
-  return wide.empty() ? 0 : block(sizeof wide + sizeof(void*)) + beside(wide);
+  return wide.empty() ? 0 : block(sizeof(std::wstring) + sizeof(void*)) + beside(wide);
 }
 
 // An entry of a list of values, or what a choice keeps.

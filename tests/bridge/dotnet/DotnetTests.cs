@@ -219,12 +219,20 @@ internal static class Program
     private static void TellsWhatIsRequired()
     {
         using var document = new ZolDocument();
-        Same(ErrorCode.OccursOnMarshal, Throws<ZolException>(() => document.ToXml()).Code);
+        ZolException missing = Throws<ZolException>(() => document.ToXml());
+        Same(ErrorCode.OccursOnMarshal, missing.Code);
+        Same("Zol/Preamble/Header/Creator", missing.Path);
+        Same(true, missing.Message.Contains("is missing", StringComparison.Ordinal));
         Same(ErrorCode.OccursOnMarshal,
              Throws<ZolException>(() => document.Save(Scratch("incomplete.zol"))).Code);
         Same(false, File.Exists(Scratch("incomplete.zol")));
         document.Preamble.Header = NewHeader();
         document.Save(Scratch("complete.zol"));
+        Same(0, document.Check().Count);
+        document.Colors.Add(new NamedColor { Name = "a\u0001", ChangeHistory = { Noon } });
+        Same(2, document.Check().Count(fault => !fault.IsWarning));
+        Same(true, document.Check().Any(fault => fault.Message.Contains("U+0001", StringComparison.Ordinal)));
+        document.Colors.Clear();
         Same(ErrorCode.UnknownSuffix, Throws<ZolException>(() => document.Save(Scratch("x.xml"))).Code);
     }
 
@@ -342,6 +350,7 @@ internal static class Program
         Throws<InvalidOperationException>(() => { foreach (NamedColor color in colors) colors.Remove(color); });
         var array = new NamedColor[2];
         colors.CopyTo(array, 0);
+        Throws<ArgumentException>(() => colors.CopyTo(array, 1));
         Same("4", array[1].Name);
         colors.Clear();
         Same(0, colors.Count);
@@ -550,8 +559,11 @@ internal static class Program
         ZolException fault = Throws<ZolException>(
             () => ZolDocument.Parse(text.Replace("<Zol:Result>", "<Zol:Result>x", StringComparison.Ordinal)));
         Same(ErrorCode.BadValueFormat, fault.Code);
-        Same(true, fault.Line >= 73);
-        Same(true, fault.Faults.Count > 0);
+        Same(73, fault.Line);
+        Same(true, fault.Faults.Count > 1);
+        Same(true, fault.Path?.EndsWith("/FunctionDE/Result", StringComparison.Ordinal));
+        Same("x0.805854", fault.Value);
+        Same(true, fault.Message.Contains("line 73", StringComparison.Ordinal));
         Same(ErrorCode.NoFile, Throws<ZolException>(() => ZolDocument.Open(Scratch("none.zol"))).Code);
         foreach (int length in new[] { 0, 1, 100, text.LastIndexOf("</", StringComparison.Ordinal) })
         {
