@@ -37,11 +37,16 @@ std::string color_link(const ReportColor& color) {
 
 std::string fact_list(const std::vector<Fact>& facts) {
   if (facts.empty()) return "";
+  constexpr std::size_t k_most = 120;
   std::string out = "<dl>";
-  for (const Fact& fact : facts) {
+  for (std::size_t i = 0; i < std::min(facts.size(), k_most); ++i) {
+    const Fact& fact = facts[i];
     const std::string value = fact.value.empty() ? "(empty)" : shortened(fact.value, 600);
     out += "<div><dt><bdi>" + escaped(shortened(fact.label, 80)) + "</bdi></dt><dd><bdi>" +
            escaped(value) + "</bdi></dd></div>";
+  }
+  if (facts.size() > k_most) {
+    out += "<div><dt>Further</dt><dd>" + grouped_number(facts.size() - k_most) + " more</dd></div>";
   }
   return out + "</dl>";
 }
@@ -50,10 +55,6 @@ namespace {
 
 std::string bdi(const std::string& text, std::size_t limit) {
   return "<bdi>" + escaped(shortened(text, limit)) + "</bdi>";
-}
-
-std::string counted(std::size_t count, std::string_view one, std::string_view many) {
-  return grouped_number(count) + ' ' + std::string(count == 1 ? one : many);
 }
 
 // --- Head ----------------------------------------------------------------------------------------

@@ -14,6 +14,13 @@ using colorimetry::Status;
 
 namespace {
 
+constexpr char k_light_gradient[] =
+    "<defs><linearGradient id=\"light\"><stop stop-color=\"#53007f\"/>"
+    "<stop offset=\".2\" stop-color=\"#1a2cff\"/><stop offset=\".32\" stop-color=\"#00b7e0\"/>"
+    "<stop offset=\".41\" stop-color=\"#00c246\"/><stop offset=\".5\" stop-color=\"#d6e000\"/>"
+    "<stop offset=\".57\" stop-color=\"#ff9500\"/><stop offset=\".67\" stop-color=\"#e60000\"/>"
+    "<stop offset=\"1\" stop-color=\"#4a0000\"/></linearGradient></defs>";
+
 // --- Elements ------------------------------------------------------------------------------------
 
 std::string num(double value) { return decimal_text(value, 1); }
@@ -230,6 +237,7 @@ std::string in_page(const Picture& picture) {
 }
 
 std::string standalone(const Picture& picture) {
+  const bool has_light = picture.body.find("url(#light)") != std::string::npos;
   const std::string width = std::to_string(picture.width), height = std::to_string(picture.height);
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
          "<svg xmlns=\"http://www.w3.org/2000/svg\" class=\"pic\" width=\"" +
@@ -238,7 +246,7 @@ std::string standalone(const Picture& picture) {
          escaped(picture.title) + "</title>\n<desc id=\"description\">" +
          escaped(picture.description) + "</desc>\n<style>" + std::string(picture_style()) +
          "</style>\n<rect class=\"paper\" width=\"" + width + "\" height=\"" + height + "\"/>\n" +
-         picture.body + "\n</svg>\n";
+         (has_light ? k_light_gradient : "") + picture.body + "\n</svg>\n";
 }
 
 std::string_view picture_style() { return k_picture_style; }
@@ -456,7 +464,7 @@ std::string axes(const SpectralFrame& frame, bool is_emission) {
   std::string body = "<path class=\"light\" d=\"M" + num(frame.x(std::max(380.0, frame.first))) +
                      ' ' + num(frame.bottom + 4) + "V" + num(frame.bottom) + "H" +
                      num(frame.x(std::min(780.0, frame.last))) + "v4z\" fill=\"url(#light)\"/>";
-  const double step = frame.last - frame.first > 700 ? 200 : 100;
+  const double step = std::max(50.0, scale_step(frame.last - frame.first, 6));
   for (double tick = std::ceil(frame.first / step) * step; tick <= frame.last; tick += step) {
     body += line(frame.x(tick), frame.top, frame.x(tick), frame.bottom, "gr") +
             text(frame.x(tick), frame.bottom + 20, decimal_text(tick, 0), Anchor::middle, "mu");
@@ -487,13 +495,6 @@ SpectralFrame frame_of(const std::vector<const ReportColor*>& colors, double wid
   frame.most = rise * std::ceil(frame.most / rise - 1e-9);
   return frame;
 }
-
-constexpr char k_light_gradient[] =
-    "<defs><linearGradient id=\"light\"><stop stop-color=\"#53007f\"/>"
-    "<stop offset=\".2\" stop-color=\"#1a2cff\"/><stop offset=\".32\" stop-color=\"#00b7e0\"/>"
-    "<stop offset=\".41\" stop-color=\"#00c246\"/><stop offset=\".5\" stop-color=\"#d6e000\"/>"
-    "<stop offset=\".57\" stop-color=\"#ff9500\"/><stop offset=\".67\" stop-color=\"#e60000\"/>"
-    "<stop offset=\"1\" stop-color=\"#4a0000\"/></linearGradient></defs>";
 
 // The colour itself between two lines that stand out from any paper.
 std::string cased_curve(const std::string& path, const std::string& color, std::string_view dash) {
@@ -581,7 +582,7 @@ Picture spectrum_picture(const ReportColor& color) {
               std::to_string(grid.size()) + " points, " +
               (color.is_emission ? "relative to its greatest value"
                                  : "greatest value " + short_number(greatest(*color.spectrum))),
-          k_light_gradient + axes(frame, color.is_emission) +
+          axes(frame, color.is_emission) +
               cased_curve(curve(color, frame, false), hex_or_ink(color), "")};
 }
 
@@ -654,8 +655,15 @@ std::string limit_tick(double share, double value, std::string_view type) {
 
 }  // namespace
 
-std::string limits_picture(std::string_view words, double value, const colorimetry::Limits& limits,
-                           const std::optional<double>& warning, Status status) {
+std::string limits_picture(std::string_view words, double value, const colorimetry::Limits& given,
+                           const std::optional<double>& warning_level, Status status) {
+  // What is infinite has no place on a scale.
+  const auto finite = [](const std::optional<double>& limit) {
+    return limit && std::isfinite(*limit) ? limit : std::nullopt;
+  };
+  if (!std::isfinite(value)) return "";
+  const colorimetry::Limits limits{finite(given.low), finite(given.high)};
+  const std::optional<double> warning = finite(warning_level);
   double low = std::min(0.0, limits.low.value_or(0)), high = std::max(0.0, limits.high.value_or(0));
   if (warning) high = std::max(high, *warning);
   const double reach = high > low ? high - low : std::max(std::abs(value), 1.0);
