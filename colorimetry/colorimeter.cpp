@@ -228,7 +228,7 @@ Geometry Geometry::of(const GeometryChoiceType& choice) {
       break;
     case GeometryChoiceType::chosen_UnknownGeometry:
       result.kind_ = Kind::named;
-      result.words_ = choice.get_UnknownGeometry();
+      result.words_ = std::make_shared<const std::wstring>(choice.get_UnknownGeometry());
       break;
     case GeometryChoiceType::chosen_BSDFAngle:
       result.kind_ = Kind::angles;
@@ -250,12 +250,17 @@ std::string Geometry::text() const {
     case Kind::angle:
       return number_text(first_) + " degrees";
     case Kind::named:
-      return zol::port::to_utf8(words_);
+      return zol::port::to_utf8(*words_);
     case Kind::angles:
       return number_text(first_) + " degrees, aspecular " + number_text(second_) + " degrees";
     default:
       return "unknown geometry";
   }
+}
+
+bool Geometry::operator==(const Geometry& other) const {
+  return kind_ == other.kind_ && first_ == other.first_ && second_ == other.second_ &&
+         (kind_ != Kind::named || *words_ == *other.words_);
 }
 
 std::string text_of(const Conditions& conditions) {

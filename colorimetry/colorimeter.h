@@ -46,16 +46,13 @@ class ZOL_COLORIMETRY_API Geometry {
   explicit operator bool() const { return kind_ != Kind::unknown; }
   // "45 degrees", "sphere, specular included".
   std::string text() const;
-  bool operator==(const Geometry& other) const {
-    return kind_ == other.kind_ && first_ == other.first_ && second_ == other.second_ &&
-           words_ == other.words_;
-  }
+  bool operator==(const Geometry& other) const;
   bool operator!=(const Geometry& other) const { return !(*this == other); }
 
  private:
   Kind kind_ = Kind::unknown;
   double first_ = 0, second_ = 0;
-  std::wstring words_;
+  std::shared_ptr<const std::wstring> words_;  // of a named one
 };
 
 struct Conditions {

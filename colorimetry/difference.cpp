@@ -94,14 +94,14 @@ double de2000(const Lab& standard, const Lab& sample, const Factors& k) {
   // The mean hue halves the angle between the two vectors, so it points along the sum of both at
   // one length. Of a neutral colour and another one it is the hue of the other. Opposite hues have
   // two halves: there the formula's own rule, by the angles, decides.
-  double hue = 0, cosine = 1, sine = 0;
+  double cosine = 1, sine = 0;
   double hue_part = hue_difference(dot, cross, chromas);
   if (chromas > 0 && dot < -0.999999 * chromas) {
     const double h1 = hue_in_degrees(a1, b1), h2 = hue_in_degrees(a2, b2);
     const double sum = h1 + h2;
     // Angles that are 180 apart may come out a hair further apart.
     const bool is_near = std::fabs(h1 - h2) <= 180 + 1e-10;
-    hue = is_near ? sum / 2 : sum < 360 ? (sum + 360) / 2 : (sum - 360) / 2;
+    const double hue = is_near ? sum / 2 : sum < 360 ? (sum + 360) / 2 : (sum - 360) / 2;
     if ((h2 > h1) == is_near) {
       hue_part = std::fabs(hue_part);
     } else {
@@ -116,7 +116,6 @@ double de2000(const Lab& standard, const Lab& sample, const Factors& k) {
     if (size > 0) {
       cosine = x / size;
       sine = y / size;
-      hue = hue_in_degrees(x, y);
     }
   }
   // cos(h - 30), cos 2h, cos(3h + 6), cos(4h - 63) by the sums of angles.
@@ -139,10 +138,11 @@ double de2000(const Lab& standard, const Lab& sample, const Factors& k) {
   const double dl = (sample.l - standard.l) / (k.l * s_l);
   const double dc = (c2 - c1) / (k.c * s_c);
   const double dh = hue_part / (k.h * s_h);
-  // The rotation of blue is below 1e-15 elsewhere.
-  const double from_blue = (hue - 275) / 25;
+  // The rotation of blue is below 1e-15 from 0 to 125 degrees.
+  constexpr double k_cos_125 = -0.57357643635104609611;
   double rotation = 0;
-  if (std::fabs(from_blue) < 6) {
+  if (sine < 0 || cosine < k_cos_125) {
+    const double from_blue = (hue_in_degrees(cosine, sine) - 275) / 25;
     const double turn = 60 * k_degree * std::exp(-from_blue * from_blue);
     rotation = -2 * root_of_7(c) * std::sin(turn);
   }

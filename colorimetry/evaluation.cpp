@@ -24,60 +24,19 @@ namespace {
 
 // --- Conditions ----------------------------------------------------------------------------------
 
-// What a tolerance demands of the colours that it is held to.
-struct Wanted {
-  std::optional<Light> light;
-  std::optional<Observer> observer;
-  Geometry geometry;
-};
-
 std::optional<Light> light_of(int number) {
   if (number == 0) return std::nullopt;
   if (number <= k_standard_illuminants) return Light(StandardIlluminant(number));
   return Light::custom("custom illuminant of the tolerance");
 }
 
-Wanted wanted_by(const ToleranceType& tolerance) {
-  Wanted wanted;
-  wanted.light = light_of(tolerance.getenum_PrimaryIlluminant());
+Demands demands_of(const ToleranceType& tolerance) {
+  Demands demands;
+  demands.light = light_of(tolerance.getenum_PrimaryIlluminant());
   const int observer = tolerance.getenum_FieldOfView();
-  if (observer != 0) wanted.observer = Observer(observer);
-  if (tolerance.isset_Geometry()) wanted.geometry = Geometry::of(tolerance.get_Geometry());
-  return wanted;
-}
-
-// Colours that may be compared: the standard first, if there is one.
-struct Seen {
-  std::vector<Stimulus> stimuli;
-  Conditions conditions;
-  bool has_default_conditions = false;
-};
-
-// Why the two may not be compared; empty if they may.
-std::string difference_of_conditions(const Stimulus& a, const Stimulus& b) {
-  if (a.is_emissive != b.is_emissive) return "one is a light source and one is none";
-  if (a.geometry && b.geometry && a.geometry != b.geometry) {
-    return "the geometries differ: " + a.geometry.text() + " and " + b.geometry.text();
-  }
-  if (a.filter != 0 && b.filter != 0 && a.filter != b.filter) return "the filters differ";
-  if (a.is_polarised && b.is_polarised && *a.is_polarised != *b.is_polarised) {
-    return "one was measured with polarisers and one without";
-  }
-  if (a.quantity != 0 && b.quantity != 0 && a.quantity != b.quantity) {
-    return "one is reflectance and one transmittance";
-  }
-  return {};
-}
-
-// Why the coordinates are no good for a judgement; empty if they are.
-std::string weakness_of(const Stimulus& stimulus, const Wanted& wanted) {
-  if (stimulus.is_emissive) return "the differences are for samples, and this is a light source";
-  if (stimulus.source != Source::spectrum && stimulus.has_default_conditions) {
-    return "the illuminant or the observer of the coordinates is not given";
-  }
-  if (!wanted.geometry || stimulus.geometry == wanted.geometry) return {};
-  if (!stimulus.geometry) return "the geometry is not given";
-  return "the geometry is " + stimulus.geometry.text() + ", not " + wanted.geometry.text();
+  if (observer != 0) demands.observer = Observer(observer);
+  if (tolerance.isset_Geometry()) demands.geometry = Geometry::of(tolerance.get_Geometry());
+  return demands;
 }
 
 // --- Statistics ----------------------------------------------------------------------------------
@@ -144,29 +103,9 @@ bool is_of_magnitudes(Formula formula) {
 
 Outcome<double> difference(const FunctionTask& task, const Stimulus& standard,
                            const Stimulus& sample) {
-  const Factors& k = task.factors;
-  switch (task.formula) {
-    case Formula::de94:
-      return de94(standard.lab(), sample.lab(), k);
-    case Formula::de2000:
-      return de2000(standard.lab(), sample.lab(), k);
-    case Formula::cmc:
-      return de_cmc(standard.lab(), sample.lab(), k.l, k.c) / task.commercial_factor;
-    case Formula::din99:
-      return de99(standard.lab(), sample.lab(), k.l, k.c);
-    case Formula::fmc2:
-      return de_fmc2(standard.xyz, sample.xyz);
-    case Formula::hunter_de:
-    case Formula::hunter_parts:
-    case Formula::hunter_parts_signed:
-      return de_hunter(hunter_of(standard), hunter_of(sample));
-    case Formula::whiteness:
-      return whiteness(sample);
-    case Formula::yellowness:
-      return yellowness(sample);
-    default:
-      return de76(standard.lab(), sample.lab());
-  }
+  Outcome<double> result = difference_by(task.formula, task.factors, standard, sample);
+  if (result) *result /= task.commercial_factor;
+  return result;
 }
 
 double part_of(const Parts& parts, Part part) {
@@ -269,16 +208,10 @@ class RecordEvaluator {
     bool is_of_standard;
     unsigned index;
     FunctionTask task;
-    Wanted wanted;
+    Demands demands;
   };
   using Rules = std::vector<Rule>;
   using RuleLists = std::initializer_list<const Rules*>;
-
-  // What is looked at under the same conditions.
-  struct Colors {
-    const ColorType* standard;  // may be null
-    std::vector<const ColorType*> measured;
-  };
 
   static void add_rule(const ToleranceType& tolerance, bool is_of_standard, unsigned index,
                        Rules* rules);
@@ -290,20 +223,21 @@ class RecordEvaluator {
   void note_result(const FunctionType& function, const FunctionPlace& place);
   void note_stored(const FunctionType& function, Computed* computed) const;
 
-  void compute(const FunctionTask& task, const Wanted& wanted, const Rule* rule, Computed* result,
+  void compute(const FunctionTask& task, const Demands& demands, const Rule* rule, Computed* result,
                std::vector<PartVerdict>* parts);
-  void compute_pair(const FunctionTask& task, const Wanted& wanted, Computed* result,
+  void compute_pair(const FunctionTask& task, const Demands& demands, Computed* result,
                     std::vector<PartVerdict>* parts);
-  void compute_metamerism(const Rule* rule, const Wanted& wanted, Computed* result);
+  void compute_metamerism(const Rule* rule, const Demands& demands, Computed* result);
   void compute_from_spectra(const FunctionTask& task, Computed* result,
                             std::vector<PartVerdict>* parts);
   void compute_density(Computed* result, const FunctionTask& task, std::vector<PartVerdict>* parts);
-  Outcome<double> over_pair(Formula formula, unsigned pair, const Wanted& wanted, Computed* result);
-  Outcome<double> over_record(Formula formula, const Wanted& wanted, Computed* result);
+  Outcome<double> over_pair(Formula formula, unsigned pair, const Demands& demands,
+                            Computed* result);
+  Outcome<double> over_record(Formula formula, const Demands& demands, Computed* result);
+  Outcome<double> average_over_record(Formula formula, const Demands& demands, Computed* result);
 
-  std::vector<Conditions> candidates(const ColorType& first, const Wanted& wanted);
-  Outcome<Seen> see(const Colors& colors, const Wanted& wanted);
-  Outcome<Seen> see(const Colors& colors, const Conditions& conditions, const Wanted& wanted);
+  Outcome<Comparable> see(const std::vector<PlacedColor>& colors, const Demands& demands,
+                          bool has_standard = true);
 
   const ColorType* standard_of(unsigned pair) const {
     const Standard& standard = record_.get_StandardAndMeasurement(pair).get_Standard();
@@ -313,6 +247,9 @@ class RecordEvaluator {
     return record_.get_StandardAndMeasurement(place.pair)
         .get_Measurement(place.measurement)
         .get_Color();
+  }
+  std::vector<PlacedColor> compared(const FunctionPlace& place) const {
+    return {{standard_of(place.pair), {}}, {&measured(place), {}}};
   }
   // Whether the tolerance is judged once, so that its function's own result is that one.
   bool is_alone(const Verdict& verdict) const;
@@ -325,12 +262,14 @@ class RecordEvaluator {
   Rules global_rules_;
   // Statistics by formula that were asked for by measurements of the pair at hand.
   std::map<Formula, Computed> statistics_;
+  // Averages over the standards, by formula and demands.
+  std::map<std::string, Computed> averages_;
 };
 
 void RecordEvaluator::add_rule(const ToleranceType& tolerance, bool is_of_standard, unsigned index,
                                Rules* rules) {
   const FunctionType* const function = internal::function_in(tolerance.get_Function());
-  Rule rule = {&tolerance, is_of_standard, index, {}, wanted_by(tolerance)};
+  Rule rule = {&tolerance, is_of_standard, index, {}, demands_of(tolerance)};
   if (function != nullptr) {
     rule.task = internal::task_of(*function);
   } else {
@@ -356,6 +295,7 @@ RecordEvaluator::Rules RecordEvaluator::rules_of(unsigned pair) const {
 }
 
 void RecordEvaluator::evaluate() {
+  out_.verdicts.reserve(out_.verdicts.size() + record_.size_StandardAndMeasurement());
   unsigned index = 0;
   for (const ToleranceType& tolerance : record_.each_Tolerance()) {
     add_rule(tolerance, false, index++, &record_rules_);
@@ -370,7 +310,9 @@ void RecordEvaluator::evaluate() {
       ++index;
     }
   }
-  for (unsigned i = 0; i < record_.size_StandardAndMeasurement(); ++i) evaluate_pair(i);
+  for (unsigned i = 0; i < record_.size_StandardAndMeasurement() && !out_.is_cut; ++i) {
+    evaluate_pair(i);
+  }
   evaluate_averages();
 }
 
@@ -381,7 +323,7 @@ void RecordEvaluator::evaluate_pair(unsigned number) {
   FunctionPlace place;
   place.record = number_;
   place.pair = number;
-  for (unsigned i = 0; i < pair.size_Measurement(); ++i) {
+  for (unsigned i = 0; i < pair.size_Measurement() && !out_.is_cut; ++i) {
     place.measurement = i;
     for (const Rules* rules : RuleLists{&own, &global_rules_, &record_rules_}) {
       for (const Rule& rule : *rules) {
@@ -440,6 +382,9 @@ void RecordEvaluator::note_stored(const FunctionType& function, Computed* comput
 }
 
 void RecordEvaluator::judge(const Rule& rule, const FunctionPlace& place) {
+  constexpr std::size_t k_most_verdicts = 1000000;
+  if (out_.verdicts.size() == k_most_verdicts) out_.is_cut = true;
+  if (out_.is_cut) return;
   out_.verdicts.emplace_back();
   Verdict& verdict = out_.verdicts.back();
   verdict.place = place;
@@ -455,7 +400,7 @@ void RecordEvaluator::judge(const Rule& rule, const FunctionPlace& place) {
   if (rule.tolerance->isset_WarningLevel()) {
     verdict.warning_level = rule.tolerance->get_WarningLevel();
   }
-  compute(rule.task, rule.wanted, &rule, &verdict, &verdict.parts);
+  compute(rule.task, rule.demands, &rule, &verdict, &verdict.parts);
   if (!verdict.value) return;
   if (verdict.function != nullptr && is_alone(verdict)) note_stored(*verdict.function, &verdict);
   if (!verdict.limits.has_any() && !verdict.warning_level && verdict.parts.empty()) {
@@ -497,7 +442,7 @@ void RecordEvaluator::note_result(const FunctionType& function, const FunctionPl
 
 // --- Computing -----------------------------------------------------------------------------------
 
-void RecordEvaluator::compute(const FunctionTask& task, const Wanted& wanted, const Rule* rule,
+void RecordEvaluator::compute(const FunctionTask& task, const Demands& demands, const Rule* rule,
                               Computed* result, std::vector<PartVerdict>* parts) {
   result->formula = task.formula;
   result->factors = task.factors;
@@ -508,8 +453,8 @@ void RecordEvaluator::compute(const FunctionTask& task, const Wanted& wanted, co
   const bool is_over_pair = internal::is_over_measurements(task.formula);
   if (is_over_pair || internal::is_over_standards(task.formula)) {
     const Outcome<double> value = is_over_pair
-                                      ? over_pair(task.formula, result->place.pair, wanted, result)
-                                      : over_record(task.formula, wanted, result);
+                                      ? over_pair(task.formula, result->place.pair, demands, result)
+                                      : over_record(task.formula, demands, result);
     if (value) {
       result->value = *value;
     } else {
@@ -518,13 +463,13 @@ void RecordEvaluator::compute(const FunctionTask& task, const Wanted& wanted, co
   } else if (standard_of(result->place.pair) == nullptr) {
     result->reason = "there is no standard";
   } else if (task.formula == Formula::metamerism) {
-    compute_metamerism(rule, wanted, result);
+    compute_metamerism(rule, demands, result);
   } else if (task.formula == Formula::brightness || task.formula == Formula::strength) {
     compute_from_spectra(task, result, parts);
   } else if (task.formula == Formula::density) {
     compute_density(result, task, parts);
   } else {
-    compute_pair(task, wanted, result, parts);
+    compute_pair(task, demands, result, parts);
   }
   if (result->value && !std::isfinite(*result->value)) {
     result->value.reset();
@@ -541,10 +486,9 @@ void RecordEvaluator::compute(const FunctionTask& task, const Wanted& wanted, co
   }
 }
 
-void RecordEvaluator::compute_pair(const FunctionTask& task, const Wanted& wanted, Computed* result,
-                                   std::vector<PartVerdict>* parts) {
-  const Outcome<Seen> seen =
-      see({standard_of(result->place.pair), {&measured(result->place)}}, wanted);
+void RecordEvaluator::compute_pair(const FunctionTask& task, const Demands& demands,
+                                   Computed* result, std::vector<PartVerdict>* parts) {
+  const Outcome<Comparable> seen = see(compared(result->place), demands);
   if (!seen) {
     result->reason = seen.reason();
     return;
@@ -584,13 +528,14 @@ void RecordEvaluator::compute_pair(const FunctionTask& task, const Wanted& wante
   }
 }
 
-void RecordEvaluator::compute_metamerism(const Rule* rule, const Wanted& wanted, Computed* result) {
+void RecordEvaluator::compute_metamerism(const Rule* rule, const Demands& demands,
+                                         Computed* result) {
   if (rule == nullptr) {
     result->reason = "the function does not name the second illuminant";
     return;
   }
-  const Colors colors = {standard_of(result->place.pair), {&measured(result->place)}};
-  const Outcome<Seen> reference = see(colors, wanted);
+  const std::vector<PlacedColor> colors = compared(result->place);
+  const Outcome<Comparable> reference = see(colors, demands);
   if (!reference) {
     result->reason = reference.reason();
     return;
@@ -602,7 +547,8 @@ void RecordEvaluator::compute_metamerism(const Rule* rule, const Wanted& wanted,
                            int(rule->tolerance->getenum_TertiaryIlluminant())}) {
     const std::optional<Light> light = light_of(number);
     if (!light) continue;
-    const Outcome<Seen> test = see(colors, {*light, reference->conditions.observer}, wanted);
+    const Outcome<Comparable> test =
+        see(colors, {light, reference->conditions.observer, demands.geometry});
     if (!test) {
       result->value.reset();
       result->reason = test.reason();
@@ -672,7 +618,7 @@ void RecordEvaluator::compute_density(Computed* result, const FunctionTask& task
   }
 }
 
-Outcome<double> RecordEvaluator::over_pair(Formula formula, unsigned number, const Wanted& wanted,
+Outcome<double> RecordEvaluator::over_pair(Formula formula, unsigned number, const Demands& demands,
                                            Computed* result) {
   const StandardAndMeasurementType& pair = record_.get_StandardAndMeasurement(number);
   const bool has_mean = formula == Formula::mean_de76;
@@ -680,11 +626,12 @@ Outcome<double> RecordEvaluator::over_pair(Formula formula, unsigned number, con
   if (pair.size_Measurement() == 0) return Refusal{"there are no measurements"};
   if (!has_mean && pair.size_Measurement() == 1) return Refusal{"there is one measurement alone"};
   if (has_mean && standard == nullptr) return Refusal{"there is no standard"};
-  Colors colors = {has_mean ? standard : nullptr, {}};
+  std::vector<PlacedColor> colors;
+  if (has_mean) colors.push_back({standard, {}});
   for (const Measurement& measurement : pair.each_Measurement()) {
-    colors.measured.push_back(&measurement.get_Color());
+    colors.push_back({&measurement.get_Color(), {}});
   }
-  const Outcome<Seen> seen = see(colors, wanted);
+  const Outcome<Comparable> seen = see(colors, demands, has_mean);
   if (!seen) return seen.refusal();
   result->conditions = seen->conditions;
   result->has_default_conditions = seen->has_default_conditions;
@@ -704,13 +651,37 @@ Outcome<double> RecordEvaluator::over_pair(Formula formula, unsigned number, con
   return standard_deviation(values);
 }
 
-Outcome<double> RecordEvaluator::over_record(Formula formula, const Wanted& wanted,
+// What a tolerance of each standard may ask for is summed once.
+Outcome<double> RecordEvaluator::over_record(Formula formula, const Demands& demands,
                                              Computed* result) {
+  const std::string key = std::string(name_of(formula)) + '|' +
+                          (demands.light ? demands.light->name() : "") + '|' +
+                          (demands.observer ? std::string(name_of(*demands.observer)) : "") + '|' +
+                          (demands.geometry ? demands.geometry.text() : "");
+  const auto known = averages_.find(key);
+  if (known == averages_.end()) {
+    Computed average;
+    const Outcome<double> value = average_over_record(formula, demands, &average);
+    if (value) average.value = *value;
+    average.reason = value.reason();
+    averages_.emplace(key, average);
+  }
+  const Computed& average = averages_.at(key);
+  result->conditions = average.conditions;
+  result->has_default_conditions = average.has_default_conditions;
+  result->standard_source = average.standard_source;
+  result->measurement_source = average.measurement_source;
+  if (average.value) return *average.value;
+  return Refusal{average.reason};
+}
+
+Outcome<double> RecordEvaluator::average_over_record(Formula formula, const Demands& demands,
+                                                     Computed* result) {
   double sum = 0;
   unsigned count = 0;
   for (unsigned i = 0; i < record_.size_StandardAndMeasurement(); ++i) {
     if (record_.get_StandardAndMeasurement(i).size_Measurement() < 2) continue;
-    const Outcome<double> deviation = over_pair(formula, i, wanted, result);
+    const Outcome<double> deviation = over_pair(formula, i, demands, result);
     if (!deviation) return deviation;
     sum += *deviation;
     ++count;
@@ -719,64 +690,13 @@ Outcome<double> RecordEvaluator::over_record(Formula formula, const Wanted& want
   return sum / count;
 }
 
-// --- Looking at colours --------------------------------------------------------------------------
-
-std::vector<Conditions> RecordEvaluator::candidates(const ColorType& first, const Wanted& wanted) {
-  std::vector<Conditions> result;
-  if (!wanted.light || !wanted.observer) {
-    for (Conditions& conditions : meter_.conditions_of(first)) {
-      if (wanted.light && conditions.light != *wanted.light) continue;
-      if (wanted.observer && conditions.observer != *wanted.observer) continue;
-      result.push_back(std::move(conditions));
-    }
-  }
-  // What is left open is as ISO 13655 has it.
-  result.push_back({wanted.light.value_or(Light(StandardIlluminant::D50)),
-                    wanted.observer.value_or(Observer::degree_2)});
-  return result;
-}
-
-Outcome<Seen> RecordEvaluator::see(const Colors& colors, const Wanted& wanted) {
-  const ColorType& first = colors.standard != nullptr ? *colors.standard : *colors.measured.front();
-  const std::vector<Conditions> conditions = candidates(first, wanted);
-  Outcome<Seen> result = Refusal{""};
-  bool has_reason = false;
-  for (std::size_t i = 0; i < conditions.size(); ++i) {
-    Outcome<Seen> seen = see(colors, conditions[i], wanted);
-    if (seen) {
-      const bool is_open = !wanted.light || !wanted.observer;
-      seen->has_default_conditions = is_open && i + 1 == conditions.size();
-      return seen;
-    }
-    if (!has_reason) result = std::move(seen);
-    has_reason = true;
-  }
-  return result;
-}
-
-Outcome<Seen> RecordEvaluator::see(const Colors& colors, const Conditions& conditions,
-                                   const Wanted& wanted) {
-  Seen seen;
-  seen.conditions = conditions;
-  seen.stimuli.reserve(colors.measured.size() + 1);
-  const auto add = [&](const ColorType& color) -> std::string {
-    Outcome<Stimulus> stimulus = meter_.measure(color, conditions);
-    if (!stimulus) return stimulus.reason();
-    std::string reason = weakness_of(*stimulus, wanted);
-    if (reason.empty()) seen.stimuli.push_back(std::move(*stimulus));
-    return reason;
-  };
-  if (colors.standard != nullptr) {
-    const std::string reason = add(*colors.standard);
-    if (!reason.empty()) return Refusal{"the standard: " + reason};
-  }
-  for (const ColorType* color : colors.measured) {
-    std::string reason = add(*color);
-    if (reason.empty())
-      reason = difference_of_conditions(seen.stimuli.front(), seen.stimuli.back());
-    if (!reason.empty()) return Refusal{"the measurement: " + reason};
-  }
-  return seen;
+Outcome<Comparable> RecordEvaluator::see(const std::vector<PlacedColor>& colors,
+                                         const Demands& demands, bool has_standard) {
+  Incomparable why;
+  std::optional<Comparable> seen = measure_alike(meter_, colors, demands, &why);
+  if (seen) return std::move(*seen);
+  const bool is_standard = has_standard && why.index == 0;
+  return Refusal{(is_standard ? "the standard: " : "the measurement: ") + why.reason};
 }
 
 Colorimeter strict_colorimeter() {
@@ -798,6 +718,37 @@ std::string_view name_of(Status status) {
       return "fail";
     default:
       return "not judged";
+  }
+}
+
+Outcome<double> difference_by(Formula formula, const Factors& k, const Stimulus& standard,
+                              const Stimulus& sample) {
+  switch (formula) {
+    case Formula::de76:
+    case Formula::lab_parts:
+    case Formula::lab_parts_signed:
+    case Formula::lch_parts:
+      return de76(standard.lab(), sample.lab());
+    case Formula::de94:
+      return de94(standard.lab(), sample.lab(), k);
+    case Formula::de2000:
+      return de2000(standard.lab(), sample.lab(), k);
+    case Formula::cmc:
+      return de_cmc(standard.lab(), sample.lab(), k.l, k.c);
+    case Formula::din99:
+      return de99(standard.lab(), sample.lab(), k.l, k.c);
+    case Formula::fmc2:
+      return de_fmc2(standard.xyz, sample.xyz);
+    case Formula::hunter_de:
+    case Formula::hunter_parts:
+    case Formula::hunter_parts_signed:
+      return de_hunter(hunter_of(standard), hunter_of(sample));
+    case Formula::whiteness:
+      return whiteness(sample);
+    case Formula::yellowness:
+      return yellowness(sample);
+    default:
+      return Refusal{std::string(name_of(formula)) + " is not of two colours alone"};
   }
 }
 
@@ -842,9 +793,11 @@ bool is_same_function(const FunctionType& a, const FunctionType& b) {
          reflection::type_of(a) == reflection::type_of(b);
 }
 
-// The number of results that changed: 1 or 0.
+// The number of results that changed: 1 or 0. Documents are written with 14 digits.
 std::size_t store(FunctionType* function, double value) {
-  if (function->isset_Result() && function->get_Result() == value) return 0;
+  const bool is_there = function->isset_Result() &&
+                        std::fabs(function->get_Result() - value) <= 1e-13 * std::fabs(value);
+  if (is_there) return 0;
   return function->set_Result(value) == lmx::elmx_ok ? 1 : 0;
 }
 

@@ -23,8 +23,7 @@
 #include <string_view>
 #include <vector>
 
-#include "colorimetry/colorimeter.h"
-#include "colorimetry/difference.h"
+#include "colorimetry/comparison.h"
 #include "colorimetry/export.h"
 
 namespace zol_v2 {
@@ -74,6 +73,12 @@ enum class Formula : unsigned char {
 ZOL_COLORIMETRY_API std::string_view name_of(Formula formula);
 // Where it was published: "ISO/CIE 11664-6". Empty for none.
 ZOL_COLORIMETRY_API std::string_view source_of(Formula formula);
+
+// By a formula that needs no more than two stimuli: differences, whose parts formulas give the
+// whole, and whiteness and yellowness of the sample. Factors as in Computed. Refused for other
+// formulas, and where an index is not defined.
+ZOL_COLORIMETRY_API Outcome<double> difference_by(Formula formula, const Factors& factors,
+                                                  const Stimulus& standard, const Stimulus& sample);
 
 enum class Status : unsigned char { passed, warning, failed, not_judged };
 
@@ -146,8 +151,11 @@ struct Verdict : Computed {
 };
 
 struct Evaluation {
-  // In the order of the document: by record, standard, measurement and tolerance.
+  // In the order of the document: by record, standard, measurement and tolerance. Their number is
+  // that of the measurements times that of the tolerances, so a small document may ask for more
+  // than any memory holds: after a million the evaluation stops, and is_cut is set.
   std::vector<Verdict> verdicts;
+  bool is_cut = false;
   // The functions that stand in the measurements, by themselves: their values, and what is stored.
   std::vector<Computed> results;
 

@@ -141,7 +141,7 @@ Light Light::of_temperature(double kelvin) {
 
 Light Light::custom(std::string name) {
   Light light;
-  light.custom_name_ = std::move(name);
+  if (!name.empty()) light.custom_name_ = std::make_shared<const std::string>(std::move(name));
   return light;
 }
 
@@ -179,14 +179,16 @@ std::string Light::name() const {
     case Kind::temperature:
       return number_text(first_) + " K";
     default:
-      return custom_name_.empty() ? "unknown light" : custom_name_;
+      return custom_name_ == nullptr ? "unknown light" : *custom_name_;
   }
 }
 
 bool Light::operator==(const Light& other) const {
   if (kind_ != other.kind_) return false;
   if (kind_ == Kind::standard) return illuminant_ == other.illuminant_;
-  if (kind_ == Kind::unknown) return !custom_name_.empty() && custom_name_ == other.custom_name_;
+  if (kind_ == Kind::unknown)
+    return custom_name_ != nullptr && other.custom_name_ != nullptr &&
+           *custom_name_ == *other.custom_name_;
   return first_ == other.first_ && second_ == other.second_;
 }
 
@@ -224,9 +226,9 @@ Outcome<Xyz> Light::white(Observer observer) const {
       if (observer == Observer::degree_2) return daylight_white(first_);
       return Refusal{"the white of daylight of " + name() + " is defined for 2 degrees alone"};
     default:
-      return Refusal{custom_name_.empty()
+      return Refusal{custom_name_ == nullptr
                          ? std::string("the light is not given")
-                         : "no white is known for the light \"" + custom_name_ + '"'};
+                         : "no white is known for the light \"" + *custom_name_ + '"'};
   }
 }
 

@@ -1,6 +1,7 @@
 // Illuminants, observers and what a document may say of the light.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -98,7 +99,7 @@ class ZOL_COLORIMETRY_API Light {
   StandardIlluminant illuminant_ = StandardIlluminant::E;
   double first_ = 0;  // x or kelvin
   double second_ = 0;
-  std::string custom_name_;
+  std::shared_ptr<const std::string> custom_name_;  // null for none
 };
 
 }  // namespace zol_v2::colorimetry

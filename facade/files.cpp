@@ -9,11 +9,13 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "facade/internal/block_sink.h"
 #include "facade/internal/file_source.h"
 #include "facade/internal/memory_file.h"
 #include "facade/internal/packed_document.h"
+#include "facade/internal/well_formed.h"
 #include "lmx/reader.h"
 #include "lmx/writer.h"
 #include "model/Zol.h"
@@ -227,23 +229,25 @@ LoadReport read_document(Zol& document, lmx::c_xml_reader& reader) {
   return report;
 }
 
-LoadReport read_document(Zol& document, std::string_view text) {
-  lmx::c_xml_reader_memory reader(text.data(), text.size());
-  return read_document(document, reader);
+LoadReport check_text(std::string_view text) {
+  LoadReport report;
+  const std::vector<internal::XmlFault> faults = internal::find_xml_faults(text, 1);
+  if (faults.empty()) return report;
+  const internal::XmlFault& fault = faults.front();
+  report.code = lmx::elmx_not_well_formed;
+  report.line = static_cast<int>(fault.line);
+  report.column = static_cast<int>(fault.column);
+  report.item = fault.item;
+  report.message = "line:" + std::to_string(fault.line) + "-'" + fault.item + "'-" +
+                   lmx::get_error_description(report.code) + " at column " +
+                   std::to_string(fault.column) + ": " + fault.sentence;
+  return report;
 }
 
-LoadReport load(Zol& document, const std::wstring& path, const LoadOptions& options) {
-  if (has_suffix(path, k_zipped_suffix)) {
-    internal::PackedDocument packed;
-    if (!packed.open(path, options.largest_document) || !packed.read()) return unusable(packed);
-    return read_document(document, packed.text());
-  }
-  internal::FileSource source(path, options.largest_document);
-  if (!source.is_open()) return failure<LoadReport>(lmx::elmx_no_file, system_text(errno));
-  lmx::c_xml_reader reader(source);
+LoadReport read_document(Zol& document, std::string_view text, const LoadOptions& options) {
+  lmx::c_xml_reader_memory reader(text.data(), text.size());
   LoadReport report = read_document(document, reader);
-  if (source.is_whole()) return report;
-  return failure_of(source, options);
+  return options.strict && report.code == lmx::elmx_ok ? check_text(text) : report;
 }
 
 LoadReport read_text(std::string& text, const std::wstring& path, const LoadOptions& options) {
@@ -258,6 +262,25 @@ LoadReport read_text(std::string& text, const std::wstring& path, const LoadOpti
   const char* block = nullptr;
   while (const std::size_t size = source.read_block(&block)) text.append(block, size);
   return source.is_whole() ? LoadReport() : failure_of(source, options);
+}
+
+LoadReport load(Zol& document, const std::wstring& path, const LoadOptions& options) {
+  if (has_suffix(path, k_zipped_suffix)) {
+    internal::PackedDocument packed;
+    if (!packed.open(path, options.largest_document) || !packed.read()) return unusable(packed);
+    return read_document(document, packed.text(), options);
+  }
+  if (options.strict) {
+    std::string text;
+    const LoadReport report = read_text(text, path, options);
+    return report.code == lmx::elmx_ok ? read_document(document, text, options) : report;
+  }
+  internal::FileSource source(path, options.largest_document);
+  if (!source.is_open()) return failure<LoadReport>(lmx::elmx_no_file, system_text(errno));
+  lmx::c_xml_reader reader(source);
+  LoadReport report = read_document(document, reader);
+  if (source.is_whole()) return report;
+  return failure_of(source, options);
 }
 
 // Runs an operation on something new, which takes the place of what stands there if all is well.
@@ -278,10 +301,15 @@ elmx_error openFile(Zol& document, const std::wstring& path, LoadReport* report,
   });
 }
 
-elmx_error openText(Zol& document, std::string_view text, LoadReport* report) noexcept {
+elmx_error openText(Zol& document, std::string_view text, LoadReport* report,
+                    const LoadOptions& options) noexcept {
   return guarded(report, {}, [&] {
-    return replacing(document, [&](Zol& loaded) { return read_document(loaded, text); });
+    return replacing(document, [&](Zol& loaded) { return read_document(loaded, text, options); });
   });
+}
+
+elmx_error checkText(std::string_view text, LoadReport* report) noexcept {
+  return guarded(report, {}, [&] { return check_text(text); });
 }
 
 elmx_error readText(std::string& text, const std::wstring& path, LoadReport* report,

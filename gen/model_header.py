@@ -291,6 +291,9 @@ def private_members(info):
     if info.rows:
         out.emit("static const internal::Row k_rows[];")
         out.blank()
+    if info.keeps_batch:
+        # Goes last, when nothing can look at its blocks any more.
+        out.emit("internal::Batch batch_;")
     members = [member for member in (shape.member() for shape in shapes(info)) if member]
     if members:
         out.raw("\n".join(members))

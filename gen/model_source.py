@@ -110,6 +110,8 @@ def description(info):
                  f"{info.required_attributes_mask:#x}, {info.flag_mask:#x})")
     if info.nillable:
         words.append(f"nilled_by({info.nil_bit})")
+    if info.keeps_batch:
+        words.append(f"keeping(offsetof({info.name}, batch_))")
     if info.alternatives:
         words.append(f"unless({info.none})")
     if info.is_poly:

@@ -101,6 +101,11 @@ class ClassInfo:
         return self.has("document") or self.has("document-unbridged")
 
     @property
+    def keeps_batch(self):
+        """Whether it lets go of what was read with it as a whole: the document proper."""
+        return self.has("root")
+
+    @property
     def root_type(self):
         """Of a holder: the root of the family that its members belong to."""
         return self.model[self.schema.root_type]

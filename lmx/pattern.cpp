@@ -1,13 +1,9 @@
 #include "lmx/pattern.h"
 
-#include <libxml/xmlerror.h>
 #include <libxml/xmlregexp.h>
 #include <libxml/xmlstring.h>
-#include <libxml/xmlversion.h>
-#if LIBXML_VERSION < 21200
-#include <libxml/globals.h>
-#endif
 
+#include "lmx/internal/libxml2_silence.h"
 #include "lmx/text.h"
 
 namespace lmx {
@@ -18,34 +14,10 @@ const xmlChar* as_xml(const std::string& utf8) {
   return reinterpret_cast<const xmlChar*>(utf8.c_str());
 }
 
-void ignore_report(void*, const char*, ...) {}
-
-// Keeps libxml2 silent on this thread for as long as it lives. Unless told otherwise it prints to
-// the standard error, which belongs to the program around us.
-class Silence {
- public:
-  Silence() {
-    xmlSetStructuredErrorFunc(nullptr, [](void*, auto*) {});
-    xmlSetGenericErrorFunc(nullptr, ignore_report);
-  }
-  Silence(const Silence&) = delete;
-  Silence& operator=(const Silence&) = delete;
-  ~Silence() {
-    xmlSetStructuredErrorFunc(structured_context_, structured_);
-    xmlSetGenericErrorFunc(generic_context_, generic_);
-  }
-
- private:
-  const xmlStructuredErrorFunc structured_ = xmlStructuredError;
-  void* const structured_context_ = xmlStructuredErrorContext;
-  const xmlGenericErrorFunc generic_ = xmlGenericError;
-  void* const generic_context_ = xmlGenericErrorContext;
-};
-
 // The engine trusts its pattern to be UTF-8, and one that is not can make it take memory without
 // end.
 _xmlRegexp* compile(const std::string& pattern) {
-  const Silence silence;
+  const internal::Libxml2Silence silence;
   const xmlChar* const text = as_xml(pattern);
   return xmlCheckUTF8(text) != 0 ? xmlRegexpCompile(text) : nullptr;
 }
@@ -72,7 +44,7 @@ c_regex::~c_regex() { xmlRegFreeRegexp(compiled_); }
 
 bool c_regex::is_match(const std::string& utf8) const {
   if (compiled_ == nullptr) return false;
-  const Silence silence;
+  const internal::Libxml2Silence silence;
   return xmlRegexpExec(compiled_, as_xml(utf8)) != 0;
 }
 

@@ -346,7 +346,7 @@ Ref Ref::child(Row row, unsigned index) const {
   if (table.place == Place::alternative) return choose(row);
   if (!table.is_in_place()) {
     Object*& held = table.field<Object*>(*object_);
-    if (held == nullptr) held = table.type->make(nullptr);
+    if (held == nullptr) internal::make_child(held, *table.type);
     Head::touch(*object_, table.bit);
     return *held;
   }
@@ -387,10 +387,7 @@ bool Ref::unset(Row row) const {
   }
   if (table.place == Place::alternative) {
     if (!ConstRef(*this).has(row)) return true;
-    // An empty object takes what is chosen with it.
-    const std::unique_ptr<Object> fresh = type().make();
-    std::swap(table.field<Slot>(*fresh), table.field<Slot>(*object_));
-    std::swap(Head::chosen(*fresh), Head::chosen(*object_));
+    internal::deselect(*object_);
     return true;
   }
   if (table.is_required || table.kind == Kind::mark) return false;

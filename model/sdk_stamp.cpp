@@ -22,7 +22,10 @@ void SdkStamp::stampRead(Zol& document) const {
 }
 
 void SdkStamp::stampWrite(Zol& document) const {
-  document.get_Preamble().get_Header().assign_WriteSDKInformation(this_library());
+  SDKType& stamp = document.get_Preamble().get_Header().get_WriteSDKInformation();
+  const SDKType library = this_library();
+  // A document that bears it already goes on as it was read.
+  if (!internal::is_same(stamp, library, SDKType::k_class)) stamp = library;
 }
 
 }  // namespace zol_v2

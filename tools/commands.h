@@ -14,3 +14,7 @@ void add_list(CLI::App& app, ExitStatus* status);
 // Only where the library of colorimetry is built.
 void add_report(CLI::App& app, ExitStatus* status);
 void add_schema(CLI::App& app, ExitStatus* status);
+
+// Where the library of colorimetry is built.
+void add_check(CLI::App& app, ExitStatus* status);
+void add_compare(CLI::App& app, ExitStatus* status);

@@ -35,10 +35,14 @@ ExitStatus run(int argc, char** argv) {
   add_info(app, &status);
   add_convert(app, &status);
   add_list(app, &status);
-#if defined(ZOL_HAS_COLORIMETRY)
+#if defined(ZOL_WITH_REPORT)
   add_report(app, &status);
 #endif
   add_schema(app, &status);
+#if defined(ZOL_WITH_COLORIMETRY)
+  add_check(app, &status);
+  add_compare(app, &status);
+#endif
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -5,7 +5,7 @@
 
 Reflectances are logistic edges and bell-shaped bands, the usual shapes of inks and paints;
 transmittances follow the law of Beer and Lambert; the sources are black bodies. The coordinates
-are summed from the spectra, so they agree with them to the last digit written. The instrument,
+are summed from the written points, so they agree with them to the last digit written. The instrument,
 its maker and the people are invented.
 """
 
@@ -18,7 +18,7 @@ from markup import Form, comment, el, write
 
 MEASURED = "2026-03-05T09:30:15.5+01:00"
 COMPUTED = "2026-11-21T10:30:00Z"
-WHITE_A = cm.tristimulus(lambda w: 1.0, cm.illuminant_a)
+WHITE_A = cm.tristimulus(dict.fromkeys(cm.WAVELENGTHS, 1.0), cm.illuminant_a)
 
 
 def edge(centre, width, low, high):
@@ -75,7 +75,7 @@ def tristimulus(kind, geometry):
               el("DeviceFilter", xsi_nil="true"), el("DevicePolarization", xsi_nil="true"),
               el("ChangeHistory", COMPUTED), el("Spectrum", kind),
               el("IlluminationOptions", el("Illuminant", "Illuminant_A"),
-                 Description="relative power by the formula of CIE 15"),
+                 Description="relative power by the table of CIE 15"),
               el("FieldOfView", "FieldOfView_2_Degree"), el("GeometryChoice", geometry))
 
 
@@ -85,8 +85,12 @@ def generic(kind, geometry):
               el("GeometryChoice", geometry), el("DensityStatus", "Status_Spectral"))
 
 
+def measured(spectrum):
+    return {w: round(spectrum(w), 6) for w in cm.WAVELENGTHS}
+
+
 def points(spectrum):
-    return [el("ReflectancePoint", round(spectrum(w), 6), Wavelength=w) for w in cm.WAVELENGTHS]
+    return [el("ReflectancePoint", v, Wavelength=w) for w, v in measured(spectrum).items()]
 
 
 def space(name, specification, names, values):
@@ -96,7 +100,7 @@ def space(name, specification, names, values):
 
 
 def coordinates(spectrum, kind, geometry):
-    xyz = cm.tristimulus(spectrum, cm.illuminant_a)
+    xyz = cm.tristimulus(measured(spectrum), cm.illuminant_a)
     lab = cm.xyz_to_lab(xyz, WHITE_A)
     specification = tristimulus(kind, geometry)
     # XYZ is scaled to a white of Y = 1; under illuminant A its X may pass 1 and is then left out.
@@ -136,9 +140,7 @@ def transmittance(name, number, kind, spectrum, density_filter, peak, geometry):
 
 def source(kelvin):
     """A black body as a distant source, in spectral radiance and luminance."""
-    def radiance(w):
-        return cm.black_body(w, kelvin)
-
+    radiance = {w: float(f"{cm.black_body(w, kelvin):.7g}") for w in cm.WAVELENGTHS}
     base = [el("DeviceFilter", "Filter_None"), el("DevicePolarization", xsi_nil="true"),
             el("ChangeHistory", COMPUTED), el("EmissiveType", "Emissive_Spot"),
             el("EmissiveMode", "EmissiveMode_NA")]
@@ -153,8 +155,8 @@ def source(kelvin):
     return el("Color", el("ChangeHistory", COMPUTED),
               el("ColorSpaceEmissiveSpectral", el("ChangeHistory", COMPUTED),
                  spectral_specification,
-                 [el("EmissiveSpectralPoint", float(f"{radiance(w):.7g}"), Wavelength=w)
-                  for w in cm.WAVELENGTHS],
+                 [el("EmissiveSpectralPoint", value, Wavelength=w)
+                  for w, value in radiance.items()],
                  Name="Radiance in W/(sr m² nm)"),
               space("ColorSpaceEmissiveCIEXYZ", specification, ("X", "Y", "Z"), xyz),
               space("ColorSpaceEmissiveCIExyY", specification, ("X", "Y", "CapY"),

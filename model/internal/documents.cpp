@@ -39,11 +39,15 @@ bool read_strictly(Object& self, const Class& type, lmx::c_xml_reader& reader) {
       !reader.peek_document(&text)) {
     return false;
   }
-  StrictReader strict(text, reader.pool());
+  // As one that was read as a whole it goes as a whole.
+  const bool is_whole = type.keeps_batch() && !type.batch_of(self).is_intact();
+  Pool pool(is_whole ? Pool::Kind::batch : Pool::Kind::plain);
+  StrictReader strict(text, pool);
   if (!strict.read(self, type)) {
     reset(self, type);
     return false;
   }
+  if (is_whole) pool.move_to(&type.batch_of(self));
   reader.take_document({strict.bytes_read(), strict.end_name(), strict.last_value(),
                         strict.last_mode(), strict.last_name(), strict.last_name_ns_id(),
                         &strict.declared()});

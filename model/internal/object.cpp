@@ -75,6 +75,11 @@ void store_enumerated(Object& self, const Row& row, const std::wstring* text) {
 
 }  // namespace
 
+void make_child(Object*& child, const Class& type) {
+  Pool::disturb(&child);
+  child = type.make(nullptr);
+}
+
 void delete_entry(const Row& row, void* entry) noexcept {
   switch (row.kind) {
     case Kind::object:
@@ -123,6 +128,7 @@ const std::wstring& Text::empty_text() { return empty_value<std::wstring>(); }
 void Text::set_narrow(std::string_view utf8, Pool* pool) {
   release();
   if (utf8.empty()) return;
+  if (pool == nullptr) Pool::disturb(this);
   if (utf8.size() > std::numeric_limits<std::uint32_t>::max()) {
     lmx::internal::append_wide(&make(pool), utf8);
     return;
@@ -146,10 +152,17 @@ std::wstring& Text::make(Pool* pool) {
     auto made = make_owned_in<Wide>(pool);
     if (word != 0) lmx::internal::append_wide(&made->text, narrow(word).view());
     release();
+    if (pool == nullptr) enter(*made);
     word = reinterpret_cast<std::uintptr_t>(made.release());
     word_.store(word, std::memory_order_release);
   }
   return wide(word).text;
+}
+
+// A text in a batch gives its wide form, which stands on the heap, to the batch.
+void Text::enter(Wide& made) const {
+  made.destroy = [](BatchEntry* entry) { Owned<Wide>(static_cast<Wide*>(entry)).reset(); };
+  if (!Pool::add_to_batch(this, &made)) made.destroy = nullptr;
 }
 
 // Whoever comes first makes the wide text for all.
@@ -159,6 +172,7 @@ const std::wstring& Text::widened(std::uintptr_t word) const {
   made->source = reinterpret_cast<void*>(word - k_is_narrow);
   const auto wide_word = reinterpret_cast<std::uintptr_t>(made.get());
   if (word_.compare_exchange_strong(word, wide_word, std::memory_order_acq_rel)) {
+    enter(*made);
     return made.release()->text;
   }
   return wide(word).text;
@@ -167,9 +181,21 @@ const std::wstring& Text::widened(std::uintptr_t word) const {
 void Text::release() {
   const std::uintptr_t word = word_.exchange(0, std::memory_order_relaxed);
   if (word == 0) return;
-  if ((word & k_is_narrow) != 0) return Pool::release(reinterpret_cast<void*>(word - k_is_narrow));
+  if ((word & k_is_narrow) != 0) {
+    return Pool::release_plain(reinterpret_cast<void*>(word - k_is_narrow));
+  }
   const Owned<Wide> gone(&wide(word));
-  Pool::release(gone->source);
+  if (gone->destroy != nullptr) Pool::disturb(this);
+  Pool::release_plain(gone->source);
+}
+
+void Text::release_rest() {
+  const std::uintptr_t word = word_.load(std::memory_order_relaxed);
+  if (word == 0 || Pool::goes_with_batch(block())) return;
+  if ((word & k_is_narrow) == 0 && Pool::goes_with_batch(wide(word).source)) {
+    wide(word).source = nullptr;
+  }
+  release();
 }
 
 void Text::swap(Text& other) {
@@ -181,8 +207,10 @@ void Text::swap(Text& other) {
 // --- Lists ------------------------------------------------------------------------------------
 
 void PointerList::reserve(unsigned count) {
+  Pool::disturb(this);
   const unsigned capacity = is_array() ? array().capacity : 1;
   if (count <= capacity) return;
+  Pool::disturb(block());
   const unsigned room = std::max(
       {count, 4u, capacity > std::numeric_limits<unsigned>::max() / 2 ? 0u : 2 * capacity});
   void* const block = Pool::allocate_alone(sizeof(Array) + room * sizeof(void*));
@@ -311,6 +339,7 @@ lmx::elmx_error set(Object& self, const Row& row, const lmx::c_datetime& value) 
   return keep(self, row, value);
 }
 lmx::elmx_error set(Object& self, const Row& row, const lmx::c_binary& value) {
+  Pool::disturb(&self);
   return keep(self, row, value);
 }
 
@@ -324,11 +353,23 @@ bool set_number(Object& self, const Row& row, int number) {
 // --- Choices ----------------------------------------------------------------------------------
 
 void select(Object& self, const Row& row, Slot slot) {
+  Pool::disturb(&self);
+  put(self, row, slot);
+}
+
+void put(Object& self, const Row& row, Slot slot) {
   const Class& type = Head::class_of(self);
   const Slot before = std::exchange(row.field<Slot>(self), slot);
   const int chosen = std::exchange(Head::chosen(self), row.bit);
   // The old alternative goes last of all: the new value may have come from inside it.
   if (chosen != type.none) release_slot(type.alternatives().first[chosen], before);
+}
+
+void deselect(Object& self) {
+  const Class& type = Head::class_of(self);
+  const int chosen = Head::chosen(self);
+  if (chosen != type.none) put(self, type.alternatives().first[chosen], {});
+  Head::chosen(self) = static_cast<std::int16_t>(type.none);
 }
 
 Object& choose(Object& self, const Row& row) {
@@ -356,6 +397,8 @@ void adopt(Object& self, const Row& row, Object* value) {
   Slot slot;
   slot.object = value;
   if (Head::chosen(self) == row.bit) {
+    Pool::disturb(&self);
+    Pool::disturb(row.field<Slot>(self).object);
     row.field<Slot>(self) = slot;
   } else {
     select(self, row, slot);
@@ -419,27 +462,45 @@ void destroy(Object* object) noexcept {
   state.depth = 0;
 }
 
-void release(Object& self, const Class& type) noexcept {
+namespace {
+
+// What stands in a batch that is intact goes with it. Only a document, which stands outside of its
+// blocks, comes across one of them here: an object inside goes one by one only after its batch was
+// disturbed.
+template <bool k_is_outside>
+void release_fields(Object& self, const Class& type) {
+  const auto stays = [](const void* block) { return k_is_outside && Pool::goes_with_batch(block); };
   if (type.is_choice()) {
     const int chosen = Head::chosen(self);
     const Row* const rows = type.alternatives().first;
-    if (chosen != type.none) release_slot(rows[chosen], rows->field<Slot>(self));
+    const Slot& slot = rows->field<Slot>(self);
+    if (chosen != type.none && !stays(slot.object)) release_slot(rows[chosen], slot);
   }
   for (std::uint32_t left = type.pointers; left != 0; left &= left - 1) {
     const Row& row = type.rows[lmx::internal::lowest_bit(left)];
     if (row.is_list) {
       PointerList& list = row.field<PointerList>(self);
       if (list.empty()) continue;
-      for (void* const* at = list.end(); at != list.begin();) delete_entry(row, *--at);
-      list.release();
+      for (void* const* at = list.end(); at != list.begin();) {
+        if (!stays(*--at)) delete_entry(row, *at);
+      }
+      if (!stays(list.block())) list.release();
     } else if (row.kind == Kind::text) {
-      row.field<Text>(self).release();
+      Text& text = row.field<Text>(self);
+      k_is_outside ? text.release_rest() : text.release();
     } else if (row.kind == Kind::enumerated) {
-      delete_enumerated(*row.enumeration, row.field<const std::wstring*>(self));
-    } else {
-      destroy(row.field<Object*>(self));
+      const std::wstring* const text = row.field<const std::wstring*>(self);
+      if (!stays(text)) delete_enumerated(*row.enumeration, text);
+    } else if (Object* const child = row.field<Object*>(self); !stays(child)) {
+      destroy(child);
     }
   }
+}
+
+}  // namespace
+
+void release(Object& self, const Class& type) noexcept {
+  Pool::is_in_chunk(&self) ? release_fields<false>(self, type) : release_fields<true>(self, type);
 }
 
 // --- Copies -----------------------------------------------------------------------------------
@@ -592,6 +653,15 @@ void swap_values(Object& a, Object& b, const Row& row) {
   std::swap(row.field<T>(a), row.field<T>(b));
 }
 
+// What the row of an object owns first of all, or null.
+const void* block_of(const Object& self, const Row& row) {
+  if (row.is_list) return row.field<PointerList>(self).block();
+  if (row.kind == Kind::text) return row.field<Text>(self).block();
+  return row.is_pointer() ? row.field<Object*>(self) : nullptr;
+}
+
+void swap_rows(Object& a, Object& b, const Class& type);
+
 void swap_row(Object& a, Object& b, const Row& row) {
   if (row.is_list) return row.field<PointerList>(a).swap(row.field<PointerList>(b));
   switch (row.kind) {
@@ -615,7 +685,7 @@ void swap_row(Object& a, Object& b, const Row& row) {
       return row.field<lmx::c_binary>(a).swap(row.field<lmx::c_binary>(b));
     case Kind::object:
     case Kind::group:
-      if (row.is_required) return swap(row.field<Object>(a), row.field<Object>(b), *row.type);
+      if (row.is_required) return swap_rows(row.field<Object>(a), row.field<Object>(b), *row.type);
       [[fallthrough]];
     case Kind::member:
       return swap_values<Object*>(a, b, row);
@@ -625,10 +695,7 @@ void swap_row(Object& a, Object& b, const Row& row) {
   }
 }
 
-}  // namespace
-
-void swap(Object& a, Object& b, const Class& type) {
-  if (&a == &b) return;
+void swap_rows(Object& a, Object& b, const Class& type) {
   for (const Class* level = &type; level != nullptr; level = level->base) {
     for (const Row& row : level->fields()) swap_row(a, b, row);
   }
@@ -639,6 +706,34 @@ void swap(Object& a, Object& b, const Class& type) {
   const std::uint32_t changed = (Head::flags(a) ^ Head::flags(b)) & type.flags;
   Head::flags(a) ^= changed;
   Head::flags(b) ^= changed;
+}
+
+// Something of the object is about to change its owner.
+void disturb(const Object& self, const Class& type) {
+  Pool::disturb(&self);
+  for (const Class* level = &type; level != nullptr; level = level->base) {
+    for (const Row& row : level->fields()) {
+      if (row.is_in_place()) {
+        disturb(row.field<Object>(self), *row.type);
+      } else {
+        Pool::disturb(block_of(self, row));
+      }
+    }
+  }
+  if (type.is_choice()) Pool::disturb(type.alternatives().first->field<Slot>(self).object);
+}
+
+}  // namespace
+
+void swap(Object& a, Object& b, const Class& type) {
+  if (&a == &b) return;
+  if (type.keeps_batch() && &Head::class_of(a) == &type && &Head::class_of(b) == &type) {
+    type.batch_of(a).swap(type.batch_of(b));
+  } else {
+    disturb(a, type);
+    disturb(b, type);
+  }
+  swap_rows(a, b, type);
 }
 
 void assign(Object& to, const Object& from, const Class& type) {

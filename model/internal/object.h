@@ -23,6 +23,8 @@
 
 namespace zol_v2::internal {
 
+using lmx::internal::Batch;
+using lmx::internal::BatchEntry;
 using lmx::internal::make_owned;
 using lmx::internal::make_owned_in;
 using lmx::internal::Owned;
@@ -140,7 +142,13 @@ class ZOL_API Text {
   // The wide text, to be changed by one who has the object for himself.
   std::wstring& make(Pool* pool);
   void release();
+  // The same, but for what goes with its batch.
+  void release_rest();
   void swap(Text& other);
+  // The block that it owns first of all, or null.
+  const void* block() const {
+    return reinterpret_cast<const void*>(word_.load(std::memory_order_relaxed) & ~k_is_narrow);
+  }
 
  private:
   struct Narrow {
@@ -149,13 +157,14 @@ class ZOL_API Text {
     std::string_view view() const { return {reinterpret_cast<const char*>(this + 1), size}; }
   };
   // With what it was made from, which others may be reading still.
-  struct Wide {
+  struct Wide : BatchEntry {
     std::wstring text;
     void* source = nullptr;
   };
   static constexpr std::uintptr_t k_is_narrow = 1;
 
   static const std::wstring& empty_text();
+  void enter(Wide& made) const;
   static Wide& wide(std::uintptr_t word) { return *reinterpret_cast<Wide*>(word); }
   static const Narrow& narrow(std::uintptr_t word) {
     return *reinterpret_cast<const Narrow*>(word - k_is_narrow);
@@ -194,6 +203,8 @@ class ZOL_API PointerList {
   void fill(void* const* pointers, unsigned count, Pool& pool);
   void release();
   void swap(PointerList& other) { std::swap(word_, other.word_); }
+  // The array, or the only one, or null.
+  const void* block() const { return reinterpret_cast<const void*>(word_ & ~k_is_array); }
 
  private:
   struct Array {
@@ -384,9 +395,10 @@ template <class T>
 const T& child_of(const Object* child) {
   return child != nullptr ? static_cast<const T&>(*child) : empty_object<T>();
 }
+ZOL_API void make_child(Object*& child, const Class& type);
 template <class T>
 T& made(Object*& child) {
-  if (child == nullptr) child = T::k_class.make(nullptr);
+  if (child == nullptr) make_child(child, T::k_class);
   return static_cast<T&>(*child);
 }
 template <class T>
@@ -394,8 +406,12 @@ T& assigned(T& child, const T& value) {
   return child = value;
 }
 
-// Puts a value into the slot of a choice, whatever held it before, and makes it the chosen one.
+// Puts a value into the slot of a choice, whatever held it before, and makes it the chosen one. A
+// reader may put into an object of its own without ado.
 void select(Object& self, const Row& row, Slot slot);
+void put(Object& self, const Row& row, Slot slot);
+// Then nothing is chosen.
+void deselect(Object& self);
 
 // Each output is left alone if its pointer is null, all of them if there is no such element.
 ZOL_API void get_foreign(const Values<AnyElement>& list, unsigned index, std::string* full_name,

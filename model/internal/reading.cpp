@@ -452,6 +452,7 @@ Object* made_member(const Row& row, c_xml_reader& reader) {
 
 elmx_error read_element(Object& self, const Class& type, c_xml_reader& reader,
                         const std::string& name) {
+  Pool::disturb(&self);
   // An element that adds nothing to its type reads as that.
   const Class& read_as = type.is_nillable() ? type : type.content_class();
   return ElementReader(self, read_as, reader, name).run();

@@ -519,7 +519,7 @@ bool StrictReader::read_holder(Object& self, const Row& alternative) {
   Slot slot;
   if (alternative.named_type == NamedType::no) {
     slot.object = alternative.type->make(&pool_);
-    select(self, alternative, slot);
+    put(self, alternative, slot);
     return read_object(*slot.object, *alternative.type, tag);
   }
   const Scope scope(*this);
@@ -537,7 +537,7 @@ bool StrictReader::read_holder(Object& self, const Row& alternative) {
     slot.object = alternative.type->make(&pool_);
   }
   if (slot.object == nullptr) return false;
-  select(self, alternative, slot);
+  put(self, alternative, slot);
   const Class& type = Head::class_of(*slot.object);
   std::uint32_t seen = 0;
   return apply_attributes(*slot.object, type, &seen) &&
@@ -551,7 +551,7 @@ bool StrictReader::read_choice(Object& self, const Class& type) {
   if (row->kind == Kind::object) {
     Slot slot;
     slot.object = row->type->make(&pool_);
-    select(self, *row, slot);
+    put(self, *row, slot);
     return read_object(*slot.object, *row->type, tag_of(*row)) && find_tag();
   }
   std::string_view text;

@@ -19,8 +19,9 @@ class c_xml_writer;
 }  // namespace lmx
 
 namespace lmx::internal {
+class Batch;
 class Pool;
-}
+}  // namespace lmx::internal
 
 namespace zol_v2::internal {
 
@@ -277,6 +278,7 @@ struct Class {
   std::uint32_t required_attributes = 0;
   std::uint32_t flags = 0;
   std::uint32_t pointers = 0;  // a bit for each row of its own, in order, that is_pointer()
+  std::uint16_t batch = 0;     // the field of what was read as a whole, 0 if there is none
   unsigned marks = 0;
   const char* type_name = nullptr;        // of a polymorphic class, as xsi:type has it
   const char* const* identity = nullptr;  // where such a class keeps its id
@@ -318,6 +320,9 @@ struct Class {
   constexpr Class unless(unsigned selection) const {
     return changed(*this, [=](Class& type) { type.none = static_cast<std::uint8_t>(selection); });
   }
+  constexpr Class keeping(std::size_t field) const {
+    return changed(*this, [=](Class& type) { type.batch = static_cast<std::uint16_t>(field); });
+  }
   constexpr Class typed(const char* text, const char* const& id) const {
     return changed(*this, [&](Class& type) {
       type.type_name = text;
@@ -353,6 +358,10 @@ struct Class {
     return shape == Shape::choice || shape == Shape::holder || shape == Shape::anonymous;
   }
   bool is_nillable() const { return nil_bit != 0; }
+  bool keeps_batch() const { return batch != 0; }
+  lmx::internal::Batch& batch_of(Object& self) const {
+    return *reinterpret_cast<lmx::internal::Batch*>(reinterpret_cast<char*>(&self) + batch);
+  }
   const Object& empty() const { return making.empty(); }
   Object* make(lmx::internal::Pool* pool) const { return making.make(pool); }
   Object* copy(const Object& other) const { return making.copy(other); }

@@ -227,7 +227,12 @@ elmx_error parse(const Row& row, std::string_view text, void* field, Pool* pool,
 elmx_error parse_into(Object& self, const Row& row, std::string_view text, Pool* pool,
                       Faults& faults) {
   void* field = &row.field<char>(self);
-  if (row.kind == Kind::text) field = &row.field<Text>(self).make(pool);
+  if (row.kind == Kind::text) {
+    field = &row.field<Text>(self).make(pool);
+  } else if (row.kind == Kind::binary) {
+    auto* const bytes = static_cast<lmx::c_binary*>(field);
+    pool != nullptr ? pool->destroy_with_batch(bytes) : Pool::disturb(bytes);
+  }
   if (const elmx_error error = parse(row, text, field, pool, faults)) return error;
   Head::touch(self, row.bit);
   return lmx::elmx_ok;
@@ -263,7 +268,7 @@ elmx_error parse_alternative(Object& self, const Row& row, std::string_view text
       break;
     }
   }
-  if (error == lmx::elmx_ok) select(self, row, slot);
+  if (error == lmx::elmx_ok) (pool != nullptr ? put : select)(self, row, slot);
   return error;
 }
 

@@ -1,14 +1,18 @@
 // Walks through documents by the reader's events and says of each whether it got to the end.
 //
-// Takes the paths of files from the standard input, one a line, and writes a line for each: "good",
-// or why not. What reading code would see is all that counts: an event that is no good, tags that
-// do not match, and what stands outside of the one root element.
+// Takes the paths of files from the standard input, one a line, and writes a line for each: "good
+// strict", "good" if only the reader takes it, or why not. What reading code would see is all that
+// counts: an event that is no good, tags that do not match, and what stands outside of the one root
+// element.
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "facade/files.h"
 #include "lmx/reader.h"
 
 namespace {
@@ -78,11 +82,18 @@ class EventWalk {
   std::vector<Element> open_;
 };
 
+bool is_strictly_good(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  return zol_v2::checkText(text) == lmx::elmx_ok;
+}
+
 }  // namespace
 
 int main() {
   std::ios::sync_with_stdio(false);
   for (std::string path; std::getline(std::cin, path);) {
-    std::cout << EventWalk(path).verdict() << '\n';
+    const std::string verdict = EventWalk(path).verdict();
+    std::cout << verdict << (verdict == "good" && is_strictly_good(path) ? " strict" : "") << '\n';
   }
 }

@@ -105,6 +105,26 @@ class InstallTest(unittest.TestCase):
         version = call("pkg-config", "--modversion", "zol", env=paths)
         self.assertIn(version.strip(), call(self.prefix / "bin/zol", "--version"))
 
+    def test_colorimetry_in_an_installed_copy(self):
+        if not (OPTIONS.build / "libzolcolor.so").exists():
+            self.skipTest("the library of colorimetry was left out")
+        work = self.work_directory()
+        shutil.copy(CLIENT / "colours.cpp", work)
+        (library,) = self.prefix.glob("lib*/**/libzolcolor.so.2")
+        paths = dict(os.environ, PKG_CONFIG_PATH=str(library.parent / "pkgconfig"))
+        flags = call("pkg-config", "--cflags", "--libs", "zolcolor", env=paths).split()
+        call(OPTIONS.compiler, "-std=c++17", work / "colours.cpp", "-o", work / "by_pkg", *flags)
+        here = dict(os.environ, LD_LIBRARY_PATH=str(library.parent))
+        self.assertEqual(call(work / "by_pkg", env=here), "#ffffff\n")
+        (work / "CMakeLists.txt").write_text(
+            "cmake_minimum_required(VERSION 3.21)\nproject(p LANGUAGES CXX)\n"
+            "find_package(Zol REQUIRED)\nadd_executable(by_cmake colours.cpp)\n"
+            "target_link_libraries(by_cmake PRIVATE Zol::colorimetry)\n")
+        call("cmake", "-S", work, "-B", work / "build", "-G", "Ninja",
+             f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_CXX_COMPILER={OPTIONS.compiler}")
+        call("cmake", "--build", work / "build")
+        self.assertEqual(call(work / "build/by_cmake"), "#ffffff\n")
+
     def test_add_subdirectory(self):
         work = self.work_directory()
         call("cmake", "-S", CLIENT, "-B", work, "-G", "Ninja", f"-DZOL_SOURCE={SOURCE}",
@@ -141,6 +161,18 @@ class SymbolsTest(unittest.TestCase):
         # What the classes of the model are derived from.
         bases = ("6Object", "5Plain", "11Polymorphic")
         self.assertEqual([name for name in tables if not name[:-1].endswith(bases)], [])
+
+
+    def test_colorimetry_exports_its_own_namespace_alone(self):
+        library = OPTIONS.build / "libzolcolor.so"
+        if not library.exists():
+            self.skipTest("the library of colorimetry was left out")
+        names = {line.split()[-1] for line in
+                 call("nm", "-D", "--defined-only", library).splitlines()}
+        self.assertIn("_ZN6zol_v211colorimetry8evaluateERKNS_3ZolE", names)
+        own = re.compile(r"_Z(T[ISV]|GV|Z)?N?K?6zol_v2(11colorimetry|\d*)")
+        self.assertEqual({name for name in names
+                          if not own.match(name) or "8internal" in name}, set())
 
 
 @unittest.skipUnless(shutil.which("dpkg-deb"), "not a Debian machine")

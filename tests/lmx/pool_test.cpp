@@ -30,14 +30,27 @@ void operator delete(void* block) noexcept {
   std::free(block);
 }
 void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  void* const block = std::aligned_alloc(static_cast<std::size_t>(alignment), size);
+  if (block == nullptr) throw std::bad_alloc();
+  ++live_blocks;
+  return block;
+}
+void operator delete(void* block, std::align_val_t) noexcept { operator delete(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
+  operator delete(block);
+}
 
 namespace {
 
+using lmx::internal::Batch;
 using lmx::internal::make_owned;
 using lmx::internal::make_owned_in;
 using lmx::internal::Owned;
 using lmx::internal::Pool;
 using lmx::internal::Pooled;
+
+const int k_with_chunks = (Pool::use_chunks(true), 0);
 
 struct Piece {
   void* block;
@@ -154,6 +167,77 @@ TEST(Pool, ClassesWithBlocksAreMadeAndDeletedLikeOthers) {
     (new (place) Derived)->~Derived();
   }
   EXPECT_EQ(live_blocks, before);
+}
+
+// --- Batches ----------------------------------------------------------------------------------
+
+// A pool whose blocks are all that its batch has, of every size.
+struct Read {
+  explicit Read(Batch* batch) {
+    Pool pool(Pool::Kind::batch);
+    pieces = fill_blocks(&pool, 5000);
+    text = make_owned_in<std::vector<int>>(&pool, 100, 7).release();
+    large = pool.allocate(100'000);
+    pool.move_to(batch);
+  }
+
+  std::vector<Piece> pieces;
+  std::vector<int>* text = nullptr;
+  void* large = nullptr;
+};
+
+TEST(Batch, GoesAsAWhole) {
+  const long before = live_blocks;
+  {
+    Batch kept;
+    {
+      Batch batch;
+      const Read read(&batch);
+      EXPECT_TRUE(batch.is_intact());
+      EXPECT_TRUE(Pool::goes_with_batch(read.text));
+      EXPECT_TRUE(Pool::goes_with_batch(read.large));
+      EXPECT_TRUE(Pool::goes_with_batch(static_cast<char*>(read.pieces[8].block) + 5));
+      EXPECT_FALSE(Pool::goes_with_batch(&batch));
+      kept.swap(batch);
+      EXPECT_FALSE(batch.is_intact());
+    }
+    EXPECT_TRUE(kept.is_intact());
+  }
+  EXPECT_EQ(live_blocks, before);
+}
+
+TEST(Batch, GoesOneByOneOnceItIsDisturbed) {
+  const long before = live_blocks;
+  const auto release_all = [](const Read& read) {
+    for (const Piece& piece : read.pieces) Pool::release(piece.block);
+    Owned<std::vector<int>>(read.text).reset();
+    Pool::release(read.large);
+  };
+  {
+    Batch batch;
+    const Read read(&batch);
+    Pool::disturb(read.pieces[1000].block);
+    EXPECT_FALSE(batch.is_intact());
+    release_all(read);
+  }
+  EXPECT_EQ(live_blocks, before) << "said by its owner";
+  {
+    Batch batch;
+    Read read(&batch);
+    Pool::release(read.pieces.back().block);
+    read.pieces.pop_back();
+    EXPECT_FALSE(batch.is_intact());
+    release_all(read);
+  }
+  EXPECT_EQ(live_blocks, before) << "told by a block that was released";
+  {
+    auto batch = std::make_unique<Batch>();
+    const Read read(batch.get());
+    Pool::disturb(read.large);
+    batch.reset();
+    release_all(read);
+  }
+  EXPECT_EQ(live_blocks, before) << "held by somebody who outlives the document";
 }
 
 }  // namespace

@@ -16,8 +16,16 @@ void* operator new(std::size_t size) {
   if (block == nullptr) throw std::bad_alloc();
   return block;
 }
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  ++allocations;
+  void* const block = std::aligned_alloc(static_cast<std::size_t>(alignment), size);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete(void* block, std::align_val_t) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept { std::free(block); }
 
 namespace zol_test {
 

@@ -11,11 +11,12 @@ bool g_for_good = false;
 unsigned g_count = 0;
 std::atomic<std::ptrdiff_t> g_blocks{0};
 
-void* allocate(std::size_t size) noexcept {
+void* allocate(std::size_t size, std::size_t alignment = 0) noexcept {
   if (g_failing != 0 && ++g_count >= g_failing && (g_for_good || g_count == g_failing)) {
     return nullptr;
   }
-  void* const block = std::malloc(size == 0 ? 1 : size);
+  void* const block =
+      alignment != 0 ? std::aligned_alloc(alignment, size) : std::malloc(size == 0 ? 1 : size);
   g_blocks += block != nullptr;
   return block;
 }
@@ -25,8 +26,8 @@ void release(void* block) noexcept {
   std::free(block);
 }
 
-void* allocate_or_throw(std::size_t size) {
-  if (void* block = allocate(size)) return block;
+void* allocate_or_throw(std::size_t size, std::size_t alignment = 0) {
+  if (void* block = allocate(size, alignment)) return block;
   throw std::bad_alloc();
 }
 
@@ -50,9 +51,14 @@ void* operator new(std::size_t size) { return allocate_or_throw(size); }
 void* operator new[](std::size_t size) { return allocate_or_throw(size); }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  return allocate_or_throw(size, static_cast<std::size_t>(alignment));
+}
 void operator delete(void* block) noexcept { release(block); }
 void operator delete[](void* block) noexcept { release(block); }
 void operator delete(void* block, std::size_t) noexcept { release(block); }
 void operator delete[](void* block, std::size_t) noexcept { release(block); }
 void operator delete(void* block, const std::nothrow_t&) noexcept { release(block); }
 void operator delete[](void* block, const std::nothrow_t&) noexcept { release(block); }
+void operator delete(void* block, std::align_val_t) noexcept { release(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept { release(block); }

@@ -206,6 +206,31 @@ class ValidateTest(CommandTest):
                     self.assertEqual(self.faults(text, "--first"), wanted[:1])
                     self.assertEqual(self.faults(text, "--max", "2"), wanted[:2])
 
+    def test_strict(self):
+        good = document(color())
+        for name, (old, new, line, item) in {
+            "a comment": ("<Zol:L>", "<!-- -- --><Zol:L>", 16, "ColorSpaceCIELab"),
+            "a prefix": ("<Zol:A>", "<Zol:A x:y='1'>", 17, "x:y"),
+            "a tail": ("</Zol:Zol>\n", "</Zol:Zol>\0", 21, ""),
+        }.items():
+            with self.subTest(name):
+                text = good.replace(old, new, 1)
+                path = self.write(text)
+                self.expect(0, "validate", path)
+                self.assertEqual(self.faults(text, "--strict"), [(line, 23, item)])
+                self.expect(0, "convert", path, self.directory / "x.zolz")
+                for data in (text.encode(), (self.directory / "x.zolz").read_bytes()):
+                    result = self.expect(1, "validate", "--strict", "-", data=data)
+                    self.assertIn(f"-:{line}: error 23: Not well formed at column ".encode(),
+                                  result.stderr)
+                self.assertEqual(self.faults(text.replace("67.2", "x"), "--strict"),
+                                 sorted([(line, 23, item), (18, 35, "Zol:B")]))
+                (self.directory / "x.zolz").unlink()
+        # What the reader knows of is told once.
+        twice = good.replace('UniqueID="id"', 'UniqueID="id" UniqueID="di"')
+        self.assertEqual([fault[1] for fault in self.faults(twice, "--strict")], [3])
+        self.expect(0, "validate", "--strict", *SAMPLES)
+
     def test_looks_into_what_follows_a_stray_element(self):
         stray = "<Zol:Extension><Zol:Color/></Zol:Extension>\n"
         bad = color("bad").replace("67.2", "b")

@@ -317,6 +317,7 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
  private:
   static const internal::Row k_rows[];
 
+  internal::Batch batch_;
   internal::Text note_;
   internal::Values<lmx::c_datetime> stamp_;
   internal::Values<std::wstring> alias_;

@@ -34,7 +34,7 @@ constexpr Row Zol::k_rows[] = {
 };
 constexpr Class Zol::k_class =
     Class("Zol", Shape::plain, 0, internal::making<Zol>())
-        .with(k_rows, 0, 11, 0).wants(0x622, 0x426, 0x0, 0x672)
+        .with(k_rows, 0, 11, 0).wants(0x622, 0x426, 0x0, 0x672).keeping(offsetof(Zol, batch_))
         .marked(Class::k_required_list | Class::k_wants_content | Class::k_names_namespaces)
         .about("The root.");
 Zol::Zol() { become(k_class); SdkStamp().stampRead(*this); }

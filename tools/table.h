@@ -1,0 +1,29 @@
+// A table of texts for people, and one for programs.
+#pragma once
+
+#include <string>
+#include <vector>
+
+// Columns under a line of headings, each as wide as its widest cell; columns without any content
+// are left out. Cells are fit for one line.
+class TextTable {
+ public:
+  struct Column {
+    std::string heading;
+    bool is_number = false;  // set to the right
+  };
+
+  explicit TextTable(std::vector<Column> columns) : columns_(std::move(columns)) {}
+  // As many cells as columns.
+  void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+  bool empty() const { return rows_.empty(); }
+  std::string text() const;
+
+ private:
+  std::vector<Column> columns_;
+  std::vector<std::vector<std::string>> rows_;
+};
+
+// A line of comma-separated values with its line feed; fields are quoted where they must be, by
+// RFC 4180.
+std::string comma_separated(const std::vector<std::string>& fields);
