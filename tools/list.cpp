@@ -11,6 +11,10 @@
 #include "model/Zol.h"
 #include "tools/color_values.h"
 #include "tools/commands.h"
+#if defined(ZOL_WITH_REPORT)
+#include "tools/color_list.h"
+#include "tools/seen_under.h"
+#endif
 #include "tools/load.h"
 #include "tools/output.h"
 #include "tools/text.h"
@@ -20,20 +24,17 @@ namespace {
 struct Options {
   std::string file;
   bool csv = false;
+#if defined(ZOL_WITH_REPORT)
+  SeenUnder seen;
+#endif
 };
 
-// "CIELab L=53.2 A=80.1 B=67.2"; of a spectrum its range.
-std::string text_of(const zol_v2::sg_ColorSpace& space) {
-  if (const auto range = spectral_range(space)) return space_name(space) + ' ' + range->text();
-  const Rendering rendering = rendering_of(space);
-  std::string result = rendering.space;
-  for (const Coordinate& coordinate : rendering.coordinates) {
-    result += ' ' + coordinate.axis + '=' + coordinate.value;
-  }
-  return result;
+#if defined(ZOL_WITH_REPORT)
+void print_text(const zol_v2::Zol& document, const Options& options) {
+  print_color_list(document, options.seen.conditions());
 }
-
-void print_text(const zol_v2::Zol& document) {
+#else
+void print_text(const zol_v2::Zol& document, const Options&) {
   for_each_color(document, [](const ColorPlace&, const zol_v2::ColorType& color) {
     std::string line =
         one_line(utf8(color.get_ColorName())) + '\t' + one_line(utf8(color.get_UniqueID())) + '\t';
@@ -44,6 +45,7 @@ void print_text(const zol_v2::Zol& document) {
     print(line + '\n');
   });
 }
+#endif
 
 // Quoted where it must be, by RFC 4180.
 std::string csv_field(const std::string& text) {
@@ -133,7 +135,7 @@ ExitStatus run(const Options& options) {
   if (options.csv) {
     print_csv(document);
   } else {
-    print_text(document);
+    print_text(document, options);
   }
   return ExitStatus::ok;
 }
@@ -147,5 +149,8 @@ void add_list(CLI::App& app, ExitStatus* status) {
   command->add_option("FILE", options->file, "Document; - is standard input")->required();
   command->add_flag("--csv", options->csv,
                     "Comma-separated values, with a column for each coordinate");
+#if defined(ZOL_WITH_REPORT)
+  add_seen_under(*command, &options->seen);
+#endif
   command->callback([options, status] { *status = run(*options); });
 }

@@ -194,6 +194,7 @@ class ReportContent::Gatherer {
     begin_group(name.empty() ? "Record " + std::to_string(index + 1) : name, "Quality control", {});
     for (unsigned i = 0; i < record.size_StandardAndMeasurement(); ++i) {
       const zol_v2::StandardAndMeasurementType& pair = record.get_StandardAndMeasurement(i);
+      const std::size_t first = content_.colors_.size();
       const std::string number = std::to_string(i + 1);
       if (!pair.get_Standard().isnil_Standard()) {
         add_color(pair.get_Standard().get_Color(), {}, "Standard " + number);
@@ -204,6 +205,10 @@ class ReportContent::Gatherer {
         add_color(measurement.get_Color(), {},
                   "Measurement " + number + '.' + std::to_string(j + 1));
         add_device(measurement.get_Device());
+      }
+      for (std::size_t j = first; j < content_.colors_.size(); ++j) {
+        content_.colors_[j].record = &record;
+        content_.colors_[j].pair = &pair;
       }
     }
     if (record.isset_PhysicalSample()) {

@@ -19,6 +19,7 @@ class ColorSetType;
 class ColorType;
 class DeviceType;
 class PaletteType;
+class StandardAndMeasurementType;
 class Zol;
 class sg_ColorSpace;
 class sg_Substrate;
@@ -31,7 +32,9 @@ struct ReportColor {
   unsigned number = 0;  // from 1, in the order of the report
   std::string name;     // never empty, of bounded length
   std::string id;       // on the page: "colour-std-red"
-  std::string role;     // in a record: "Standard 1", "Measurement 2 of standard 1"
+  std::string role;     // in a record: "Standard 1", "Measurement 1.2"
+  const zol_v2::ColorQualityControlType* record = nullptr;   // that it stands in
+  const zol_v2::StandardAndMeasurementType* pair = nullptr;  // in the record
 
   // None where it has no colour that can be computed, and then the reason.
   std::optional<zol_v2::colorimetry::Stimulus> stimulus;

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
 
+// A variable of the environment; empty where it is not set.
+std::string environment(const char* name);
 bool is_terminal(std::FILE* stream);
 // Keeps the bytes of standard input and output as they are.
 void use_binary_streams();

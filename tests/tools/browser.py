@@ -41,8 +41,9 @@ class Browser:
         options = {
             "binary": browser_path(),
             "args": ["--headless=new", "--no-sandbox", "--disable-dev-shm-usage", "--disable-gpu",
-                     "--hide-scrollbars", "--force-color-profile=srgb", "--font-render-hinting=none",
-                     "--disable-lcd-text", "--no-first-run", "--disable-background-networking",
+                     "--hide-scrollbars", "--force-color-profile=srgb",
+                     "--font-render-hinting=none", "--disable-lcd-text", "--no-first-run",
+                     "--disable-background-networking",
                      f"--user-data-dir={self.directory.name}/profile"],
         }
         answer = self.ask("POST", "/session", {"capabilities": {"alwaysMatch": {

@@ -11,6 +11,7 @@ import html.parser
 import io
 import os
 import pathlib
+import pty
 import re
 import resource
 import shutil
@@ -63,7 +64,8 @@ def document(*parts):
             '<Zol:Zol xmlns:Zol="http://example.org/zol/v2" '
             'xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance"><Zol:Preamble><Zol:Header>'
             f"<Zol:Creator>someone</Zol:Creator><Zol:CreatorVersion>1</Zol:CreatorVersion>{STAMP}"
-            f"<Zol:Purpose>test</Zol:Purpose></Zol:Header></Zol:Preamble>{''.join(parts)}</Zol:Zol>")
+            "<Zol:Purpose>test</Zol:Purpose></Zol:Header></Zol:Preamble>"
+            f"{''.join(parts)}</Zol:Zol>")
 
 
 def run(*arguments, data=None):
@@ -126,6 +128,13 @@ class ReportTest(unittest.TestCase):
 
 
 class TextTest(ReportTest):
+    def test_manual_and_completion_know_every_option(self):
+        manual = (SOURCE / "tools/zol.1").read_text().replace("\\-", "-")
+        completion = (SOURCE / "tools/zol.bash").read_text()
+        for word in {"report", *re.findall("--[a-z]+", self.expect(0, "--help").stdout.decode())}:
+            self.assertIn(word, manual)
+            self.assertIn(word, completion)
+
     def test_a_page_is_whole_and_fetches_nothing(self):
         for sample in SAMPLES:
             with self.subTest(sample.name):
@@ -166,8 +175,8 @@ class TextTest(ReportTest):
 
     def test_each_colour_has_a_link_that_stays(self):
         def ids(*parts):
-            return [found for found in Page(self.page(self.write(document(*parts)))).attributes("id")
-                    if re.match("colour($|-)", found)]
+            page = Page(self.page(self.write(document(*parts))))
+            return [found for found in page.attributes("id") if re.match("colour($|-)", found)]
         self.assertEqual(
             ids(color("Red 1"), color("Red 1"), color("Red 1-2"), color("Red", attributes=(
                 'ColorNumber="1"')), color("", attributes='UniqueID="a/b c"'), color(""),
@@ -183,11 +192,12 @@ class TextTest(ReportTest):
         for space in ElementTree.parse(path).iter(f"{NAMESPACE}ColorSpaceSRGB"):
             rgb = [float(space.find(NAMESPACE + axis).text) for axis in ("Red", "Green", "Blue")]
             wanted.append("#" + "".join(f"{round(255 * value):02x}" for value in rgb))
-        shown = re.findall(r'<p class="sw"><i style="background:(#[0-9a-f]{6})"></i>\1', self.page(path))
+        shown = re.findall(r'<p class="sw"><i style="background:(#[0-9a-f]{6})"></i>\1',
+                           self.page(path))
         self.assertEqual(shown, wanted)
 
     def test_what_is_outside_of_srgb_says_so(self):
-        text = self.page(self.write(document(color("in", (50, 10, 10)), color("out", (60, -90, 90)))))
+        text = self.page(self.write(document(color("in"), color("out", (60, -90, 90)))))
         self.assertEqual(text.count("outside sRGB"), 1)
         self.assertEqual(text.count('<i class="og"'), 1)
 
@@ -218,7 +228,8 @@ class TextTest(ReportTest):
                 self.assertEqual(root.tag, "{http://www.w3.org/2000/svg}svg")
                 self.assertTrue(root[0].text and root[1].text)
         twice = self.write(document(color("red"), color("red"), color("<&\u202e\"")))
-        for name, complaint in (("nothing", b"no such picture"), ("red", b"ask by id: colour-red, "),
+        for name, complaint in (("nothing", b"no such picture"),
+                                ("red", b"ask by id: colour-red, "),
                                 ("spectrum:colour-red-2", b"no spectrum"),
                                 ("spectra", b"no colours for it")):
             result = self.expect(2, twice, "--svg", name)
@@ -241,7 +252,8 @@ class TextTest(ReportTest):
         for name in ("case.zol", "new.zolz"):
             self.expect(2, path, "-o", self.directory / name)
         self.assertEqual(path.read_text(), document(color("red")))
-        self.assertIn(b"No such file", self.expect(2, path, "-o", self.directory / "no/r.html").stderr)
+        nowhere = self.expect(2, path, "-o", self.directory / "no/r.html")
+        self.assertIn(b"No such file", nowhere.stderr)
         self.expect(2, self.directory / "missing.zol", "-o", output)
 
     def test_ten_thousand_colours(self):
@@ -250,7 +262,8 @@ class TextTest(ReportTest):
         spectrum = (f"<Zol:ColorSpaceSpectral>{STAMP}<Zol:ColorSpaceSpecificationSpectrumSpectral "
                     f'xsi:nil="true"/>{points}</Zol:ColorSpaceSpectral>')
         path = self.write(document(*(
-            color(f"Colour {i}", (i % 100, i % 97 - 48, i % 89 - 44), f'UniqueID="id-{i}"', spectrum)
+            color(f"Colour {i}", (i % 100, i % 97 - 48, i % 89 - 44), f'UniqueID="id-{i}"',
+                  spectrum)
             for i in range(10000))))
         before = resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime
         text = self.page(path)
@@ -259,6 +272,64 @@ class TextTest(ReportTest):
         self.assertLess(text.count("<") - text.count("</"), 25 * 10000)
         if "ZOL_TEST_SLOW" not in os.environ:
             self.assertLess(seconds, 2)
+
+
+class ListTest(ReportTest):
+    """zol list, as far as it knows what colours look like."""
+
+    def lines(self, *arguments):
+        result = subprocess.run([COMMAND, "list", *map(str, arguments)], capture_output=True)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        return [line.split("\t") for line in result.stdout.decode().splitlines()]
+
+    def on_terminal(self, path, **variables):
+        environment = {name: value for name, value in os.environ.items()
+                       if name not in ("NO_COLOR", "COLORTERM", "TERM")}
+        master, slave = pty.openpty()
+        process = subprocess.Popen([COMMAND, "list", path], stdout=slave,
+                                   env=dict(environment, **variables))
+        os.close(slave)
+        text = b""
+        try:
+            while block := os.read(master, 1 << 16):
+                text += block
+        except OSError:  # how Linux tells the end
+            pass
+        os.close(master)
+        self.assertEqual(process.wait(), 0)
+        return text.decode()
+
+    def test_conditions_number_pair_and_tolerance(self):
+        lines = self.lines(SOURCE / "examples/documents/quality-control.zol")
+        self.assertEqual(lines[0], [
+            "House red", "", "CIELab L=46.82 A=68.15 B=47.6", "D50, 2 degrees, 45 degrees",
+            "pull 1", "Solids, Measurement 1.1", "Customer's own; House, 2 degree; Per axis"])
+        self.assertEqual(lines[3][5:], ["Solids, Measurement 2.1", "House, 2 degree; Per axis"])
+
+    def test_another_light(self):
+        flat = "".join(f'<Zol:ReflectancePoint Wavelength="{nm}">1</Zol:ReflectancePoint>'
+                       for nm in range(360, 781, 20))
+        white = (f"<Zol:ColorSpaceSpectral>{STAMP}<Zol:ColorSpaceSpecificationSpectrumSpectral "
+                 f'xsi:nil="true"/>{flat}</Zol:ColorSpaceSpectral>')
+        path = self.write(document(color("white", (50, 1, 1), "", white),
+                                   color("plain", (100, 0, 0))))
+        for options in (["--illuminant", "F11"], ["--illuminant", "A", "--observer", "10"]):
+            perfect, plain = self.lines(path, *options)
+            # The perfect diffuser is white under every light, and stays so when it is adapted.
+            self.assertEqual(perfect[2], "CIELab L=100 A=0 B=0")
+            self.assertEqual(plain[2], "CIELab L=100 A=0 B=0")
+            self.assertIn(", from Spectral", perfect[3])
+            self.assertIn("adapted by Bradford from D50, 2 degrees", plain[3])
+
+    def test_swatches(self):
+        path = self.write(document(color("grey", (0, 0, 0)), color("out", (60, -90, 90))))
+        rich = self.on_terminal(path, TERM="xterm", COLORTERM="truecolor")
+        self.assertRegex(rich, r"\x1b\[48;2;0;0;0;97m    \x1b\[0m grey")
+        self.assertRegex(rich, r"\x1b\[48;2;0;\d+;0;..m   !\x1b\[0m out")
+        self.assertRegex(self.on_terminal(path, TERM="xterm-256color"), r"\x1b\[48;5;16;97m")
+        for variables in ({"TERM": "xterm"}, {"TERM": "dumb", "COLORTERM": "truecolor"},
+                          {"TERM": "xterm", "COLORTERM": "truecolor", "NO_COLOR": "1"}):
+            self.assertNotIn("\x1b", self.on_terminal(path, **variables))
 
 
 class BrowserTest(ReportTest):
@@ -334,9 +405,10 @@ class BrowserTest(ReportTest):
 
     def test_a_link_leads_to_its_colour(self):
         self.show("named-colours", 800)
-        top = self.browser.evaluate("location.hash = '#colour-x11-navy'; return new Promise(done => "
-                                    "setTimeout(() => done(document.querySelector(location.hash)"
-                                    ".getBoundingClientRect().top), 300))")
+        top = self.browser.evaluate("""location.hash = '#colour-x11-navy';
+            const color = document.querySelector(location.hash);
+            return new Promise(done => setTimeout(() => done(color.getBoundingClientRect().top),
+                                                  300))""")
         self.assertTrue(0 <= top < 300, top)
 
     def test_accessibility(self):
@@ -347,9 +419,9 @@ class BrowserTest(ReportTest):
                                   ("spectra", 800, True)):
             self.show(name, width, dark)
             self.browser.evaluate(axe)
-            found = self.browser.evaluate("return axe.run({resultTypes: ['violations']}).then(found => found.violations.map("
-                                          "v => v.id + ': ' + v.nodes.length + ' as ' + "
-                                          "v.nodes[0].html))")
+            found = self.browser.evaluate("""
+                return axe.run({resultTypes: ['violations']}).then(found => found.violations.map(
+                    rule => `${rule.id}: ${rule.nodes.length} as ${rule.nodes[0].html}`))""")
             with self.subTest(f"{name}, {width}"):
                 self.assertEqual(found, [])
 
