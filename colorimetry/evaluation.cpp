@@ -382,7 +382,7 @@ void RecordEvaluator::note_stored(const FunctionType& function, Computed* comput
 }
 
 void RecordEvaluator::judge(const Rule& rule, const FunctionPlace& place) {
-  constexpr std::size_t k_most_verdicts = 1000000;
+  constexpr std::size_t k_most_verdicts = 500000;
   if (out_.verdicts.size() == k_most_verdicts) out_.is_cut = true;
   if (out_.is_cut) return;
   out_.verdicts.emplace_back();

@@ -153,7 +153,7 @@ struct Verdict : Computed {
 struct Evaluation {
   // In the order of the document: by record, standard, measurement and tolerance. Their number is
   // that of the measurements times that of the tolerances, so a small document may ask for more
-  // than any memory holds: after a million the evaluation stops, and is_cut is set.
+  // than any memory holds: after 500,000 the evaluation stops, and is_cut is set.
   std::vector<Verdict> verdicts;
   bool is_cut = false;
   // The functions that stand in the measurements, by themselves: their values, and what is stored.

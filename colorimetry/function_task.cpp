@@ -64,7 +64,7 @@ namespace internal {
 namespace {
 
 struct PlainFunction {
-  const zol_v2::internal::Class& type;
+  reflection::Type type;
   Formula formula;
 };
 

@@ -122,6 +122,7 @@ std::string stored_text(const Computed& computed) {
 
 // --- For people ----------------------------------------------------------------------------------
 
+// In one cell, for a program.
 std::string remarks_on(const Verdict& verdict) {
   std::string remarks = verdict.reason;
   for (const PartVerdict& part : verdict.parts) {
@@ -129,9 +130,6 @@ std::string remarks_on(const Verdict& verdict) {
     remarks +=
         std::string(part.name) + ' ' + rounded(part.value) + " of " + limits_text(part.limits);
     if (!part.is_held) remarks += " fails";
-  }
-  if (verdict.is_stored_wrong) {
-    remarks += (remarks.empty() ? "" : "; ") + stored_text(verdict);
   }
   return remarks;
 }
@@ -150,36 +148,51 @@ std::string summary_text(const Evaluation& evaluation) {
   return text;
 }
 
+void add_rows(const Verdict& verdict, const Names& names, TextTable* table) {
+  std::string limits = limits_text(verdict.limits);
+  if (verdict.warning_level) {
+    limits += (limits.empty() ? "warning " : ", warning ") + number_text(*verdict.warning_level);
+  }
+  const std::string basis = basis_text(verdict);
+  std::string remarks = verdict.reason;
+  if (verdict.is_stored_wrong) remarks = stored_text(verdict);
+  table->add({"  " + std::string(name_of(verdict.status)), one_line(names.measurement),
+              one_line(tolerance_name(verdict)), formula_text(verdict),
+              verdict.value ? rounded(*verdict.value) : "", std::move(limits),
+              one_line(conditions_text(verdict)), basis == "coordinates" ? "" : basis,
+              one_line(remarks)});
+  for (const PartVerdict& part : verdict.parts) {
+    table->add({"", "", "", "  " + std::string(part.name), rounded(part.value),
+                limits_text(part.limits), "", "", part.is_held ? "" : "fails"});
+  }
+}
+
 void print_text(const std::string& file, const zol_v2::Zol& document,
                 const Evaluation& evaluation) {
-  TextTable table({{"Verdict"},
-                   {"Record"},
-                   {"Standard"},
+  TextTable table({{"  Verdict"},
                    {"Measurement"},
                    {"Tolerance"},
                    {"Formula"},
                    {"Value", true},
-                   {"Limits", true},
-                   {"Warning", true},
+                   {"Limits"},
                    {"Conditions"},
                    {"From"},
                    {"Remarks"}});
+  std::string title;
   for (const Verdict& verdict : evaluation.verdicts) {
     const Names names = names_of(document, verdict);
-    table.add(
-        {std::string(name_of(verdict.status)), one_line(names.record), one_line(names.standard),
-         one_line(names.measurement), one_line(tolerance_name(verdict)), formula_text(verdict),
-         verdict.value ? rounded(*verdict.value) : "", limits_text(verdict.limits),
-         verdict.warning_level ? number_text(*verdict.warning_level) : "",
-         one_line(conditions_text(verdict)), basis_text(verdict), one_line(remarks_on(verdict))});
+    const std::string place =
+        one_line(names.record + (names.standard.empty() ? "" : ", " + names.standard));
+    if (place != title) table.add_title(place);
+    title = place;
+    add_rows(verdict, names, &table);
   }
   if (!table.empty()) print(table.text());
   for (const Computed& result : evaluation.results) {
     if (!result.is_stored_wrong) continue;
     const Names names = names_of(document, result);
-    print(one_line(names.record) + ", " + one_line(names.standard) + ", " +
-          one_line(names.measurement) + ": " + formula_text(result) + ": " + stored_text(result) +
-          '\n');
+    print(one_line(names.record + ", " + names.standard + ", " + names.measurement) + ": " +
+          formula_text(result) + ": " + stored_text(result) + '\n');
   }
   print(one_line(file) + ": " + summary_text(evaluation) + '\n');
 }

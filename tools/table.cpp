@@ -22,6 +22,7 @@ void append_cell(const std::string& cell, std::size_t width, bool is_right, std:
 std::string TextTable::text() const {
   std::vector<std::size_t> widths(columns_.size(), 0);
   for (const std::vector<std::string>& row : rows_) {
+    if (row.size() == 1) continue;
     for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], width_of(row[i]));
   }
   for (std::size_t i = 0; i < columns_.size(); ++i) {
@@ -40,6 +41,10 @@ std::string TextTable::text() const {
   };
   append_line([&](std::size_t i) -> const std::string& { return columns_[i].heading; });
   for (const std::vector<std::string>& row : rows_) {
+    if (row.size() == 1) {
+      text += row.front() + '\n';
+      continue;
+    }
     append_line([&](std::size_t i) -> const std::string& { return row[i]; });
   }
   return text;
