@@ -178,14 +178,44 @@ struct Pair {
   Results results;
 };
 
+// What the page still has room for, so that one of thousands of standards stays small.
+struct Room {
+  std::size_t pictures = 200;
+  std::size_t rows = 20000;
+};
+
+std::string tally(const Verdicts& verdicts) {
+  std::string out = "<p class=\"tally\">";
+  for (const Status status :
+       {Status::failed, Status::warning, Status::passed, Status::not_judged}) {
+    const auto count = std::count_if(verdicts.begin(), verdicts.end(), [&](const Verdict* verdict) {
+      return verdict->status == status;
+    });
+    if (count == 0) continue;
+    const StatusWords words = words_for(status);
+    out += "<b class=\"" + std::string(words.type) + "\">" + std::string(words.sign) + ' ' +
+           grouped_number(std::size_t(count)) + ' ' + std::string(words.word) + "</b> ";
+  }
+  if (verdicts.empty()) out += "<span class=\"mu\">Nothing to judge</span>";
+  return out + "</p>";
+}
+
 class PairWriter {
  public:
-  PairWriter(const ReportContent& content, const Pair& pair, unsigned number, bool is_pictured)
-      : content_(content), pair_(pair), number_(number), is_pictured_(is_pictured) {}
+  PairWriter(const ReportContent& content, const Pair& pair, unsigned number, Room* room)
+      : content_(content), pair_(pair), number_(number), room_(*room) {}
 
   std::string text() {
     std::string out = "<article class=\"pair\">" + head();
-    const std::string picture = is_pictured_ ? deviations() : "";
+    const std::size_t rows = pair_.verdicts.size() + pair_.results.size();
+    if (rows > room_.rows) {
+      return out + tally(pair_.verdicts) +
+             "<p class=\"mu\">Too many to list here: zol check lists them.</p></article>";
+    }
+    room_.rows -= rows;
+    std::string picture;
+    if (room_.pictures > 0) picture = deviations();
+    if (!picture.empty()) --room_.pictures;
     out += "<div class=\"pairbody\"><div>";
     if (pair_.verdicts.empty()) {
       out += "<p class=\"mu\">No tolerance applies to it.</p>";
@@ -327,9 +357,11 @@ class PairWriter {
         "</thead><tbody>";
     for (const Computed* const result : pair_.results) {
       out += "<tr><td>" + place_text(result->place) + "</td><td>" + escaped(formula_text(*result)) +
-             "</td><td class=\"r\">" + (result->value ? number(*result->value) : "\u2013") +
-             "</td><td class=\"r\">" + (result->stored ? short_number(*result->stored) : "\u2013") +
-             "</td><td>" + agreement(*result) + "</td></tr>";
+             "</td><td class=\"r\" data-label=\"Computed\">" +
+             (result->value ? number(*result->value) : "\u2013") +
+             "</td><td class=\"r\" data-label=\"Stored\">" +
+             (result->stored ? short_number(*result->stored) : "\u2013") + "</td><td>" +
+             agreement(*result) + "</td></tr>";
     }
     return out + "</tbody></table>";
   }
@@ -417,26 +449,10 @@ class PairWriter {
   const ReportContent& content_;
   const Pair& pair_;
   unsigned number_;
-  bool is_pictured_;
+  Room& room_;
 };
 
 // --- Records -------------------------------------------------------------------------------------
-
-std::string tally(const Verdicts& verdicts) {
-  std::string out = "<p class=\"tally\">";
-  for (const Status status :
-       {Status::failed, Status::warning, Status::passed, Status::not_judged}) {
-    const auto count = std::count_if(verdicts.begin(), verdicts.end(), [&](const Verdict* verdict) {
-      return verdict->status == status;
-    });
-    if (count == 0) continue;
-    const StatusWords words = words_for(status);
-    out += "<b class=\"" + std::string(words.type) + "\">" + std::string(words.sign) + ' ' +
-           grouped_number(std::size_t(count)) + ' ' + std::string(words.word) + "</b> ";
-  }
-  if (verdicts.empty()) out += "<span class=\"mu\">Nothing to judge</span>";
-  return out + "</p>";
-}
 
 // Over all measurements of the record.
 std::string record_verdicts(const Verdicts& verdicts) {
@@ -471,7 +487,7 @@ std::string record_facts(const zol_v2::ColorQualityControlType& record) {
 }
 
 std::string record_text(const ReportContent& content, unsigned index, const Verdicts& verdicts,
-                        const Results& results, unsigned* pictures) {
+                        const Results& results, Room* room) {
   const zol_v2::ColorQualityControlType& record = content.document().get_ColorQualityControl(index);
   std::vector<Pair> pairs(record.size_StandardAndMeasurement());
   for (unsigned i = 0; i < pairs.size(); ++i)
@@ -489,8 +505,7 @@ std::string record_text(const ReportContent& content, unsigned index, const Verd
       escaped(name.empty() ? "Record " + std::to_string(index + 1) : shortened(name, 160)) +
       "</bdi></h3>" + tally(verdicts) + record_facts(record);
   for (unsigned i = 0; i < pairs.size(); ++i) {
-    out += PairWriter(content, pairs[i], i + 1, *pictures > 0).text();
-    if (*pictures > 0) --*pictures;
+    out += PairWriter(content, pairs[i], i + 1, room).text();
   }
   return out + record_verdicts(over_all) + "</section>";
 }
@@ -508,11 +523,14 @@ std::string quality_control_section(const ReportContent& content) {
   for (const Computed& result : content.evaluation().results) {
     results[result.place.record].push_back(&result);
   }
-  // So that a page of thousands of standards stays small.
-  unsigned pictures = 200;
+  Room room;
   std::string out;
+  if (content.evaluation().is_cut) {
+    out += "<p>Only the first " + grouped_number(content.evaluation().verdicts.size()) +
+           " verdicts were computed: measurements times tolerances are more.</p>";
+  }
   for (unsigned i = 0; i < count; ++i) {
-    out += record_text(content, i, verdicts[i], results[i], &pictures);
+    out += record_text(content, i, verdicts[i], results[i], &room);
   }
   return out;
 }

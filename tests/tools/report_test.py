@@ -211,6 +211,20 @@ class TextTest(ReportTest):
         self.assertEqual(text.count("Pass</b></td>"), 6)
         self.assertIn("there is no standard", text)
 
+    def test_more_verdicts_than_a_page_holds(self):
+        device = ("<Zol:Device><Zol:Manufacturer>m</Zol:Manufacturer><Zol:Model>m</Zol:Model>"
+                  "<Zol:SerialNumber>1</Zol:SerialNumber></Zol:Device>")
+        measured = f"<Zol:Measurement>{device}{color('pull', (50, 1, 0))}</Zol:Measurement>"
+        tolerance = ("<Zol:Tolerance><Zol:Limits><Zol:HighTolerance>2</Zol:HighTolerance>"
+                     "</Zol:Limits><Zol:FunctionDE/></Zol:Tolerance>")
+        text = self.page(self.write(document(
+            f"<Zol:ColorQualityControl>{STAMP}<Zol:StandardAndMeasurement>{measured * 150}"
+            f"<Zol:Standard>{device}{color('standard', (50, 0, 0))}</Zol:Standard>"
+            f"</Zol:StandardAndMeasurement>{tolerance * 150}</Zol:ColorQualityControl>")))
+        self.assertIn("22,500 Pass", text)
+        self.assertIn("zol check lists them", text)
+        self.assertLess(len(text), 200000)
+
     def test_another_light(self):
         path = SOURCE / "examples/documents/spectra.zol"
         under_d50 = self.page(path, "--illuminant", "D50", "--observer", "10")
