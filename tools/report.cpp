@@ -130,8 +130,9 @@ ExitStatus run(const Options& options) {
   std::string text;
   {
     const Progress progress("Looking at " + options.file);
-    const ReportContent content(document, options.seen.conditions());
+    ReportContent content(document, options.seen.conditions());
     if (options.picture.empty()) {
+      content.judge();
       text = report_page(content, file_name(options.file));
     } else {
       Picture picture;

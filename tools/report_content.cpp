@@ -424,8 +424,9 @@ ReportContent::ReportContent(const zol_v2::Zol& document,
                              const std::optional<Conditions>& conditions)
     : document_(document) {
   Gatherer(this, conditions).gather();
-  if (document.size_ColorQualityControl() > 0) evaluation_ = colorimetry::evaluate(document);
 }
+
+void ReportContent::judge() { evaluation_ = colorimetry::evaluate(document_); }
 
 const ReportColor* ReportContent::find(const ColorType& color) const {
   const auto found = places_.find(&color);

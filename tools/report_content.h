@@ -92,6 +92,8 @@ class ReportContent {
   const zol_v2::Zol& document() const { return document_; }
   const std::vector<ReportColor>& colors() const { return colors_; }
   const std::vector<ReportGroup>& groups() const { return groups_; }
+  // Judges the records of the document; before that the evaluation is empty.
+  void judge();
   const zol_v2::colorimetry::Evaluation& evaluation() const { return evaluation_; }
 
   // The colour of the report that is this one of the document; null if there is none.
