@@ -637,7 +637,7 @@ elmx_error openText(Object& document, std::string_view bytes, LoadReport* report
                       [&](Loading loading) { return loading.read_bytes(bytes); });
 }
 
-elmx_error checkFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
+elmx_error judgeFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
                      CheckLevel level) noexcept {
   return guarded(report, path, [&] {
     Zol none;
