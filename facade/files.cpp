@@ -647,7 +647,7 @@ elmx_error judgeFile(const std::wstring& path, LoadReport* report, const LoadOpt
   });
 }
 
-elmx_error checkText(std::string_view bytes, LoadReport* report, const LoadOptions& options,
+elmx_error judgeText(std::string_view bytes, LoadReport* report, const LoadOptions& options,
                      CheckLevel level) noexcept {
   return guarded(report, {}, [&] {
     Zol none;
