@@ -360,6 +360,7 @@ std::vector<Fault> faults_by_the_book(std::string_view text, std::size_t limit) 
       fault.expected[0] = static_cast<char>(fault.expected[0] - 'a' + 'A');
     fault.place = {1, 0, found.offset};
   }
+  places.reserve(faults.size());
   for (Fault& fault : faults) places.push_back(&fault.place);
   internal::SourceText(text).find_lines(places);
   return faults;
@@ -519,7 +520,8 @@ void explain_beginning(std::string_view text, const internal::PackedDocument* pa
   fault.expected = is_entry ? "The first entry of the archive, '" +
                                   internal::excerpt(packed->entry_name()) + "', is " + words
                             : (text.empty() ? "The document is " : "This is ") + words;
-  report->faults.assign(1, std::move(fault));
+  report->faults.clear();
+  report->faults.push_back(std::move(fault));
   report->fault_count = 1;
   report->is_complete = false;
 }

@@ -34,7 +34,7 @@ std::string number_words(double value) {
   return std::string(text, end.ptr);
 }
 
-std::string with_unit(const Row& row, std::string number) {
+std::string with_unit(const Row& row, const std::string& number) {
   return row.unit != nullptr ? number + ' ' + row.unit : number;
 }
 
@@ -291,7 +291,7 @@ class Walk : public lmx::c_xml_reader_memory {
   void store(const Level& level, Object* self, const Row& row, const Span& span);
   elmx_error take(Object* self, const Row& row);
   void note_value(const Level& level, const Row& row, elmx_error code, const Place& place,
-                  std::string item, std::string_view step);
+                  std::string_view item, std::string_view step);
 
   // --- Events
   // Moves on. False where the text can't be read on, which is noted with the given item, or else
@@ -300,7 +300,7 @@ class Walk : public lmx::c_xml_reader_memory {
   bool next_in(const Level& level, elmx_error code = lmx::elmx_ok) {
     return next(&level, &level.full_name, code);
   }
-  void note_broken(const Level* level, elmx_error code, std::string item);
+  void note_broken(const Level* level, elmx_error code, std::string_view item);
   int event() const { return get_current_event(); }
   bool is_start() const { return is_current_event_tokenisable(); }
   bool is_end() const { return event() == lmx::elxp_end_tag; }
@@ -544,9 +544,9 @@ bool Walk::next(const Level* level, const std::string_view* item, elmx_error cod
   if (code != lmx::elmx_ok) error = code;
   has_no_code_ = error == lmx::elmx_ok;
   if (!has_no_code_) {
-    note_broken(level, error, item != nullptr ? std::string(*item) : name);
+    note_broken(level, error, item != nullptr ? *item : std::string_view(name));
   } else if (level != nullptr) {
-    note_broken(level, lmx::elmx_bad_end_of_element, std::string(level->full_name));
+    note_broken(level, lmx::elmx_bad_end_of_element, level->full_name);
   } else {
     note_broken(level, lmx::elmx_element_not_found, name);
   }
@@ -554,7 +554,7 @@ bool Walk::next(const Level* level, const std::string_view* item, elmx_error cod
 }
 
 // Where the text can't be read on.
-void Walk::note_broken(const Level* level, elmx_error code, std::string item) {
+void Walk::note_broken(const Level* level, elmx_error code, std::string_view item) {
   is_over_ = true;
   lmx::elmx_error_type type = lmx::elmx_none;
   elmx_error cause = lmx::elmx_ok;
@@ -567,7 +567,7 @@ void Walk::note_broken(const Level* level, elmx_error code, std::string item) {
   const std::size_t bad = source_.bad_utf8(std::min(from, at()), last);
   const Level* open = level;
   if (bad < last && !is_fatal) {
-    Fault* const fault = note(level, code, "bad-encoding", std::move(item), {{bad, bad + 1}});
+    Fault* const fault = note(level, code, "bad-encoding", item, {{bad, bad + 1}});
     if (fault == nullptr) return;
     char hex[3];
     std::snprintf(hex, sizeof hex, "%02X",
@@ -580,7 +580,7 @@ void Walk::note_broken(const Level* level, elmx_error code, std::string item) {
   }
   if (!is_fatal && (cause == lmx::elmx_unexpected_end || at() >= source_.size())) {
     Fault* const fault =
-        note(level, code, "cut-document", std::move(item), {{source_.size(), source_.size()}});
+        note(level, code, "cut-document", item, {{source_.size(), source_.size()}});
     if (fault == nullptr) return;
     fault->expected =
         source_.size() == source_.begin() ? "The document is empty" : "The document ends too early";
@@ -645,7 +645,7 @@ void Walk::note_broken(const Level* level, elmx_error code, std::string item) {
                                        : "The value of " + attribute + " must stand in quotes";
     }
   }
-  if (Fault* const fault = note(level, code, rule, std::move(item), place)) {
+  if (Fault* const fault = note(level, code, rule, item, place)) {
     fault->found =
         excerpt(source_.text({place.span.begin, std::min(place.span.begin + 64, place.span.end)}));
     fault->expected = std::move(words);
@@ -1305,7 +1305,7 @@ void Walk::read_member(Level level, Object* holder, const Row& row) {
 void Walk::read_mark(const Level& level) {
   bool is_empty = false;
   if (!skip_start_tag(&is_empty)) {
-    return note_broken(&level, lmx::elmx_bad_end_of_element, std::string(level.full_name));
+    return note_broken(&level, lmx::elmx_bad_end_of_element, level.full_name);
   }
   if (is_empty) return;
   const std::size_t begin = source_.skip_space(at(), source_.size());
@@ -1339,7 +1339,7 @@ void Walk::read_foreign(const Level& level, Object* self, const Row& row) {
   }
   const Span reference = source_.reference_before(at());
   if (reference.begin < begin || at() >= source_.size()) {
-    return note_broken(&level, lmx::elmx_bad_element_value, std::string(level.full_name));
+    return note_broken(&level, lmx::elmx_bad_element_value, level.full_name);
   }
   if (Fault* const fault = note(&level, lmx::elmx_bad_element_value, "unknown-reference",
                                 level.full_name, {reference})) {
@@ -1367,7 +1367,7 @@ bool Walk::read_attributes(const Level& level, Object* self) {
   elmx_error error = lmx::elmx_ok;
   while (get_attribute_event(nullptr, &error, &attribute_name)) {
     if (error != lmx::elmx_ok) {
-      note_broken(&level, error, std::string(level.full_name));
+      note_broken(&level, error, level.full_name);
       return false;
     }
     bool is_xsi = lmx::c_xml_reader::is_xsi_attribute(attribute_name);
@@ -1562,7 +1562,7 @@ bool Walk::fetch_content(const Level& level, const Row& row, elmx_error bracket_
     place.span = source_.reference_before(at());
     if (get_error() == lmx::elmx_not_well_formed || at() >= source_.size() ||
         source_.bad_utf8(span->begin, at()) < at() || place.span.begin < span->begin) {
-      note_broken(&level, lmx::elmx_bad_element_value, std::string(level.full_name));
+      note_broken(&level, lmx::elmx_bad_element_value, level.full_name);
       return false;
     }
   }
@@ -1590,7 +1590,7 @@ void Walk::read_value(const Level& level, Object* self, const Row& row) {
   };
   bool is_empty = false;
   if (!skip_start_tag(&is_empty)) {
-    note_broken(&level, code(lmx::elmx_bad_start_tag_end), std::string(level.full_name));
+    note_broken(&level, code(lmx::elmx_bad_start_tag_end), level.full_name);
     return;
   }
   value.clear();
@@ -1665,12 +1665,12 @@ void Walk::store(const Level& level, Object* self, const Row& row, const Span& s
     place.span = source_.trimmed(span);
   }
   const bool is_content = row.place == zol_v2::internal::Place::content;
-  note_value(level, row, error, place, std::string(level.full_name),
+  note_value(level, row, error, place, level.full_name,
              is_content ? "/text()" : std::string_view());
 }
 
 void Walk::note_value(const Level& level, const Row& row, elmx_error code, const Place& place,
-                      std::string item, std::string_view step) {
+                      std::string_view item, std::string_view step) {
   Fault* const fault = note(&level, code, {}, item, place);
   if (fault == nullptr) return;
   fault->path.append(step);
@@ -1745,10 +1745,10 @@ const Row* name_row(const Class& type) {
 std::string excerpt(std::string_view utf8) {
   std::string text;
   std::size_t characters = 0;
-  for (std::size_t at = 0; at < utf8.size(); ++at) {
-    const auto byte = static_cast<unsigned char>(utf8[at]);
+  for (const char c : utf8) {
+    const auto byte = static_cast<unsigned char>(c);
     if ((byte & 0xC0) != 0x80 && ++characters > k_longest_excerpt) return text + "\xE2\x80\xA6";
-    text += byte < 0x20 || byte == 0x7F ? ' ' : utf8[at];
+    text += byte < 0x20 || byte == 0x7F ? ' ' : c;
   }
   return text;
 }

@@ -10,7 +10,7 @@ namespace zol_v2::internal {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 struct Kind {
   std::size_t at;
