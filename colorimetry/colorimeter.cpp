@@ -596,7 +596,8 @@ Colorimeter& Colorimeter::operator=(Colorimeter&& other) noexcept = default;
 
 namespace {
 
-// Renderings of the colour by rank, best first, with the reason of the first that failed.
+// Renderings of the colour by rank, best first, with the reason of the first that failed. What had
+// to be assumed gives way to whatever else there is of its rank.
 template <class Measure>
 Outcome<Stimulus> first_that_measures(const ColorType& color, const Measure& measure) {
   Outcome<Stimulus> result = Refusal{"the colour has no rendering"};
@@ -608,11 +609,12 @@ Outcome<Stimulus> first_that_measures(const ColorType& color, const Measure& mea
       Outcome<Stimulus> measured = measure(space);
       if (measured) {
         measured->space_index = i;
-        return measured;
+        if (!measured->is_assumed_srgb) return measured;
       }
-      if (!has_reason) result = std::move(measured);
+      if (measured ? !result : !has_reason) result = std::move(measured);
       has_reason = true;
     }
+    if (result) return result;
   }
   return result;
 }

@@ -156,8 +156,9 @@ class ZOL_COLORIMETRY_API Colorimeter {
   Colorimeter& operator=(Colorimeter&& other) noexcept;
 
   // The colour as the document has it: its coordinates, by preference Lab, LCh, XYZ, xyY, Luv, then
-  // its spectrum under D50 and 2 degrees, then a standard RGB, then device values by their profile,
-  // then RGB of unknown primaries as sRGB. Refused, with the reason, where there is none of these.
+  // its spectrum under D50 and 2 degrees or what the set or the palette has for coordinates, then a
+  // standard RGB, then device values by their profile, then RGB of unknown primaries as sRGB, then
+  // a light source. Refused, with the reason, where there is none of these.
   Outcome<Stimulus> measure(const ColorType& color, const ColorPlace& place = {});
   // The colour under other conditions: coordinates that the document has for just these, else the
   // spectrum, else what measure() gives with chromatic adaptation. Adaptation cannot bring values

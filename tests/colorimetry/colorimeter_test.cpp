@@ -20,6 +20,7 @@ using zol_test::element;
 using zol_test::lab;
 using zol_test::load;
 using zol_test::Measured;
+using zol_test::number;
 using zol_test::space;
 using zol_test::spectrum;
 
@@ -283,22 +284,19 @@ std::string ink_profile(cmsColorSpaceSignature space, unsigned channels) {
 }
 
 std::string cmyk(double c, double m, double y, double k, const Measured& how) {
-  return space("CMYK", how.generic() + element("Cyan", std::to_string(c)) +
-                           element("Magenta", std::to_string(m)) +
-                           element("Yellow", std::to_string(y)) +
-                           element("Black", std::to_string(k)));
+  return space("CMYK", how.generic() + element("Cyan", number(c)) + element("Magenta", number(m)) +
+                           element("Yellow", number(y)) + element("Black", number(k)));
 }
 
 std::string rgb(double r, double g, double b, const Measured& how) {
-  return space("RGB", how.tristimulus() + element("Red", std::to_string(r)) +
-                          element("Green", std::to_string(g)) + element("Blue", std::to_string(b)) +
-                          "<ColorDepth>ColorDepth_8</ColorDepth>");
+  return space("RGB", how.tristimulus() + element("Red", number(r)) + element("Green", number(g)) +
+                          element("Blue", number(b)) + "<ColorDepth>ColorDepth_8</ColorDepth>");
 }
 
 TEST_F(ColorimeterTest, DeviceValuesGoThroughTheProfileOfTheDocument) {
   Measured how;
   how.profile = profile_element(ink_profile(cmsSigCmykData, 4));
-  const auto inks = meter_.measure(colour(cmyk(100, 50, 0, 0, how)));
+  const auto inks = Colorimeter().measure(colour(cmyk(100, 50, 0, 0, how)));
   ASSERT_TRUE(inks) << inks.reason();
   EXPECT_EQ(inks->source, Source::profile);
   EXPECT_EQ(basis_of(*inks), "CMYK by the document's ICC profile, for D50, 2 degrees");
@@ -306,8 +304,12 @@ TEST_F(ColorimeterTest, DeviceValuesGoThroughTheProfileOfTheDocument) {
   EXPECT_NEAR(inks->lab().a, -20, 0.01);
   EXPECT_NEAR(inks->lab().b, 0, 0.01);
 
+  EXPECT_EQ(Colorimeter().measure(colour(rgb(1, 0, 0, {}) + cmyk(100, 50, 0, 0, how)))->space_index,
+            1u);
+  EXPECT_EQ(Colorimeter().measure(colour(rgb(1, 0, 0, {}) + rgb(0, 1, 0, {})))->space_index, 0u);
+
   how.profile = profile_element(ink_profile(cmsSig6colorData, 6));
-  const auto six = meter_.measure(colour(space(
+  const auto six = Colorimeter().measure(colour(space(
       "OMBRELLVantiline", how.generic() + "<Cyan>0</Cyan><Magenta>100</Magenta><Yellow>100</Yellow>"
                                           "<Black>0</Black><Orange>7</Orange><Green>3</Green>")));
   ASSERT_TRUE(six) << six.reason();
@@ -316,13 +318,13 @@ TEST_F(ColorimeterTest, DeviceValuesGoThroughTheProfileOfTheDocument) {
 
   // sRGB in the clothes of a device: the colours are those of sRGB, up to the profile's precision.
   how.profile = profile_element(bytes_of_profile(cmsCreate_sRGBProfile()));
-  const auto device = meter_.measure(colour(rgb(0.8, 0.4, 0.2, how)));
+  const auto device = Colorimeter().measure(colour(rgb(0.8, 0.4, 0.2, how)));
   ASSERT_TRUE(device) << device.reason();
   EXPECT_EQ(device->source, Source::profile);
   EXPECT_EQ(display_of(*device).hex(), "#cc6633");
   const std::string hsv =
       space("HSV", how.generic() + "<Hue>20</Hue><Saturation>0.75</Saturation><Value>0.8</Value>");
-  const auto by_hue = meter_.measure(colour(hsv));
+  const auto by_hue = Colorimeter().measure(colour(hsv));
   ASSERT_TRUE(by_hue) << by_hue.reason();
   EXPECT_EQ(display_of(*by_hue).hex(), "#cc6633");
 }
