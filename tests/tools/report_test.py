@@ -252,6 +252,33 @@ class TextTest(ReportTest):
         self.expect(0, twice, "--svg", "swatch:colour-red-2")
         ElementTree.fromstring(self.expect(0, twice, "--svg", "<&\u202e\"").stdout)
 
+    def test_spectra_that_no_instrument_reads(self):
+        def spectrum(kind, row, points):
+            rows = "".join(f'<Zol:{row} Wavelength="{nm}">{value}</Zol:{row}>'
+                           for nm, value in points)
+            specification = "ColorSpaceSpecification" + kind.replace("ColorSpace", "").replace(
+                "Spectral", "SpectrumSpectral" if "Emissive" not in kind else "Spectral")
+            return (f'<Zol:{kind}>{STAMP}<Zol:{specification} xsi:nil="true"/>{rows}</Zol:{kind}>')
+
+        def reflectance(*points):
+            return spectrum("ColorSpaceSpectral", "ReflectancePoint", points)
+
+        def emission(*points):
+            return spectrum("ColorSpaceEmissiveSpectral", "EmissiveSpectralPoint", points)
+
+        cases = [reflectance((1e300, 0.5), (2e300, 0.6)), reflectance((1e-300, 9.9), (500, -0.9)),
+                 reflectance((500, 0.5)), reflectance((400, 0.5), (400, 0.6)),
+                 emission((400, "INF"), (500, 1)), emission((400, -1), (500, 0)),
+                 emission((400, 1e308), (500, 1e308)), emission((400, 5e-324), (500, 5e-324))]
+        path = self.write(document(*(color(f"odd {i}", (150, 150, -150), spectrum=case)
+                                     for i, case in enumerate(cases))))
+        text = self.page(path)
+        self.assertEqual(len(Page(text).names), len(cases))
+        self.assertLess(len(text), 100000)
+        self.assertNotRegex(text, "(?i)[^a-z](nan|inf)[^a-z]")
+        for name in ("spectra", "sources"):
+            ElementTree.fromstring(self.expect(0, path, "--svg", name).stdout)
+
     def test_files(self):
         path = self.write(document(color("red")))
         output = self.directory / "report.html"
