@@ -6,6 +6,7 @@
 #include <tuple>
 #include <utility>
 
+#include "colorimetry/internal/instrument.h"
 #include "colorimetry/internal/profile.h"
 #include "colorimetry/internal/text.h"
 #include "model/Zol.h"
@@ -159,17 +160,6 @@ bool same(const Conditions& a, const Conditions& b) {
   return a.light == b.light && a.observer == b.observer;
 }
 
-// What both kinds of specification say of the instrument.
-void read_instrument(const ColorSpaceSpecificationSpectrumType& specification, Stimulus* stimulus) {
-  const DeviceFilter& filter = specification.get_DeviceFilter();
-  const DevicePolarization& polarisation = specification.get_DevicePolarization();
-  if (!filter.isnil_DeviceFilter()) stimulus->filter = filter.getenum_DeviceFilterType();
-  if (!polarisation.isnil_DevicePolarization()) {
-    stimulus->is_polarised = polarisation.get_DevicePolarization();
-  }
-  stimulus->quantity = specification.get_Spectrum().getenum_SpectrumType();
-}
-
 // Conditions and white of coordinates. What no white is known for gets that of D50, and says so.
 void read_conditions(const TristimulusSpecification* specification, Stimulus* stimulus) {
   const Conditions standard;
@@ -178,13 +168,10 @@ void read_conditions(const TristimulusSpecification* specification, Stimulus* st
     stimulus->has_default_conditions = true;
   } else {
     const int observer = specification->getenum_FieldOfView();
-    read_instrument(*specification, stimulus);
+    internal::read_instrument(*specification, stimulus);
     stimulus->conditions.light = Light::of(specification->get_IlluminationOptions());
     stimulus->conditions.observer = observer == 2 ? Observer::degree_10 : Observer::degree_2;
     stimulus->has_default_conditions = observer == 0;
-    if (specification->isset_GeometryChoice()) {
-      stimulus->geometry = Geometry::of(specification->get_GeometryChoice());
-    }
   }
   const Outcome<Xyz> white = stimulus->conditions.light.white(stimulus->conditions.observer);
   if (!white) stimulus->has_default_conditions = true;
@@ -580,8 +567,7 @@ Outcome<Stimulus> internal::Meter::spectral(const sg_ColorSpace& space,
   const auto* const specification =
       spectral_specification(spectral->get_ColorSpaceSpecificationSpectrumSpectral(), place);
   if (specification != nullptr) {
-    read_instrument(*specification, &result);
-    result.geometry = Geometry::of(specification->get_GeometryChoice());
+    internal::read_instrument(*specification, &result);
     result.is_without_bandpass_correction = specification->getenum_ASTM_Table() == 2;
   }
   return result;
