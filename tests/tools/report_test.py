@@ -361,6 +361,9 @@ class ListTest(ReportTest):
             self.assertEqual(plain[2], "CIELab L=100 A=0 B=0")
             self.assertIn(", from Spectral", perfect[3])
             self.assertIn("adapted by Bradford from D50, 2 degrees", plain[3])
+        for wrong in (["--csv", "--observer", "10"], ["--illuminant", "daylight"]):
+            result = subprocess.run([COMMAND, "list", path, *wrong], capture_output=True)
+            self.assertEqual((result.returncode, result.stdout), (2, b""), wrong)
 
     def test_swatches(self):
         path = self.write(document(color("grey", (0, 0, 0)), color("out", (60, -90, 90))))
@@ -482,10 +485,12 @@ class BrowserTest(ReportTest):
             wanted = Image.open(reference).convert("RGB")
             with self.subTest(name):
                 difference = ImageChops.difference(picture, wanted).convert("L")
-                far = sum(difference.histogram()[48:]) / (200 * 600)
-                if far >= 0.02:
+                # By strips, so that a small thing that is missing counts.
+                far = max(sum(difference.crop((0, top, 200, top + 20)).histogram()[40:]) / 4000
+                          for top in range(0, 600, 20))
+                if far >= 0.03:
                     picture.save(f"{name}-differs.png")
-                self.assertLess(far, 0.02, f"see {name}-differs.png; --accept renews the reference")
+                self.assertLess(far, 0.03, f"see {name}-differs.png; --accept renews the reference")
 
 
 if __name__ == "__main__":
