@@ -20,6 +20,7 @@ using zol_test::element;
 using zol_test::lab;
 using zol_test::load;
 using zol_test::Measured;
+using zol_test::number;
 using zol_test::space;
 using zol_test::spectrum;
 
@@ -283,16 +284,13 @@ std::string ink_profile(cmsColorSpaceSignature space, unsigned channels) {
 }
 
 std::string cmyk(double c, double m, double y, double k, const Measured& how) {
-  return space("CMYK", how.generic() + element("Cyan", std::to_string(c)) +
-                           element("Magenta", std::to_string(m)) +
-                           element("Yellow", std::to_string(y)) +
-                           element("Black", std::to_string(k)));
+  return space("CMYK", how.generic() + element("Cyan", number(c)) + element("Magenta", number(m)) +
+                           element("Yellow", number(y)) + element("Black", number(k)));
 }
 
 std::string rgb(double r, double g, double b, const Measured& how) {
-  return space("RGB", how.tristimulus() + element("Red", std::to_string(r)) +
-                          element("Green", std::to_string(g)) + element("Blue", std::to_string(b)) +
-                          "<ColorDepth>ColorDepth_8</ColorDepth>");
+  return space("RGB", how.tristimulus() + element("Red", number(r)) + element("Green", number(g)) +
+                          element("Blue", number(b)) + "<ColorDepth>ColorDepth_8</ColorDepth>");
 }
 
 TEST_F(ColorimeterTest, DeviceValuesGoThroughTheProfileOfTheDocument) {

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <iomanip>
+#include <locale>
+#include <sstream>
 #include <string>
 
 #include "facade/files.h"
@@ -11,6 +14,14 @@
 namespace zol_test {
 
 constexpr char k_stamp[] = "<ChangeHistory>2026-03-05T06:10:00+01:00</ChangeHistory>";
+
+// As documents have it, whatever the locale.
+inline std::string number(double value) {
+  std::ostringstream text;
+  text.imbue(std::locale::classic());
+  text << std::setprecision(12) << value;
+  return text.str();
+}
 
 inline std::string document_text(const std::string& content) {
   return std::string(
@@ -73,8 +84,8 @@ inline std::string space(const std::string& name, const std::string& content) {
 }
 
 inline std::string lab(double l, double a, double b, const Measured& how = {}) {
-  return space("CIELab", how.tristimulus() + element("L", std::to_string(l)) +
-                             element("A", std::to_string(a)) + element("B", std::to_string(b)));
+  return space("CIELab", how.tristimulus() + element("L", number(l)) + element("A", number(a)) +
+                             element("B", number(b)));
 }
 
 // `value(nm)` from 400 to 700 nm by 10 nm.
@@ -82,8 +93,8 @@ template <class Value>
 std::string spectrum(const Value& value, const Measured& how = {}) {
   std::string content = how.spectral();
   for (int nm = 400; nm <= 700; nm += 10) {
-    content += "<ReflectancePoint Wavelength='" + std::to_string(nm) + "'>" +
-               std::to_string(value(nm)) + "</ReflectancePoint>";
+    content += "<ReflectancePoint Wavelength='" + number(nm) + "'>" + number(value(nm)) +
+               "</ReflectancePoint>";
   }
   return space("Spectral", content);
 }

@@ -17,6 +17,7 @@ using zol_test::lab;
 using zol_test::load;
 using zol_test::Measured;
 using zol_test::measurement;
+using zol_test::number;
 using zol_test::pair;
 using zol_test::record;
 using zol_test::space;
@@ -288,7 +289,7 @@ TEST_F(EvaluationTest, IndicesAreThoseOfTheMeasurement) {
     how.polarised = polarised;
     return space("Density", how.generic() +
                                 "<Density DensityStatus='Status_T' DensityFilter='Filter_Cyan'>" +
-                                std::to_string(value) + "</Density>");
+                                number(value) + "</Density>");
   };
   const Verdict& dense =
       judge(tolerance(by_type("StatusDensity", parameter("Param_delta", "-0.05", "0.05")),
@@ -310,8 +311,8 @@ TEST_F(EvaluationTest, IndicesAreThoseOfTheMeasurement) {
 TEST(Record, StatisticsGoOverTheMeasurements) {
   // Hues of 359, 1 and 3 degrees, chroma 10, lightness 50, 51 and 53.
   const auto lch = [](double l, double h) {
-    return space("CIELCh", Measured().tristimulus() + element("L", std::to_string(l)) +
-                               "<C>10</C>" + element("H", std::to_string(h)));
+    return space("CIELCh", Measured().tristimulus() + element("L", number(l)) + "<C>10</C>" +
+                               element("H", number(h)));
   };
   const std::string measurements = measurement(lch(50, 359), "<FunctionStdDevL/>") +
                                    measurement(lch(51, 1)) + measurement(lch(53, 3));

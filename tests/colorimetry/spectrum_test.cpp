@@ -6,6 +6,7 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
+#include <locale>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -285,6 +286,7 @@ TEST(Spectra, Spec2cieSeesTheSame) {
   const std::string in = directory.file("in.ti3"), out = directory.file("out.ti3");
   {
     std::ofstream file(in);
+    file.imbue(std::locale::classic());
     file << std::fixed
          << "CTI3\n\nDESCRIPTOR \"spectra\"\nORIGINATOR \"test\"\nKEYWORD \"DEVICE_CLASS\"\n"
             "DEVICE_CLASS \"OUTPUT\"\nKEYWORD \"COLOR_REP\"\nCOLOR_REP \"RGB_XYZ\"\n"
@@ -321,6 +323,7 @@ TEST(Spectra, Spec2cieSeesTheSame) {
     for (const std::vector<double>& sample : samples) {
       ASSERT_TRUE(std::getline(file, line));
       std::istringstream row(line);
+      row.imbue(std::locale::classic());
       double number = 0;
       for (int i = 0; i < 4; ++i) row >> number;  // the sample and its device values
       Xyz theirs;
