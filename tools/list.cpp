@@ -192,6 +192,9 @@ void add_list(CLI::App& app, ExitStatus* status) {
                     "Walk through folders, to every .zol and .zolz");
 #if defined(ZOL_WITH_REPORT)
   add_seen_under(*command, &options->seen);
+  for (const char* const option : {"--illuminant", "--observer"}) {
+    command->get_option(option)->excludes("--csv");
+  }
 #endif
   command->callback([options, status] { *status = run(*options); });
 }

@@ -443,9 +443,12 @@ std::string curve(const ReportColor& color, const SpectralFrame& frame, bool is_
   const std::size_t stride = std::max<std::size_t>(1, spectrum.grid().size() / 400);
   std::string path;
   double last_x = 0, last_y = 0;
+  constexpr double k_beyond = 100;  // nm that the way to what is in view may begin outside of it
   for (std::size_t i = 0; i < spectrum.grid().size(); i += stride) {
+    const double wavelength = spectrum.grid()[i];
+    if (wavelength < frame.first - k_beyond || wavelength > frame.last + k_beyond) continue;
     const double scale = is_whole ? 1 : 10;
-    const double x = std::round(frame.x(spectrum.grid()[i]) * scale) / scale;
+    const double x = std::round(frame.x(wavelength) * scale) / scale;
     const double y = std::round(frame.y(spectrum.values()[i] / unit) * scale) / scale;
     if (path.empty()) {
       path = 'M' + num(x) + ' ' + num(y) + 'l';
@@ -456,7 +459,7 @@ std::string curve(const ReportColor& color, const SpectralFrame& frame, bool is_
     last_x = x;
     last_y = y;
   }
-  path.pop_back();
+  if (!path.empty()) path.pop_back();
   return path;
 }
 
@@ -490,7 +493,9 @@ SpectralFrame frame_of(const std::vector<const ReportColor*>& colors, double wid
     frame.last = std::max(frame.last, color->spectrum->grid().last());
     frame.most = std::max(frame.most, greatest(*color->spectrum) / unit_of(*color));
   }
-  frame.first = std::max(frame.first, 1.0);
+  // Beyond this no instrument for colour reads.
+  frame.first = std::max(frame.first, 200.0);
+  frame.last = std::min(frame.last, 2600.0);
   const double rise = scale_step(frame.most, 5);
   frame.most = rise * std::ceil(frame.most / rise - 1e-9);
   return frame;
@@ -526,7 +531,8 @@ std::string curve_labels(const std::vector<const ReportColor*>& colors,
   }
   std::string body;
   for (const End& end : ends) {
-    const double x = frame.x(end.color->spectrum->grid().last());
+    const double x =
+        frame.x(std::clamp(end.color->spectrum->grid().last(), frame.first, frame.last));
     body +=
         line(x + 1, end.y, frame.right + 8, end.label_y, "lead") +
         text(frame.right + 10, end.label_y + 4, std::to_string(end.color->number), Anchor::start);

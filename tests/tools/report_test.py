@@ -252,6 +252,33 @@ class TextTest(ReportTest):
         self.expect(0, twice, "--svg", "swatch:colour-red-2")
         ElementTree.fromstring(self.expect(0, twice, "--svg", "<&\u202e\"").stdout)
 
+    def test_spectra_that_no_instrument_reads(self):
+        def spectrum(kind, row, points):
+            rows = "".join(f'<Zol:{row} Wavelength="{nm}">{value}</Zol:{row}>'
+                           for nm, value in points)
+            specification = "ColorSpaceSpecification" + kind.replace("ColorSpace", "").replace(
+                "Spectral", "SpectrumSpectral" if "Emissive" not in kind else "Spectral")
+            return (f'<Zol:{kind}>{STAMP}<Zol:{specification} xsi:nil="true"/>{rows}</Zol:{kind}>')
+
+        def reflectance(*points):
+            return spectrum("ColorSpaceSpectral", "ReflectancePoint", points)
+
+        def emission(*points):
+            return spectrum("ColorSpaceEmissiveSpectral", "EmissiveSpectralPoint", points)
+
+        cases = [reflectance((1e300, 0.5), (2e300, 0.6)), reflectance((1e-300, 9.9), (500, -0.9)),
+                 reflectance((500, 0.5)), reflectance((400, 0.5), (400, 0.6)),
+                 emission((400, "INF"), (500, 1)), emission((400, -1), (500, 0)),
+                 emission((400, 1e308), (500, 1e308)), emission((400, 5e-324), (500, 5e-324))]
+        path = self.write(document(*(color(f"odd {i}", (150, 150, -150), spectrum=case)
+                                     for i, case in enumerate(cases))))
+        text = self.page(path)
+        self.assertEqual(len(Page(text).names), len(cases))
+        self.assertLess(len(text), 100000)
+        self.assertNotRegex(text, "(?i)[^a-z](nan|inf)[^a-z]")
+        for name in ("spectra", "sources"):
+            ElementTree.fromstring(self.expect(0, path, "--svg", name).stdout)
+
     def test_files(self):
         path = self.write(document(color("red")))
         output = self.directory / "report.html"
@@ -334,6 +361,9 @@ class ListTest(ReportTest):
             self.assertEqual(plain[2], "CIELab L=100 A=0 B=0")
             self.assertIn(", from Spectral", perfect[3])
             self.assertIn("adapted by Bradford from D50, 2 degrees", plain[3])
+        for wrong in (["--csv", "--observer", "10"], ["--illuminant", "daylight"]):
+            result = subprocess.run([COMMAND, "list", path, *wrong], capture_output=True)
+            self.assertEqual((result.returncode, result.stdout), (2, b""), wrong)
 
     def test_swatches(self):
         path = self.write(document(color("grey", (0, 0, 0)), color("out", (60, -90, 90))))
@@ -455,10 +485,12 @@ class BrowserTest(ReportTest):
             wanted = Image.open(reference).convert("RGB")
             with self.subTest(name):
                 difference = ImageChops.difference(picture, wanted).convert("L")
-                far = sum(difference.histogram()[48:]) / (200 * 600)
-                if far >= 0.02:
+                # By strips, so that a small thing that is missing counts.
+                far = max(sum(difference.crop((0, top, 200, top + 20)).histogram()[40:]) / 4000
+                          for top in range(0, 600, 20))
+                if far >= 0.03:
                     picture.save(f"{name}-differs.png")
-                self.assertLess(far, 0.02, f"see {name}-differs.png; --accept renews the reference")
+                self.assertLess(far, 0.03, f"see {name}-differs.png; --accept renews the reference")
 
 
 if __name__ == "__main__":
