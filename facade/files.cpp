@@ -252,6 +252,10 @@ LoadReport too_large(const LoadOptions& options) {
                                                   " bytes.");
 }
 
+std::string no_document_text(const internal::Class& type) {
+  return std::string("A document can't begin with ") + type.name + ".";
+}
+
 // Of a source that is not whole.
 LoadReport failure_of(const internal::FileSource& source, const LoadOptions& options) {
   return source.error() != 0 ? failure<LoadReport>(lmx::elmx_no_file, system_text(source.error()))
@@ -263,8 +267,11 @@ LoadReport failure_of(const internal::FileSource& source, const LoadOptions& opt
 // Loads one document for a client.
 class Loading {
  public:
-  Loading(Zol& document, const LoadOptions& options, bool is_reported)
-      : document_(document), options_(options), is_reported_(is_reported) {}
+  Loading(Object& document, const LoadOptions& options, bool is_reported)
+      : document_(document),
+        type_(internal::Head::class_of(document)),
+        options_(options),
+        is_reported_(is_reported) {}
 
   LoadReport read_file(const std::wstring& path);
   // A document or an archive.
@@ -277,9 +284,12 @@ class Loading {
   LoadReport read_packed(internal::PackedDocument& packed, bool is_open);
   LoadReport read_text(std::string_view text, const internal::PackedDocument* packed);
   void diagnose(std::string_view text, const internal::PackedDocument* packed, LoadReport* report);
-  LoadReport check_tree(const Zol& tree, std::string_view text);
+  LoadReport check_tree(const Object& tree, std::string_view text);
 
-  Zol& document_;
+  std::unique_ptr<Object> made() const { return std::unique_ptr<Object>(type_.make(nullptr)); }
+
+  Object& document_;
+  const internal::Class& type_;
   const LoadOptions& options_;
   const bool is_reported_;
   std::optional<CheckLevel> checked_;
@@ -335,6 +345,14 @@ LoadReport Loading::read_packed(internal::PackedDocument& packed, bool is_open) 
   return read_text(packed.text(), &packed);
 }
 
+// Most documents are in order, and then a piece is enough at a time.
+bool can_be_written(const Object& piece) {
+  CheckOptions options;
+  options.level = CheckLevel::writing;
+  options.limit = 0;
+  return check(piece, options).is_ok();
+}
+
 // What a strict parser has to say.
 std::vector<Fault> faults_by_the_book(std::string_view text, std::size_t limit) {
   std::vector<Fault> faults;
@@ -353,6 +371,20 @@ std::vector<Fault> faults_by_the_book(std::string_view text, std::size_t limit) 
   for (Fault& fault : faults) places.push_back(&fault.place);
   internal::SourceText(text).find_lines(places);
   return faults;
+}
+
+LoadReport check_text(std::string_view text, std::size_t limit) {
+  LoadReport report;
+  report.faults = faults_by_the_book(text, limit);
+  if (report.faults.empty()) return report;
+  const Fault& fault = report.faults.front();
+  report.code = fault.code;
+  report.line = static_cast<int>(fault.place.line);
+  report.item = fault.item;
+  report.message = "line:" + std::to_string(fault.place.line) + "-'" + fault.item + "'-" +
+                   lmx::get_error_description(fault.code) + ": " + fault.expected;
+  report.is_complete = false;
+  return report;
 }
 
 // Whether a fault of the reader may be one of the XML itself.
@@ -377,7 +409,7 @@ bool is_of_markup(elmx_error code) {
   }
 }
 
-// Beside the faults that were found already, and unless one of them says the same.
+// Beside the reader's own faults, and unless it said the same.
 void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport* report) {
   for (Fault& fault : faults_by_the_book(text, limit)) {
     const bool is_known =
@@ -385,15 +417,8 @@ void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport
           return other.place.line == fault.place.line && is_of_markup(other.code);
         });
     if (is_known) continue;
-    if (report->code == lmx::elmx_ok) {
-      report->code = fault.code;
-      report->line = static_cast<int>(fault.place.line);
-      report->item = fault.item;
-      report->message = "line:" + std::to_string(fault.place.line) + "-'" + fault.item + "'-" +
-                        lmx::get_error_description(fault.code) + ": " + fault.expected;
-    }
     ++report->fault_count;
-    if (report->faults.size() >= std::max<std::size_t>(limit, 1)) continue;
+    if (report->faults.size() >= limit) continue;
     const auto behind =
         std::find_if(report->faults.begin(), report->faults.end(),
                      [&](const Fault& other) { return other.place.offset > fault.place.offset; });
@@ -401,42 +426,29 @@ void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport
   }
 }
 
-LoadReport check_text(std::string_view text) {
-  LoadReport report;
-  add_faults_by_the_book(text, LoadOptions().most_faults, &report);
-  return report;
-}
-
 void name_entry(const internal::PackedDocument* packed, LoadReport* report) {
   if (packed == nullptr) return;
   for (Fault& fault : report->faults) fault.entry = packed->entry_name();
 }
 
-// Most documents are in order, and then a piece is enough at a time.
-bool can_be_written(const Object& piece) {
-  CheckOptions options;
-  options.level = CheckLevel::writing;
-  options.limit = 0;
-  return check(piece, options).is_ok();
-}
-
 LoadReport Loading::read_text(std::string_view text, const internal::PackedDocument* packed) {
   LoadReport report;
-  if (checked_ == CheckLevel::writing &&
-      internal::walk_document(Zol::k_class, text, can_be_written)) {
-    if (options_.strict) add_faults_by_the_book(text, options_.most_faults, &report);
+  if (checked_ == CheckLevel::writing && internal::walk_document(type_, text, can_be_written)) {
+    if (options_.strict) report = check_text(text, options_.most_faults);
     name_entry(packed, &report);
     return report;
   }
   {
-    Zol loaded;
+    const std::unique_ptr<Object> loaded = made();
     lmx::c_xml_reader_memory reader(text.data(), text.size());
-    report.code = loaded.unmarshal(reader);
+    report.code = internal::unmarshal_document(*loaded, type_, reader);
     if (report.code == lmx::elmx_ok) {
-      if (checked_) report = check_tree(loaded, text);
-      if (options_.strict) add_faults_by_the_book(text, options_.most_faults, &report);
-      const bool is_taken = report.code == lmx::elmx_ok || options_.best_effort;
-      if (is_taken && !checked_) document_.swap(loaded);
+      if (options_.strict) report = check_text(text, options_.most_faults);
+      if (checked_) {
+        if (report.code == lmx::elmx_ok) report = check_tree(*loaded, text);
+      } else if (report.code == lmx::elmx_ok || options_.best_effort) {
+        internal::swap(document_, *loaded, type_);
+      }
       name_entry(packed, &report);
       return report;
     }
@@ -456,7 +468,7 @@ LoadReport Loading::read_text(std::string_view text, const internal::PackedDocum
 
 // The document is good. Only what would be written from it may not be, which is an error where
 // nothing can be written, and else a warning.
-LoadReport Loading::check_tree(const Zol& tree, std::string_view text) {
+LoadReport Loading::check_tree(const Object& tree, std::string_view text) {
   CheckOptions checking;
   checking.level = *checked_;
   checking.limit = options_.most_faults;
@@ -519,10 +531,9 @@ void Loading::diagnose(std::string_view text, const internal::PackedDocument* pa
                        LoadReport* report) {
   const bool is_asked = is_reported_ && options_.most_faults != 0;
   if (!is_asked && !options_.best_effort) return;
-  Zol tree;
-  internal::Diagnosis diagnosis =
-      internal::diagnose(text, options_.most_faults, options_.best_effort ? &tree : nullptr);
-  if (options_.best_effort && diagnosis.has_root) document_.swap(tree);
+  const std::unique_ptr<Object> tree = options_.best_effort ? made() : nullptr;
+  internal::Diagnosis diagnosis = internal::diagnose(text, type_, options_.most_faults, tree.get());
+  if (tree != nullptr && diagnosis.has_root) internal::swap(document_, *tree, type_);
   report->faults = std::move(diagnosis.faults);
   report->fault_count = diagnosis.count;
   report->is_complete = diagnosis.is_complete;
@@ -600,19 +611,36 @@ LoadReport take_stream(std::string* bytes, std::istream& stream, const LoadOptio
 
 }  // namespace
 
-elmx_error openFile(Zol& document, const std::wstring& path, LoadReport* report,
-                    const LoadOptions& options) noexcept {
-  return guarded(report, path,
-                 [&] { return Loading(document, options, report != nullptr).read_file(path); });
+namespace {
+
+// Loads an object whose class is an element that a document may begin with.
+template <class Read>
+elmx_error load_guarded(Object& document, const std::wstring& path, LoadReport* report,
+                        const LoadOptions& options, Read read) noexcept {
+  return guarded(report, path, [&] {
+    const internal::Class& type = internal::Head::class_of(document);
+    if (!type.is(internal::Class::k_document)) {
+      return failure<LoadReport>(lmx::elmx_element_not_found, no_document_text(type));
+    }
+    return read(Loading(document, options, report != nullptr));
+  });
 }
 
-elmx_error openText(Zol& document, std::string_view bytes, LoadReport* report,
+}  // namespace
+
+elmx_error openFile(Object& document, const std::wstring& path, LoadReport* report,
                     const LoadOptions& options) noexcept {
-  return guarded(report, {},
-                 [&] { return Loading(document, options, report != nullptr).read_bytes(bytes); });
+  return load_guarded(document, path, report, options,
+                      [&](Loading loading) { return loading.read_file(path); });
 }
 
-elmx_error checkFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
+elmx_error openText(Object& document, std::string_view bytes, LoadReport* report,
+                    const LoadOptions& options) noexcept {
+  return load_guarded(document, {}, report, options,
+                      [&](Loading loading) { return loading.read_bytes(bytes); });
+}
+
+elmx_error judgeFile(const std::wstring& path, LoadReport* report, const LoadOptions& options,
                      CheckLevel level) noexcept {
   return guarded(report, path, [&] {
     Zol none;
@@ -622,7 +650,7 @@ elmx_error checkFile(const std::wstring& path, LoadReport* report, const LoadOpt
   });
 }
 
-elmx_error checkText(std::string_view bytes, LoadReport* report, const LoadOptions& options,
+elmx_error judgeText(std::string_view bytes, LoadReport* report, const LoadOptions& options,
                      CheckLevel level) noexcept {
   return guarded(report, {}, [&] {
     Zol none;
@@ -632,18 +660,17 @@ elmx_error checkText(std::string_view bytes, LoadReport* report, const LoadOptio
   });
 }
 
-elmx_error openStream(Zol& document, std::istream& stream, LoadReport* report,
+elmx_error openStream(Object& document, std::istream& stream, LoadReport* report,
                       const LoadOptions& options) noexcept {
-  return guarded(report, {}, [&] {
+  return load_guarded(document, {}, report, options, [&](Loading loading) {
     std::string bytes;
     const LoadReport taken = take_stream(&bytes, stream, options);
-    if (taken.code != lmx::elmx_ok) return taken;
-    return Loading(document, options, report != nullptr).read_bytes(bytes);
+    return taken.code != lmx::elmx_ok ? taken : loading.read_bytes(bytes);
   });
 }
 
 elmx_error checkText(std::string_view text, LoadReport* report) noexcept {
-  return guarded(report, {}, [&] { return check_text(text); });
+  return guarded(report, {}, [&] { return check_text(text, LoadOptions().most_faults); });
 }
 
 elmx_error readText(std::string& text, const std::wstring& path, LoadReport* report,
@@ -776,8 +803,7 @@ void explain(const Object& document, SaveReport& report) {
 SaveReport judge(const Object& document, const SaveOptions& options) {
   const internal::Class& type = internal::Head::class_of(document);
   if (!type.is(internal::Class::k_document)) {
-    return failure<SaveReport>(lmx::elmx_element_not_found,
-                               std::string("A document can't begin with ") + type.name + ".");
+    return failure<SaveReport>(lmx::elmx_element_not_found, no_document_text(type));
   }
   SaveReport report;
   if (!options.is_checked) return report;

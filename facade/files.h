@@ -87,8 +87,9 @@ struct SaveOptions {
 // else; on failure it stays as it was, unless the options ask for what is good. Gives 0; 1 for a
 // file that can't be opened or read; 1000 for an archive that is cut, damaged or can't be used, for
 // a document that is too large, and when memory runs out; or the code of the fault in the text.
-// `report` may be null; what was in it is replaced.
-ZOL_API lmx::elmx_error openFile(Zol& document, const std::wstring& path,
+// 16 also for an object whose class is no element that a document may begin with. `report` may be
+// null; what was in it is replaced.
+ZOL_API lmx::elmx_error openFile(internal::Object& document, const std::wstring& path,
                                  LoadReport* report = nullptr,
                                  const LoadOptions& options = {}) noexcept;
 
@@ -138,12 +139,12 @@ ZOL_API lmx::elmx_error unpackText(std::string& text, std::string_view archive,
                                    const LoadOptions& options = {}) noexcept;
 
 // Loads a document, or an archive, from its bytes, as openFile does.
-ZOL_API lmx::elmx_error openText(Zol& document, std::string_view bytes,
+ZOL_API lmx::elmx_error openText(internal::Object& document, std::string_view bytes,
                                  LoadReport* report = nullptr,
                                  const LoadOptions& options = {}) noexcept;
 
 // The same from a stream, which is read to its end: 1 if it fails before that.
-ZOL_API lmx::elmx_error openStream(Zol& document, std::istream& stream,
+ZOL_API lmx::elmx_error openStream(internal::Object& document, std::istream& stream,
                                    LoadReport* report = nullptr,
                                    const LoadOptions& options = {}) noexcept;
 

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "model/Zol.h"
 #include "port/files.h"
 #include "port/wide_text.h"
 #include "tools/file_walk.h"

@@ -11,7 +11,8 @@ _zol() {
   done
 
   case $command in
-    validate) options='--first --max --lint --strict --json --sarif --recursive --jobs --quiet --brief --color --help' ;;
+    validate) options='--first --max --strict --lint --json --sarif --recursive --jobs --quiet'
+      options+=' --brief --color --help' ;;
     info) options='--json --recursive --help' ;;
     convert) options='--force --rewrite --exact --help' ;;
     list) options='--csv --recursive --help' ;;

@@ -191,8 +191,9 @@ struct Level {
   unsigned number;        // in the path; 0: not numbered there
   std::size_t before;     // a place before its tag, with nothing but what is no content between
   std::size_t reference;  // behind the reference in whose entity it stands, or k_none
-  std::string_view full_name;  // as it is written
-  bool is_guess = false;       // the row is the one that was probably meant
+  std::string_view full_name;             // as it is written
+  bool is_guess = false;                  // the row is the one that was probably meant
+  mutable SourceText::Closing closing{};  // what was last found out about its end
 };
 
 // What became of a row in one object.
@@ -245,8 +246,15 @@ class Walk : public lmx::c_xml_reader_memory {
   // An end tag that has no start, while that of the element is still to come.
   bool is_stray_end(const Level& level) {
     return !is_own_end(level) && reference() == k_none && !is_open_above(level.up) &&
-           source_.is_closed_first(at(), level.full_name,
-                                   level.up != nullptr ? level.up->full_name : std::string_view());
+           is_closed_behind(level, at());
+  }
+  // Is the end tag of the element still to come, before that of its parent?
+  bool is_closed_behind(const Level& level, std::size_t from) const {
+    if (level.closing.at <= from) {
+      level.closing = source_.closing(
+          from, level.full_name, level.up != nullptr ? level.up->full_name : std::string_view());
+    }
+    return level.closing.is_first;
   }
   void note_stray_end(const Level& level, elmx_error code, std::string_view item) {
     Fault* const fault = note(&level, code, "end-tag-stray", item, here());
@@ -499,7 +507,8 @@ void Walk::note_unknown(const Level& level, elmx_error code, std::string_view it
   const std::string local = get_local_name();
   sort_by_distance(local, &allowed);
   if (!meant.empty()) {
-    allowed.erase(std::remove(allowed.begin(), allowed.end(), meant), allowed.end());
+    const auto found = std::find(allowed.begin(), allowed.end(), meant);
+    if (found != allowed.end()) allowed.erase(found);
     allowed.emplace(allowed.begin(), meant);
   }
   if (!is_ours()) {
@@ -554,9 +563,10 @@ void Walk::note_broken(const Level* level, elmx_error code, std::string item) {
   if (!is_fatal) cause = code;
 
   const std::size_t from = source_.skip_to_content(before_);
-  const std::size_t bad = source_.bad_utf8(std::min(from, at()));
+  const std::size_t last = std::min(at() + 4, source_.size());
+  const std::size_t bad = source_.bad_utf8(std::min(from, at()), last);
   const Level* open = level;
-  if (bad < source_.size() && bad <= at() + 4 && !is_fatal) {
+  if (bad < last && !is_fatal) {
     Fault* const fault = note(level, code, "bad-encoding", std::move(item), {{bad, bad + 1}});
     if (fault == nullptr) return;
     char hex[3];
@@ -700,8 +710,7 @@ bool Walk::is_unclosed(const Level& level, elmx_error code, std::string_view ite
   }
   if (!is_known) return false;
   const bool is_again = name == level.full_name;
-  const bool is_closed =
-      source_.is_closed_first(is_again ? at() : before_, level.full_name, level.up->full_name);
+  const bool is_closed = is_closed_behind(level, is_again ? at() : before_);
   if (!is_again && is_closed) return false;
   if (is_again && !is_closed) {
     // An end tag that lost its slash.
@@ -1526,7 +1535,7 @@ elmx_error Walk::take(Object* self, const Row& row) {
 // Behind a value: does a "<" follow that begins no markup, and the end tag somewhere behind it?
 bool Walk::is_bare_bracket(const Level& level) {
   return reference() == k_none && level.up != nullptr && source_.is_bare_bracket(at()) &&
-         source_.is_closed_first(at(), level.full_name, level.up->full_name);
+         is_closed_behind(level, at());
 }
 
 bool Walk::fetch_content(const Level& level, const Row& row, elmx_error bracket_code, Span* span) {
@@ -1534,7 +1543,7 @@ bool Walk::fetch_content(const Level& level, const Row& row, elmx_error bracket_
   bool is_good = get_element_value(&value, whitespace_of(row), true);
   span->end = at();
   if (is_good && !is_bare_bracket(level)) return true;
-  Place place{source_.reference_before(at())};
+  Place place;
   elmx_error code = lmx::elmx_bad_element_value;
   if (is_good) {
     // The reader looks for the end of what it takes for a tag, which is that of the end tag.
@@ -1549,10 +1558,13 @@ bool Walk::fetch_content(const Level& level, const Row& row, elmx_error bracket_
         code = lmx::elmx_bad_end_tag;
       }
     }
-  } else if (get_error() == lmx::elmx_not_well_formed || at() >= source_.size() ||
-             source_.bad_utf8(span->begin) < at() || place.span.begin < span->begin) {
-    note_broken(&level, lmx::elmx_bad_element_value, std::string(level.full_name));
-    return false;
+  } else {
+    place.span = source_.reference_before(at());
+    if (get_error() == lmx::elmx_not_well_formed || at() >= source_.size() ||
+        source_.bad_utf8(span->begin, at()) < at() || place.span.begin < span->begin) {
+      note_broken(&level, lmx::elmx_bad_element_value, std::string(level.full_name));
+      return false;
+    }
   }
   if (Fault* const fault = note(&level, code, "unknown-reference", level.full_name, place)) {
     explain_reference(fault, source_.text(place.span));
@@ -1741,9 +1753,9 @@ std::string excerpt(std::string_view utf8) {
   return text;
 }
 
-Diagnosis diagnose(std::string_view bytes, std::size_t limit, Zol* tree) {
+Diagnosis diagnose(std::string_view bytes, const Class& type, std::size_t limit, Object* tree) {
   Diagnosis diagnosis;
-  Walk(bytes, limit, &diagnosis).run(Zol::k_class, tree);
+  Walk(bytes, limit, &diagnosis).run(type, tree);
   return diagnosis;
 }
 

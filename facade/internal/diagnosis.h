@@ -15,11 +15,9 @@
 #include "facade/faults.h"
 #include "model/internal/tables.h"
 
-namespace zol_v2 {
-class Zol;
-}
-
 namespace zol_v2::internal {
+
+class Object;
 
 struct Diagnosis {
   std::vector<Fault> faults;  // in the order of the document
@@ -30,7 +28,7 @@ struct Diagnosis {
 };
 
 // Keeps `limit` faults. Unless it is null, `tree` is as new and gets what is good in the document.
-Diagnosis diagnose(std::string_view bytes, std::size_t limit, Zol* tree);
+Diagnosis diagnose(std::string_view bytes, const Class& type, std::size_t limit, Object* tree);
 
 // The attribute by which people call an object of the class; null if it has none.
 const Row* name_row(const Class& type);

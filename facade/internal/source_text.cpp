@@ -190,19 +190,19 @@ bool SourceText::has_slash(std::size_t at) const {
   return false;
 }
 
-bool SourceText::is_closed_first(std::size_t from, std::string_view name,
-                                 std::string_view other) const {
-  if (name == other) return false;  // which of them it would be is not to be told
+SourceText::Closing SourceText::closing(std::size_t from, std::string_view name,
+                                        std::string_view other) const {
   const std::string end = "/" + std::string(name);
   const std::string outer = "/" + std::string(other);
   for (std::size_t at = from; (at = pass(at, "<")) < bytes_.size();) {
     const auto is_tag = [&](std::string_view text) {
       return is_at(at, text) && !is_name(unit(at + text.size() * width()));
     };
-    if (is_tag(end)) return true;
-    if (is_tag(outer) || is_tag(name)) return false;
+    // Which of two elements of one name it would be is not to be told.
+    if (is_tag(end)) return {at, name != other};
+    if (is_tag(outer) || is_tag(name)) return {at, false};
   }
-  return false;
+  return {bytes_.size(), false};
 }
 
 Span SourceText::reference_before(std::size_t end) const {
@@ -228,9 +228,8 @@ Span SourceText::strange_reference(Span span) const {
   return {};
 }
 
-std::size_t SourceText::bad_utf8(std::size_t from) const {
-  if (form_ != Form::utf8) return bytes_.size();
-  while (from < bytes_.size()) {
+std::size_t SourceText::bad_utf8(std::size_t from, std::size_t end) const {
+  while (form_ == Form::utf8 && from < end) {
     const auto lead = static_cast<unsigned char>(bytes_[from]);
     const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
     const std::string_view sequence = bytes_.substr(from, length);
@@ -241,7 +240,7 @@ std::size_t SourceText::bad_utf8(std::size_t from) const {
     if (!is_whole || !lmx::is_valid_utf8_char_sequence(sequence.data())) return from;
     from += length;
   }
-  return bytes_.size();
+  return end;
 }
 
 std::string SourceText::text(Span span) const {
@@ -265,7 +264,7 @@ int SourceText::character(std::size_t at, std::size_t* behind) const {
   if (form_ == Form::utf8 && c >= 0x80) {
     const std::size_t length = c < 0xE0 ? 2 : c < 0xF0 ? 3 : 4;
     const std::string_view sequence = bytes_.substr(at, length);
-    if (SourceText(sequence).bad_utf8(0) != sequence.size() || sequence.size() != length) return -1;
+    if (bad_utf8(at, at + 1) == at) return -1;
     c &= 0xFF >> (length + 1);
     for (const char next : sequence.substr(1)) c = c << 6 | (next & 0x3F);
     *behind = at + length;

@@ -62,14 +62,19 @@ class SourceText {
   // Of something that is taken for a tag, behind its first character: is there a "/" in it?
   bool has_slash(std::size_t at) const;
   // Does the end tag of `name` come before that of `other`, and before another element of its name?
-  bool is_closed_first(std::size_t from, std::string_view name, std::string_view other) const;
+  // Whichever comes first begins at `at`; the end if none does.
+  struct Closing {
+    std::size_t at = 0;
+    bool is_first = false;
+  };
+  Closing closing(std::size_t from, std::string_view name, std::string_view other) const;
   // The reference that ends before `end`.
   Span reference_before(std::size_t end) const;
   // The first reference of the stretch, from `at` on, that is not one of the five that every
   // document has or to a character that it may hold; empty if there is none.
   Span strange_reference(Span span) const;
-  // The first bytes that are no UTF-8, from a place on; the end if all are.
-  std::size_t bad_utf8(std::size_t from) const;
+  // The first bytes that are no UTF-8, from a place on; the given end if all before it are.
+  std::size_t bad_utf8(std::size_t from, std::size_t end) const;
 
   // In UTF-8, as it stands.
   std::string text(Span span) const;

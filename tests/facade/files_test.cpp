@@ -780,6 +780,12 @@ TEST_F(Files, OfEveryClassThatADocumentMayBeginWith) {
       EXPECT_EQ(report.message, report.faults[0].path + ": " + report.faults[0].text());
     }
     EXPECT_EQ(dir_.names(), code == lmx::elmx_ok ? Names{"x.zol"} : Names()) << type.name();
+    if (code != lmx::elmx_ok) continue;
+    const auto again = type.make();
+    EXPECT_EQ(openFile(*again, path), lmx::elmx_ok) << type.name();
+    LoadReport found;
+    EXPECT_NE(openText(*again, document(1), &found), lmx::elmx_ok) << type.name();
+    EXPECT_EQ(found.faults.at(0).rule, "wrong-root");
     ::unlink(dir_.file("x.zol").c_str());
   }
 }
