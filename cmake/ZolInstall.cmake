@@ -35,7 +35,8 @@ foreach(room IN LISTS rooms_with_headers)
   install(FILES ${headers} DESTINATION "${headers_dir}/${room}")
 endforeach()
 install(FILES "${ZOL_GENERATED_DIR}/model/Zol.h" DESTINATION "${headers_dir}/model")
-install(FILES port/export.h port/files.h port/wide_text.h DESTINATION "${headers_dir}/port")
+install(FILES port/export.h port/files.h port/replacement_file.h port/wide_text.h
+        DESTINATION "${headers_dir}/port")
 install(FILES lmx/internal/byte_buffer.h lmx/internal/pool.h
               lmx/internal/unicode_predicates.h lmx/internal/write_block.h
         DESTINATION "${headers_dir}/lmx/internal")

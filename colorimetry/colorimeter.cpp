@@ -6,6 +6,7 @@
 #include <tuple>
 #include <utility>
 
+#include "colorimetry/internal/instrument.h"
 #include "colorimetry/internal/profile.h"
 #include "colorimetry/internal/text.h"
 #include "model/Zol.h"
@@ -159,17 +160,6 @@ bool same(const Conditions& a, const Conditions& b) {
   return a.light == b.light && a.observer == b.observer;
 }
 
-// What both kinds of specification say of the instrument.
-void read_instrument(const ColorSpaceSpecificationSpectrumType& specification, Stimulus* stimulus) {
-  const DeviceFilter& filter = specification.get_DeviceFilter();
-  const DevicePolarization& polarisation = specification.get_DevicePolarization();
-  if (!filter.isnil_DeviceFilter()) stimulus->filter = filter.getenum_DeviceFilterType();
-  if (!polarisation.isnil_DevicePolarization()) {
-    stimulus->is_polarised = polarisation.get_DevicePolarization();
-  }
-  stimulus->quantity = specification.get_Spectrum().getenum_SpectrumType();
-}
-
 // Conditions and white of coordinates. What no white is known for gets that of D50, and says so.
 void read_conditions(const TristimulusSpecification* specification, Stimulus* stimulus) {
   const Conditions standard;
@@ -178,13 +168,10 @@ void read_conditions(const TristimulusSpecification* specification, Stimulus* st
     stimulus->has_default_conditions = true;
   } else {
     const int observer = specification->getenum_FieldOfView();
-    read_instrument(*specification, stimulus);
+    internal::read_instrument(*specification, stimulus);
     stimulus->conditions.light = Light::of(specification->get_IlluminationOptions());
     stimulus->conditions.observer = observer == 2 ? Observer::degree_10 : Observer::degree_2;
     stimulus->has_default_conditions = observer == 0;
-    if (specification->isset_GeometryChoice()) {
-      stimulus->geometry = Geometry::of(specification->get_GeometryChoice());
-    }
   }
   const Outcome<Xyz> white = stimulus->conditions.light.white(stimulus->conditions.observer);
   if (!white) stimulus->has_default_conditions = true;
@@ -325,11 +312,13 @@ std::string Display::hex() const {
 
 // --- The colorimeter -----------------------------------------------------------------------------
 
-struct Colorimeter::State {
+namespace internal {
+
+struct Meter {
   using ProfileKey = std::tuple<const ProfileFile*, DeviceSpace, std::size_t>;
   using OpenedProfile = Outcome<std::shared_ptr<const Profile>>;
 
-  Options options;
+  Colorimeter::Options options;
   std::map<ProfileKey, OpenedProfile> profiles;
 
   Outcome<Stimulus> rendering(const sg_ColorSpace& space, const ColorPlace& place);
@@ -344,6 +333,8 @@ struct Colorimeter::State {
                                    const Rgb& rgb);
   const OpenedProfile& profile(const ProfileFile& file, DeviceSpace kind, std::size_t channels);
 };
+
+}  // namespace internal
 
 namespace {
 
@@ -387,9 +378,9 @@ Stimulus stimulus_of_source(const Xyz& xyz,
 
 }  // namespace
 
-const Colorimeter::State::OpenedProfile& Colorimeter::State::profile(const ProfileFile& file,
-                                                                     DeviceSpace kind,
-                                                                     std::size_t channels) {
+const internal::Meter::OpenedProfile& internal::Meter::profile(const ProfileFile& file,
+                                                               DeviceSpace kind,
+                                                               std::size_t channels) {
   const ProfileKey key = {&file, kind, channels};
   const auto known = profiles.find(key);
   if (known != profiles.end()) return known->second;
@@ -399,9 +390,8 @@ const Colorimeter::State::OpenedProfile& Colorimeter::State::profile(const Profi
   return profiles.emplace(key, Profile::open(bytes, kind, channels)).first->second;
 }
 
-Outcome<Stimulus> Colorimeter::State::by_profile(const ColorSpaceSpecificationType* specification,
-                                                 DeviceSpace kind,
-                                                 const std::vector<double>& values) {
+Outcome<Stimulus> internal::Meter::by_profile(const ColorSpaceSpecificationType* specification,
+                                              DeviceSpace kind, const std::vector<double>& values) {
   if (specification == nullptr || !specification->isset_Profile()) {
     return Refusal{"device values without a profile have no colour"};
   }
@@ -418,8 +408,8 @@ Outcome<Stimulus> Colorimeter::State::by_profile(const ColorSpaceSpecificationTy
   return result;
 }
 
-Outcome<Stimulus> Colorimeter::State::rgb_by_profile(
-    const ColorSpaceSpecificationType* specification, const Rgb& rgb) {
+Outcome<Stimulus> internal::Meter::rgb_by_profile(const ColorSpaceSpecificationType* specification,
+                                                  const Rgb& rgb) {
   Outcome<Stimulus> result = by_profile(specification, DeviceSpace::rgb, {rgb.r, rgb.g, rgb.b});
   const bool has_profile = specification != nullptr && specification->isset_Profile();
   if (result || has_profile || !options.assume_srgb) return result;
@@ -428,7 +418,7 @@ Outcome<Stimulus> Colorimeter::State::rgb_by_profile(
   return assumed;
 }
 
-Outcome<Stimulus> Colorimeter::State::device(const sg_ColorSpace& space, const ColorPlace& place) {
+Outcome<Stimulus> internal::Meter::device(const sg_ColorSpace& space, const ColorPlace& place) {
   const auto transformed = [&](const auto& values, const Rgb& rgb) {
     return rgb_by_profile(
         generic_specification(values.get_ColorSpaceSpecificationSpectrumGeneric(), place), rgb);
@@ -484,7 +474,7 @@ Outcome<Stimulus> Colorimeter::State::device(const sg_ColorSpace& space, const C
   return inks(values, DeviceSpace::more_inks, amounts);
 }
 
-Outcome<Stimulus> Colorimeter::State::standard_rgb(const sg_ColorSpace& space) {
+Outcome<Stimulus> internal::Meter::standard_rgb(const sg_ColorSpace& space) {
   switch (space.getchosen()) {
     case sg_ColorSpace::chosen_ColorSpaceSRGB:
       return stimulus_of_rgb(rgb_in(space.get_ColorSpaceSRGB()), RgbSpace::srgb);
@@ -495,8 +485,8 @@ Outcome<Stimulus> Colorimeter::State::standard_rgb(const sg_ColorSpace& space) {
   }
 }
 
-Outcome<Stimulus> Colorimeter::State::tristimulus(const sg_ColorSpace& space,
-                                                  const ColorPlace& place) {
+Outcome<Stimulus> internal::Meter::tristimulus(const sg_ColorSpace& space,
+                                               const ColorPlace& place) {
   Stimulus result;
   const auto conditions_of = [&](const auto& values) {
     read_conditions(
@@ -548,9 +538,8 @@ Outcome<Stimulus> Colorimeter::State::tristimulus(const sg_ColorSpace& space,
   return result;
 }
 
-Outcome<Stimulus> Colorimeter::State::spectral(const sg_ColorSpace& space,
-                                               const Conditions& conditions,
-                                               const ColorPlace& place) {
+Outcome<Stimulus> internal::Meter::spectral(const sg_ColorSpace& space,
+                                            const Conditions& conditions, const ColorPlace& place) {
   Stimulus result;
   result.source = Source::spectrum;
   result.conditions = conditions;
@@ -578,15 +567,13 @@ Outcome<Stimulus> Colorimeter::State::spectral(const sg_ColorSpace& space,
   const auto* const specification =
       spectral_specification(spectral->get_ColorSpaceSpecificationSpectrumSpectral(), place);
   if (specification != nullptr) {
-    read_instrument(*specification, &result);
-    result.geometry = Geometry::of(specification->get_GeometryChoice());
+    internal::read_instrument(*specification, &result);
     result.is_without_bandpass_correction = specification->getenum_ASTM_Table() == 2;
   }
   return result;
 }
 
-Outcome<Stimulus> Colorimeter::State::rendering(const sg_ColorSpace& space,
-                                                const ColorPlace& place) {
+Outcome<Stimulus> internal::Meter::rendering(const sg_ColorSpace& space, const ColorPlace& place) {
   const Rank rank = rank_of(space);
   if (rank == k_nothing) return Refusal{space_name(space) + " has no published way to colorimetry"};
   if (rank == k_device) return checked(device(space, place), space);
@@ -600,8 +587,8 @@ Outcome<Stimulus> Colorimeter::State::rendering(const sg_ColorSpace& space,
 }
 
 Colorimeter::Colorimeter() : Colorimeter(Options()) {}
-Colorimeter::Colorimeter(const Options& options) : state_(std::make_unique<State>()) {
-  state_->options = options;
+Colorimeter::Colorimeter(const Options& options) : meter_(std::make_unique<internal::Meter>()) {
+  meter_->options = options;
 }
 Colorimeter::~Colorimeter() = default;
 Colorimeter::Colorimeter(Colorimeter&& other) noexcept = default;
@@ -634,14 +621,14 @@ Outcome<Stimulus> first_that_measures(const ColorType& color, const Measure& mea
 
 Outcome<Stimulus> Colorimeter::measure(const ColorType& color, const ColorPlace& place) {
   return first_that_measures(
-      color, [&](const sg_ColorSpace& space) { return state_->rendering(space, place); });
+      color, [&](const sg_ColorSpace& space) { return meter_->rendering(space, place); });
 }
 
 Outcome<Stimulus> Colorimeter::measure(const ColorType& color, const Conditions& conditions,
                                        const ColorPlace& place) {
   Outcome<Stimulus> direct = first_that_measures(
       color, [&](const sg_ColorSpace& space) { return measure(space, conditions, place); });
-  if (state_->options.adaptation == Adaptation::none || (direct && !direct->is_emissive)) {
+  if (meter_->options.adaptation == Adaptation::none || (direct && !direct->is_emissive)) {
     return direct;
   }
   const Outcome<Stimulus> own = measure(color, place);
@@ -649,19 +636,19 @@ Outcome<Stimulus> Colorimeter::measure(const ColorType& color, const Conditions&
   const Outcome<Xyz> white = conditions.light.white(conditions.observer);
   if (!white) return white.refusal();
   Stimulus result = *own;
-  result.xyz = adapted(own->xyz, own->white, *white, state_->options.adaptation);
+  result.xyz = adapted(own->xyz, own->white, *white, meter_->options.adaptation);
   result.white = *white;
   result.conditions = conditions;
   result.adapted_from = own->conditions;
-  result.adaptation = state_->options.adaptation;
+  result.adaptation = meter_->options.adaptation;
   if (result.source == Source::tristimulus) result.source = Source::adapted;
   return result;
 }
 
 Outcome<Stimulus> Colorimeter::measure(const sg_ColorSpace& space, const Conditions& conditions,
                                        const ColorPlace& place) {
-  if (is_spectral(rank_of(space))) return state_->spectral(space, conditions, place);
-  Outcome<Stimulus> result = state_->rendering(space, place);
+  if (is_spectral(rank_of(space))) return meter_->spectral(space, conditions, place);
+  Outcome<Stimulus> result = meter_->rendering(space, place);
   if (!result) return result;
   const bool is_same = result->is_emissive
                            ? result->conditions.observer == conditions.observer
@@ -679,7 +666,7 @@ std::vector<Conditions> Colorimeter::conditions_of(const ColorType& color,
   for (int rank = 0; rank <= k_standard_rgb; ++rank) {
     for (const sg_ColorSpace& space : color.each_ColorSpace()) {
       if (rank_of(space) != rank || is_spectral(rank_of(space))) continue;
-      const Outcome<Stimulus> stimulus = state_->rendering(space, place);
+      const Outcome<Stimulus> stimulus = meter_->rendering(space, place);
       if (!stimulus) continue;
       const auto is_there = [&](const Conditions& c) { return same(c, stimulus->conditions); };
       if (std::none_of(result.begin(), result.end(), is_there)) {

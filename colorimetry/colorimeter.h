@@ -27,6 +27,10 @@ class sg_ColorSpace;
 
 namespace zol_v2::colorimetry {
 
+namespace internal {
+struct Meter;
+}
+
 // How a sample was lit and read.
 class ZOL_COLORIMETRY_API Geometry {
  public:
@@ -171,8 +175,7 @@ class ZOL_COLORIMETRY_API Colorimeter {
   static Outcome<Spectrum> spectrum(const ColorType& color);
 
  private:
-  struct State;
-  std::unique_ptr<State> state_;
+  std::unique_ptr<internal::Meter> meter_;
 };
 
 }  // namespace zol_v2::colorimetry

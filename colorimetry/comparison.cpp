@@ -2,24 +2,11 @@
 
 #include <utility>
 
+#include "colorimetry/internal/instrument.h"
+
 namespace zol_v2::colorimetry {
 
 namespace {
-
-// Why the two may not be compared; empty if they may.
-std::string difference_of_conditions(const Stimulus& a, const Stimulus& b) {
-  if (a.geometry && b.geometry && a.geometry != b.geometry) {
-    return "the geometries differ: " + a.geometry.text() + " and " + b.geometry.text();
-  }
-  if (a.filter != 0 && b.filter != 0 && a.filter != b.filter) return "the filters differ";
-  if (a.is_polarised && b.is_polarised && *a.is_polarised != *b.is_polarised) {
-    return "one was measured with polarisers and one without";
-  }
-  if (a.quantity != 0 && b.quantity != 0 && a.quantity != b.quantity) {
-    return "they are not of one spectral quantity, such as reflectance";
-  }
-  return {};
-}
 
 // Why the coordinates are no good for a comparison; empty if they are.
 std::string weakness_of(const Stimulus& stimulus, const Demands& demands) {
@@ -27,9 +14,7 @@ std::string weakness_of(const Stimulus& stimulus, const Demands& demands) {
   if (stimulus.source != Source::spectrum && stimulus.has_default_conditions) {
     return "the illuminant or the observer of the coordinates is not known";
   }
-  if (!demands.geometry || stimulus.geometry == demands.geometry) return {};
-  if (!stimulus.geometry) return "the geometry is not given";
-  return "the geometry is " + stimulus.geometry.text() + ", not " + demands.geometry.text();
+  return internal::fault_of_geometry(stimulus, demands);
 }
 
 std::vector<Conditions> candidates(Colorimeter& meter, const PlacedColor& first,
@@ -56,7 +41,7 @@ bool measure_under(Colorimeter& meter, const std::vector<PlacedColor>& colors,
     Outcome<Stimulus> stimulus = meter.measure(*color.color, result->conditions, color.place);
     std::string reason = stimulus ? weakness_of(*stimulus, demands) : stimulus.reason();
     if (reason.empty() && !result->stimuli.empty()) {
-      reason = difference_of_conditions(result->stimuli.front(), *stimulus);
+      reason = internal::difference_of_instruments(result->stimuli.front(), *stimulus);
     }
     if (!reason.empty()) {
       *why = {result->stimuli.size(), std::move(reason)};

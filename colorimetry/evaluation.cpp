@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "colorimetry/internal/function_task.h"
+#include "colorimetry/internal/instrument.h"
 #include "colorimetry/internal/text.h"
 #include "model/Zol.h"
 #include "model/reflection.h"
@@ -142,32 +143,66 @@ std::string_view part_name(Part part, bool is_hunter) {
   }
 }
 
-// The density of the colour that the other one has too; refused if there is none or more than one.
-Outcome<double> common_density(const ColorType& color, const ColorType& other) {
-  using Key = std::pair<int, int>;
-  const auto densities = [](const ColorType& of) {
-    std::map<Key, double> found;
-    for (const sg_ColorSpace& space : of.each_ColorSpace()) {
-      if (space.getchosen() != sg_ColorSpace::chosen_ColorSpaceDensity) continue;
-      for (const DensityType& density : space.get_ColorSpaceDensity().each_Density()) {
-        found[{density.getenum_DensityStatus(), density.getenum_DensityFilter()}] =
-            density.get_DensityType();
-      }
+// What was measured of a colour by itself, without a light, and how.
+template <class Value>
+struct Reading {
+  Value value;
+  Stimulus instrument;
+};
+
+Outcome<Reading<Spectrum>> reflectance_of(const ColorType& color) {
+  for (const sg_ColorSpace& space : color.each_ColorSpace()) {
+    if (space.getchosen() != sg_ColorSpace::chosen_ColorSpaceSpectral) continue;
+    const ColorSpaceSpectralType& spectral = space.get_ColorSpaceSpectral();
+    Outcome<Spectrum> spectrum = Spectrum::of(spectral);
+    if (!spectrum) return spectrum.refusal();
+    Reading<Spectrum> reading = {std::move(*spectrum), {}};
+    const auto& specification = spectral.get_ColorSpaceSpecificationSpectrumSpectral();
+    if (!specification.isnil_ColorSpaceSpecificationSpectrumSpectral()) {
+      internal::read_instrument(specification, &reading.instrument);
     }
-    return found;
-  };
-  const std::map<Key, double> here = densities(color), there = densities(other);
-  std::optional<double> common;
-  for (const auto& [key, density] : here) {
-    if (there.count(key) == 0) continue;
-    if (common) return Refusal{"the colours have several densities, and the tolerance names none"};
-    common = density;
+    return reading;
   }
-  if (!common) {
-    return Refusal{"the colours have no measured density of one status and filter"};
+  return Refusal{"the colour has no spectrum"};
+}
+
+// By status and filter.
+using Densities = std::map<std::pair<int, int>, Reading<double>>;
+
+Densities densities_of(const ColorType& color) {
+  Densities found;
+  for (const sg_ColorSpace& space : color.each_ColorSpace()) {
+    if (space.getchosen() != sg_ColorSpace::chosen_ColorSpaceDensity) continue;
+    const ColorSpaceDensityType& densities = space.get_ColorSpaceDensity();
+    Stimulus instrument;
+    const auto& specification = densities.get_ColorSpaceSpecificationSpectrumGeneric();
+    if (!specification.isnil_ColorSpaceSpecificationSpectrumGeneric()) {
+      internal::read_instrument(specification, &instrument);
+    }
+    for (const DensityType& density : densities.each_Density()) {
+      found[{density.getenum_DensityStatus(), density.getenum_DensityFilter()}] = {
+          density.get_DensityType(), instrument};
+    }
   }
-  if (!std::isfinite(*common)) return Refusal{"the density is no number"};
-  return *common;
+  return found;
+}
+
+// Judges the difference of two indices where the task limits it.
+void add_difference(const FunctionTask& task, double amount, std::vector<PartVerdict>* parts) {
+  for (const PartLimits& limits : task.parts) {
+    if (limits.part != Part::difference) continue;
+    parts->push_back(
+        {part_name(limits.part, false), amount, limits.limits, limits.limits.hold(amount)});
+  }
+}
+
+// Why two readings can't be judged together; empty if they can.
+std::string fault_of(const Stimulus& standard, const Stimulus& sample, const Demands& demands) {
+  std::string fault = internal::fault_of_geometry(standard, demands);
+  if (!fault.empty()) return "the standard: " + fault;
+  fault = internal::fault_of_geometry(sample, demands);
+  if (fault.empty()) fault = internal::difference_of_instruments(standard, sample);
+  return fault.empty() ? fault : "the measurement: " + fault;
 }
 
 // --- Stored results ------------------------------------------------------------------------------
@@ -190,6 +225,8 @@ bool is_beyond_rounding(double stored, double value, Formula formula) {
   const double allowed = std::max(slack, std::min(half_of_last_digit(stored), 10 * slack));
   return !(std::fabs(stored - value) <= allowed * (1 + 1e-9));
 }
+
+constexpr std::size_t k_most_verdicts = 500000;
 
 // --- A record ------------------------------------------------------------------------------------
 
@@ -228,9 +265,10 @@ class RecordEvaluator {
   void compute_pair(const FunctionTask& task, const Demands& demands, Computed* result,
                     std::vector<PartVerdict>* parts);
   void compute_metamerism(const Rule* rule, const Demands& demands, Computed* result);
-  void compute_from_spectra(const FunctionTask& task, Computed* result,
+  void compute_from_spectra(const FunctionTask& task, const Demands& demands, Computed* result,
                             std::vector<PartVerdict>* parts);
-  void compute_density(Computed* result, const FunctionTask& task, std::vector<PartVerdict>* parts);
+  void compute_density(const FunctionTask& task, const Demands& demands, Computed* result,
+                       std::vector<PartVerdict>* parts);
   Outcome<double> over_pair(Formula formula, unsigned pair, const Demands& demands,
                             Computed* result);
   Outcome<double> over_record(Formula formula, const Demands& demands, Computed* result);
@@ -295,7 +333,6 @@ RecordEvaluator::Rules RecordEvaluator::rules_of(unsigned pair) const {
 }
 
 void RecordEvaluator::evaluate() {
-  out_.verdicts.reserve(out_.verdicts.size() + record_.size_StandardAndMeasurement());
   unsigned index = 0;
   for (const ToleranceType& tolerance : record_.each_Tolerance()) {
     add_rule(tolerance, false, index++, &record_rules_);
@@ -382,7 +419,6 @@ void RecordEvaluator::note_stored(const FunctionType& function, Computed* comput
 }
 
 void RecordEvaluator::judge(const Rule& rule, const FunctionPlace& place) {
-  constexpr std::size_t k_most_verdicts = 500000;
   if (out_.verdicts.size() == k_most_verdicts) out_.is_cut = true;
   if (out_.is_cut) return;
   out_.verdicts.emplace_back();
@@ -465,9 +501,9 @@ void RecordEvaluator::compute(const FunctionTask& task, const Demands& demands, 
   } else if (task.formula == Formula::metamerism) {
     compute_metamerism(rule, demands, result);
   } else if (task.formula == Formula::brightness || task.formula == Formula::strength) {
-    compute_from_spectra(task, result, parts);
+    compute_from_spectra(task, demands, result, parts);
   } else if (task.formula == Formula::density) {
-    compute_density(result, task, parts);
+    compute_density(task, demands, result, parts);
   } else {
     compute_pair(task, demands, result, parts);
   }
@@ -566,56 +602,59 @@ void RecordEvaluator::compute_metamerism(const Rule* rule, const Demands& demand
   }
 }
 
-void RecordEvaluator::compute_from_spectra(const FunctionTask& task, Computed* result,
-                                           std::vector<PartVerdict>* parts) {
-  const Outcome<Spectrum> sample = Colorimeter::spectrum(measured(result->place));
-  const Outcome<Spectrum> standard = Colorimeter::spectrum(*standard_of(result->place.pair));
+void RecordEvaluator::compute_from_spectra(const FunctionTask& task, const Demands& demands,
+                                           Computed* result, std::vector<PartVerdict>* parts) {
+  const auto standard = reflectance_of(*standard_of(result->place.pair));
+  const auto sample = reflectance_of(measured(result->place));
   result->standard_source = result->measurement_source = Source::spectrum;
-  if (!sample || !standard) {
-    result->reason = sample ? "the standard: " + standard.reason() : sample.reason();
+  if (!standard || !sample) {
+    result->reason =
+        standard ? "the measurement: " + sample.reason() : "the standard: " + standard.reason();
     return;
   }
+  result->reason = fault_of(standard->instrument, sample->instrument, demands);
+  if (!result->reason.empty()) return;
   if (task.formula == Formula::strength) {
-    Outcome<double> wavelength =
-        task.wavelength ? Outcome<double>(*task.wavelength) : strongest_wavelength(*standard);
+    const Outcome<double> wavelength =
+        task.wavelength ? Outcome<double>(*task.wavelength) : strongest_wavelength(standard->value);
     const Outcome<double> value =
-        wavelength ? strength(*standard, *sample, *wavelength) : wavelength;
+        wavelength ? strength(standard->value, sample->value, *wavelength) : wavelength;
     if (value) result->value = *value;
     result->reason = value.reason();
     return;
   }
-  const Outcome<double> value = brightness(*sample), other = brightness(*standard);
-  if (value) result->value = *value;
-  result->reason = value.reason();
-  for (const PartLimits& limits : task.parts) {
-    if (limits.part != Part::difference || !value) continue;
-    if (!other) {
-      result->value.reset();
-      result->reason = other.reason();
-      return;
-    }
-    const double amount = *value - *other;
-    parts->push_back(
-        {part_name(limits.part, false), amount, limits.limits, limits.limits.hold(amount)});
-  }
-}
-
-void RecordEvaluator::compute_density(Computed* result, const FunctionTask& task,
-                                      std::vector<PartVerdict>* parts) {
-  const ColorType& standard = *standard_of(result->place.pair);
-  const ColorType& sample = measured(result->place);
-  const Outcome<double> value = common_density(sample, standard);
-  if (!value) {
-    result->reason = value.reason();
+  const Outcome<double> value = brightness(sample->value), other = brightness(standard->value);
+  if (!value || !other) {
+    result->reason = value ? other.reason() : value.reason();
     return;
   }
   result->value = *value;
-  const double amount = *value - *common_density(standard, sample);
-  for (const PartLimits& limits : task.parts) {
-    if (limits.part != Part::difference) continue;
-    parts->push_back(
-        {part_name(limits.part, false), amount, limits.limits, limits.limits.hold(amount)});
+  add_difference(task, *value - *other, parts);
+}
+
+void RecordEvaluator::compute_density(const FunctionTask& task, const Demands& demands,
+                                      Computed* result, std::vector<PartVerdict>* parts) {
+  const Densities standard = densities_of(*standard_of(result->place.pair));
+  const Densities sample = densities_of(measured(result->place));
+  const Reading<double>* pair[2] = {};
+  for (const auto& [key, density] : sample) {
+    const auto found = standard.find(key);
+    if (found == standard.end()) continue;
+    if (pair[0] != nullptr) {
+      result->reason = "the colours have several densities, and the tolerance names none";
+      return;
+    }
+    pair[0] = &found->second;
+    pair[1] = &density;
   }
+  if (pair[0] == nullptr) {
+    result->reason = "the colours have no measured density of one status and filter";
+    return;
+  }
+  result->reason = fault_of(pair[0]->instrument, pair[1]->instrument, demands);
+  if (!result->reason.empty()) return;
+  result->value = pair[1]->value;
+  add_difference(task, pair[1]->value - pair[0]->value, parts);
 }
 
 Outcome<double> RecordEvaluator::over_pair(Formula formula, unsigned number, const Demands& demands,
@@ -766,6 +805,11 @@ std::size_t Evaluation::wrong_count() const {
 
 Evaluation evaluate(const Zol& document) {
   Evaluation evaluation;
+  std::size_t pairs = 0;
+  for (const ColorQualityControlType& record : document.each_ColorQualityControl()) {
+    pairs += record.size_StandardAndMeasurement();
+  }
+  evaluation.verdicts.reserve(std::min(pairs, k_most_verdicts));
   Colorimeter meter = strict_colorimeter();
   for (unsigned i = 0; i < document.size_ColorQualityControl(); ++i) {
     RecordEvaluator(document.get_ColorQualityControl(i), i, &meter, &evaluation).evaluate();

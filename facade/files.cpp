@@ -345,14 +345,6 @@ LoadReport Loading::read_packed(internal::PackedDocument& packed, bool is_open) 
   return read_text(packed.text(), &packed);
 }
 
-// Most documents are in order, and then a piece is enough at a time.
-bool can_be_written(const Object& piece) {
-  CheckOptions options;
-  options.level = CheckLevel::writing;
-  options.limit = 0;
-  return check(piece, options).is_ok();
-}
-
 // What a strict parser has to say.
 std::vector<Fault> faults_by_the_book(std::string_view text, std::size_t limit) {
   std::vector<Fault> faults;
@@ -371,20 +363,6 @@ std::vector<Fault> faults_by_the_book(std::string_view text, std::size_t limit) 
   for (Fault& fault : faults) places.push_back(&fault.place);
   internal::SourceText(text).find_lines(places);
   return faults;
-}
-
-LoadReport check_text(std::string_view text, std::size_t limit) {
-  LoadReport report;
-  report.faults = faults_by_the_book(text, limit);
-  if (report.faults.empty()) return report;
-  const Fault& fault = report.faults.front();
-  report.code = fault.code;
-  report.line = static_cast<int>(fault.place.line);
-  report.item = fault.item;
-  report.message = "line:" + std::to_string(fault.place.line) + "-'" + fault.item + "'-" +
-                   lmx::get_error_description(fault.code) + ": " + fault.expected;
-  report.is_complete = false;
-  return report;
 }
 
 // Whether a fault of the reader may be one of the XML itself.
@@ -409,7 +387,7 @@ bool is_of_markup(elmx_error code) {
   }
 }
 
-// Beside the reader's own faults, and unless it said the same.
+// Beside the faults that were found already, and unless one of them says the same.
 void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport* report) {
   for (Fault& fault : faults_by_the_book(text, limit)) {
     const bool is_known =
@@ -417,8 +395,15 @@ void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport
           return other.place.line == fault.place.line && is_of_markup(other.code);
         });
     if (is_known) continue;
+    if (report->code == lmx::elmx_ok) {
+      report->code = fault.code;
+      report->line = static_cast<int>(fault.place.line);
+      report->item = fault.item;
+      report->message = "line:" + std::to_string(fault.place.line) + "-'" + fault.item + "'-" +
+                        lmx::get_error_description(fault.code) + ": " + fault.expected;
+    }
     ++report->fault_count;
-    if (report->faults.size() >= limit) continue;
+    if (report->faults.size() >= std::max<std::size_t>(limit, 1)) continue;
     const auto behind =
         std::find_if(report->faults.begin(), report->faults.end(),
                      [&](const Fault& other) { return other.place.offset > fault.place.offset; });
@@ -426,15 +411,29 @@ void add_faults_by_the_book(std::string_view text, std::size_t limit, LoadReport
   }
 }
 
+LoadReport check_text(std::string_view text) {
+  LoadReport report;
+  add_faults_by_the_book(text, LoadOptions().most_faults, &report);
+  return report;
+}
+
 void name_entry(const internal::PackedDocument* packed, LoadReport* report) {
   if (packed == nullptr) return;
   for (Fault& fault : report->faults) fault.entry = packed->entry_name();
 }
 
+// Most documents are in order, and then a piece is enough at a time.
+bool can_be_written(const Object& piece) {
+  CheckOptions options;
+  options.level = CheckLevel::writing;
+  options.limit = 0;
+  return check(piece, options).is_ok();
+}
+
 LoadReport Loading::read_text(std::string_view text, const internal::PackedDocument* packed) {
   LoadReport report;
   if (checked_ == CheckLevel::writing && internal::walk_document(type_, text, can_be_written)) {
-    if (options_.strict) report = check_text(text, options_.most_faults);
+    if (options_.strict) add_faults_by_the_book(text, options_.most_faults, &report);
     name_entry(packed, &report);
     return report;
   }
@@ -443,12 +442,10 @@ LoadReport Loading::read_text(std::string_view text, const internal::PackedDocum
     lmx::c_xml_reader_memory reader(text.data(), text.size());
     report.code = internal::unmarshal_document(*loaded, type_, reader);
     if (report.code == lmx::elmx_ok) {
-      if (options_.strict) report = check_text(text, options_.most_faults);
-      if (checked_) {
-        if (report.code == lmx::elmx_ok) report = check_tree(*loaded, text);
-      } else if (report.code == lmx::elmx_ok || options_.best_effort) {
-        internal::swap(document_, *loaded, type_);
-      }
+      if (checked_) report = check_tree(*loaded, text);
+      if (options_.strict) add_faults_by_the_book(text, options_.most_faults, &report);
+      const bool is_taken = report.code == lmx::elmx_ok || options_.best_effort;
+      if (is_taken && !checked_) internal::swap(document_, *loaded, type_);
       name_entry(packed, &report);
       return report;
     }
@@ -670,7 +667,7 @@ elmx_error openStream(Object& document, std::istream& stream, LoadReport* report
 }
 
 elmx_error checkText(std::string_view text, LoadReport* report) noexcept {
-  return guarded(report, {}, [&] { return check_text(text, LoadOptions().most_faults); });
+  return guarded(report, {}, [&] { return check_text(text); });
 }
 
 elmx_error readText(std::string& text, const std::wstring& path, LoadReport* report,

@@ -171,6 +171,16 @@ Rendering rendering_of(const sg_ColorSpace& member) {
   return result;
 }
 
+std::string text_of(const sg_ColorSpace& space) {
+  if (const auto range = spectral_range(space)) return space_name(space) + ' ' + range->text();
+  const Rendering rendering = rendering_of(space);
+  std::string result = rendering.space;
+  for (const Coordinate& coordinate : rendering.coordinates) {
+    result += ' ' + coordinate.axis + '=' + coordinate.value;
+  }
+  return result;
+}
+
 std::string space_name(const sg_ColorSpace& member) {
   constexpr std::string_view k_prefix = "ColorSpace";
   const Row chosen = ConstRef(member).chosen();

@@ -11,6 +11,8 @@ void add_validate(CLI::App& app, ExitStatus* status);
 void add_info(CLI::App& app, ExitStatus* status);
 void add_convert(CLI::App& app, ExitStatus* status);
 void add_list(CLI::App& app, ExitStatus* status);
+// Only where the library of colorimetry is built.
+void add_report(CLI::App& app, ExitStatus* status);
 void add_schema(CLI::App& app, ExitStatus* status);
 
 // Where the library of colorimetry is built.

@@ -11,7 +11,7 @@ class DocumentSource;
 struct JudgeOptions {
   std::size_t most_faults = 0;  // 0 is no limit
   bool lints = false;           // warnings too
-  bool is_strict = false;       // by the book of XML
+  bool is_strict = false;       // XML by the book
   bool excerpts = false;        // the lines in which the faults stand
 };
 

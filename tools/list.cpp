@@ -17,6 +17,10 @@
 #include "tools/load.h"
 #include "tools/output.h"
 #include "tools/text.h"
+#if defined(ZOL_WITH_REPORT)
+#include "tools/color_list.h"
+#include "tools/seen_under.h"
+#endif
 
 namespace {
 
@@ -26,20 +30,17 @@ struct Options {
   bool recursive = false;
 
   bool is_single() const { return files.size() == 1 && !recursive; }
+#if defined(ZOL_WITH_REPORT)
+  SeenUnder seen;
+#endif
 };
 
-// "CIELab L=53.2 A=80.1 B=67.2"; of a spectrum its range.
-std::string text_of(const zol_v2::sg_ColorSpace& space) {
-  if (const auto range = spectral_range(space)) return space_name(space) + ' ' + range->text();
-  const Rendering rendering = rendering_of(space);
-  std::string result = rendering.space;
-  for (const Coordinate& coordinate : rendering.coordinates) {
-    result += ' ' + coordinate.axis + '=' + coordinate.value;
-  }
-  return result;
+#if defined(ZOL_WITH_REPORT)
+void print_text(const zol_v2::Zol& document, const Options& options) {
+  print_color_list(document, options.seen.conditions());
 }
-
-void print_text(const zol_v2::Zol& document) {
+#else
+void print_text(const zol_v2::Zol& document, const Options&) {
   for_each_color(document, [](const ColorPlace&, const zol_v2::ColorType& color) {
     std::string line =
         one_line(utf8(color.get_ColorName())) + '\t' + one_line(utf8(color.get_UniqueID())) + '\t';
@@ -50,6 +51,7 @@ void print_text(const zol_v2::Zol& document) {
     print(line + '\n');
   });
 }
+#endif
 
 // Quoted where it must be, by RFC 4180.
 std::string csv_field(const std::string& text) {
@@ -173,7 +175,7 @@ ExitStatus run(const Options& options) {
                              if (!options.is_single())
                                print((is_first ? "" : "\n") + one_line(path) + '\n');
                              is_first = false;
-                             print_text(document);
+                             print_text(document, options);
                            });
 }
 
@@ -188,5 +190,8 @@ void add_list(CLI::App& app, ExitStatus* status) {
                     "Comma-separated values, with a column for each coordinate");
   command->add_flag("-r,--recursive", options->recursive,
                     "Walk through folders, to every .zol and .zolz");
+#if defined(ZOL_WITH_REPORT)
+  add_seen_under(*command, &options->seen);
+#endif
   command->callback([options, status] { *status = run(*options); });
 }

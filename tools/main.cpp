@@ -35,6 +35,9 @@ ExitStatus run(int argc, char** argv) {
   add_info(app, &status);
   add_convert(app, &status);
   add_list(app, &status);
+#if defined(ZOL_WITH_REPORT)
+  add_report(app, &status);
+#endif
   add_schema(app, &status);
 #if defined(ZOL_WITH_COLORIMETRY)
   add_check(app, &status);

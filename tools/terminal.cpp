@@ -1,5 +1,12 @@
 #include "tools/terminal.h"
 
+#include <cstdlib>
+
+std::string environment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
 #if defined(_WIN32)
 #include <fcntl.h>
 #include <io.h>

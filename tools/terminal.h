@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
 
+// A variable of the environment; empty where it is not set.
+std::string environment(const char* name);
 bool is_terminal(std::FILE* stream);
 // Whether what goes there may have colours: a terminal that has them, and nobody who does not want
 // them, as NO_COLOR in the environment says.

@@ -6,20 +6,20 @@ _zol() {
   COMPREPLY=()
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      validate | info | convert | list | schema | check | compare) command=$word; break ;;
+      validate | info | convert | list | report | schema | check | compare) command=$word; break ;;
     esac
   done
 
   case $command in
-    validate) options='--first --max --strict --lint --json --sarif --recursive --jobs --quiet'
-      options+=' --brief --color --help' ;;
+    validate) options='--first --max --lint --strict --json --sarif --recursive --jobs --quiet --brief --color --help' ;;
     info) options='--json --recursive --help' ;;
     convert) options='--force --rewrite --exact --help' ;;
-    list) options='--csv --recursive --help' ;;
+    list) options='--csv --recursive --illuminant --observer --help' ;;
+    report) options='--output --svg --illuminant --observer --help' ;;
     schema) options='--help' ;;
     check) options='--json --csv --warn-as-fail --unjudged-as-fail --fill --output --force --help' ;;
     compare) options='--formula --factors --illuminant --observer --adapt --json --csv --help' ;;
-    *) options='validate info convert list schema check compare --version --help' ;;
+    *) options='validate info convert list report schema check compare --version --help' ;;
   esac
   if [[ -z $command || $current == -?* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
@@ -30,11 +30,12 @@ _zol() {
     return
   fi
   [[ $command == schema || ($command == validate && $previous == @(--max|--jobs|-j)) ]] && return
-  if [[ $command == compare ]]; then
+  if [[ $command == compare || $command == list || $command == report ]]; then
     case $previous in
       --formula) options='76 94 2000 cmc din99 hunter fmc2' ;;
       --illuminant) options='A B C D50 D55 D65 D75 E F2 F3 F7 F11 F12 9300' ;;
       --observer) options='2 10' ;;
+      --svg) options='hues lightness spectra sources swatch: spectrum:' ;;
       *) options='' ;;
     esac
     if [[ -n $options ]]; then

@@ -166,7 +166,7 @@ TEST_F(EvaluationTest, WhatNoFormulaIsKnownForIsNotJudged) {
       {by_type("Yellowness", parameter("", "0")), "yellowness is defined for C and D65"},
       {by_type("MetamerismIndex", parameter("", "0")),
        "the tolerance does not name the second illuminant"},
-      {by_type("Brightness", parameter("", "0")), "the colour has no spectrum"},
+      {by_type("Brightness", parameter("", "0")), "the standard: the colour has no spectrum"},
       {by_type("StatusDensity", parameter("", "0")),
        "the colours have no measured density of one status and filter"},
       {"<FunctionStdDevL/>", "there is one measurement alone"},
@@ -283,18 +283,28 @@ TEST_F(EvaluationTest, IndicesAreThoseOfTheMeasurement) {
       spectrum(steeper), spectrum(ramp));
   EXPECT_NEAR(strength.value.value_or(0), 100 * (0.69 * 0.69 / 0.62) / (0.7 * 0.7 / 0.6), 1e-9);
 
-  const auto density = [](double value) {
-    return space("Density", Measured().generic() +
+  const auto density = [](double value, const std::string& polarised) {
+    Measured how;
+    how.polarised = polarised;
+    return space("Density", how.generic() +
                                 "<Density DensityStatus='Status_T' DensityFilter='Filter_Cyan'>" +
                                 std::to_string(value) + "</Density>");
   };
   const Verdict& dense =
       judge(tolerance(by_type("StatusDensity", parameter("Param_delta", "-0.05", "0.05")),
                       limits("1.5", "1.4")),
-            density(1.42), density(1.45));
+            density(1.42, "false"), density(1.45, "false"));
   EXPECT_EQ(dense.status, Status::passed) << dense.reason;
   EXPECT_NEAR(*dense.value, 1.42, 1e-9);
   EXPECT_NEAR(dense.parts[0].value, -0.03, 1e-9);
+  const Verdict& polarised = judge(tolerance(by_type("StatusDensity", parameter("", "1.4"))),
+                                   density(1.42, "true"), density(1.45, "false"));
+  EXPECT_EQ(polarised.reason, "the measurement: one was measured with polarisers and one without");
+  Measured filtered;
+  filtered.filter = "Filter_UVExcluded";
+  const Verdict& unlike = judge(tolerance(by_type("Brightness", parameter("", "80"))),
+                                spectrum(whiter, filtered), spectrum(white));
+  EXPECT_EQ(unlike.reason, "the measurement: the filters differ");
 }
 
 TEST(Record, StatisticsGoOverTheMeasurements) {
