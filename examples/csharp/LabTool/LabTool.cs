@@ -289,10 +289,10 @@ internal static class LabTool
     private static int Churn(int count)
     {
         const int Batch = 1000;
-        // Of the 500 bytes or so that a colour with a space takes.
-        const int Noticed = 150;
+        // Of the 500 bytes or so that a colour with a space takes; heaps breathe.
+        const int Noticed = 300;
         int threads = Math.Max(2, Environment.ProcessorCount), batches = count / Batch;
-        Work(batches / 4, threads);  // warm
+        Work(batches / 2, threads);  // warm
         long before = Environment.WorkingSet;
         var watch = Stopwatch.StartNew();
         Work(batches, threads);

@@ -1,6 +1,7 @@
 // Tests of the managed classes, as one program without a framework.
 //
 //     mono ManagedTests.exe RESAVE DOCUMENTS
+//     mono ManagedTests.exe --misfit
 //
 // RESAVE is a native program that opens its first argument and saves it as its second; DOCUMENTS is
 // the directory of the sample documents.
@@ -31,6 +32,7 @@ internal static class Program
 
   private static int Main(string[] arguments)
   {
+    if (arguments[0] == "--misfit") return RefusesAnotherLibrary();
     resave = arguments[0];
     documents = arguments[1];
     scratch = Path.Combine(Path.GetTempPath(), "zol-managed-" + Process.GetCurrentProcess().Id);
@@ -62,6 +64,19 @@ internal static class Program
     Directory.Delete(scratch, true);
     Console.WriteLine(failures == 0 ? "all passed" : failures + " failed");
     return failures == 0 ? 0 : 1;
+  }
+
+  // Run by itself, beside a library of other tables.
+  private static int RefusesAnotherLibrary()
+  {
+    try { new Zol().Dispose(); }
+    catch (TypeInitializationException exception)
+    {
+      string reason = exception.InnerException.Message;
+      Same("The native library zol 9.8.7 does not fit this assembly, which is 2.1.0.", reason, "why");
+      return failures;
+    }
+    return 1;
   }
 
   private static void Run(Action test)
