@@ -424,12 +424,12 @@ void name_entry(const internal::PackedDocument* packed, LoadReport* report) {
 }
 
 // Most documents are in order, and then a piece is enough at a time.
-bool can_be_written(const Object& piece) {
+constexpr auto can_be_written = [](const Object& piece) {
   CheckOptions options;
   options.level = CheckLevel::writing;
   options.limit = 0;
   return check(piece, options).is_ok();
-}
+};
 
 LoadReport Loading::read_text(std::string_view text, const internal::PackedDocument* packed) {
   LoadReport report;
