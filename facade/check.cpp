@@ -33,7 +33,6 @@ using internal::Suspicions;
 using internal::Text;
 using internal::TextFlaw;
 using lmx::elmx_error;
-using reflection::ConstRef;
 using reflection::Item;
 using reflection::Kind;
 using reflection::Place;

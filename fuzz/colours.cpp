@@ -33,7 +33,7 @@ std::string with_odd_numbers(std::string_view text, std::string_view odd) {
     result += text[at];
     if (text[at] != '>') continue;
     const std::size_t end = text.find_first_not_of(k_digits, at + 1);
-    const bool is_number = end != text.npos && end > at + 1 && text[end] == '<';
+    const bool is_number = end != std::string::npos && end > at + 1 && text[end] == '<';
     if (!is_number || ++count % 3 == 0) continue;
     result += odd;
     at = end - 1;

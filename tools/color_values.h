@@ -37,7 +37,7 @@ struct Rendering {
 
 Rendering rendering_of(const zol_v2::sg_ColorSpace& member);
 // "CIELab L=53.2 A=80.1 B=67.2"; of a spectrum its range.
-std::string text_of(const zol_v2::sg_ColorSpace& member);
+std::string text_of(const zol_v2::sg_ColorSpace& space);
 std::string space_name(const zol_v2::sg_ColorSpace& member);
 
 struct SpectralRange {

@@ -36,7 +36,7 @@ std::string limits_text(const Limits& limits) {
 }
 
 std::string formula_with_factors(Formula formula, const Factors& factors) {
-  const std::string name(name_of(formula));
+  std::string name(name_of(formula));
   const std::string two = number_text(factors.l) + ':' + number_text(factors.c);
   if (formula == Formula::cmc) return "CMC(" + two + ')';
   const bool has_three = formula == Formula::de94 || formula == Formula::de2000;

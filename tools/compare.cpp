@@ -35,7 +35,6 @@ using zol_v2::colorimetry::Demands;
 using zol_v2::colorimetry::Factors;
 using zol_v2::colorimetry::Formula;
 using zol_v2::colorimetry::Incomparable;
-using zol_v2::colorimetry::Light;
 using zol_v2::colorimetry::Observer;
 using zol_v2::colorimetry::Outcome;
 using zol_v2::colorimetry::Parts;

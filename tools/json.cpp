@@ -4,7 +4,7 @@
 
 std::string text_of(const Json& value, unsigned level) {
   constexpr int k_indent = 2;
-  const std::string text = value.dump(k_indent, ' ', false, Json::error_handler_t::replace);
+  std::string text = value.dump(k_indent, ' ', false, Json::error_handler_t::replace);
   if (level == 0) return text;
   std::string indented;
   for (const char c : text) {
@@ -23,6 +23,6 @@ void JsonArrayOutput::print(const Json& entry) {
   is_empty_ = false;
 }
 
-void JsonArrayOutput::end() {
+void JsonArrayOutput::end() const {
   ::print(is_empty_ ? "]" : '\n' + std::string(2 * level_, ' ') + ']');
 }

@@ -20,7 +20,7 @@ class JsonArrayOutput {
 
   void begin();
   void print(const Json& entry);
-  void end();
+  void end() const;
 
  private:
   const unsigned level_;

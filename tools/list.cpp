@@ -103,7 +103,7 @@ std::string space_names(const zol_v2::ColorType& color) {
 class CsvTable {
  public:
   explicit CsvTable(bool has_files) {
-    if (has_files) header_.push_back("File");
+    if (has_files) header_.emplace_back("File");
     header_.insert(header_.end(), {"Name", "UniqueID", "Spaces", "Group", "Part"});
   }
 

@@ -15,7 +15,6 @@ using colorimetry::Outcome;
 using colorimetry::Stimulus;
 using zol_v2::ColorType;
 using zol_v2::reflection::ConstRef;
-using zol_v2::reflection::Item;
 using zol_v2::reflection::Row;
 using zol_v2::reflection::Type;
 
@@ -91,7 +90,8 @@ double instant_of(const lmx::c_datetime& date) {
   const int month = static_cast<int>(date.get_month());
   const int of_year =
       (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + static_cast<int>(date.get_day()) - 1;
-  const double days = 146097.0 * era + of_era * 365.0 + of_era / 4 - of_era / 100 + of_year;
+  const int leap_days = of_era / 4 - of_era / 100;
+  const double days = 146097.0 * era + of_era * 365.0 + leap_days + of_year;
   return days * 1440 + date.get_hours() * 60.0 + date.get_mins() + double(date.get_secs()) / 60 -
          date.get_total_offset_mins();
 }
@@ -143,7 +143,7 @@ class ReportContent::Gatherer {
     return ids_.count(numbered) == 0 ? unique_id(numbered) : unique_id(id);
   }
 
-  void begin_group(std::string title, std::string subtitle, std::vector<Fact> facts) {
+  void begin_group(const std::string& title, const std::string& subtitle, std::vector<Fact> facts) {
     close_group();
     ReportGroup group;
     const std::string slug = slug_of(subtitle.empty() ? title : subtitle + '-' + title);

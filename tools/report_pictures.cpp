@@ -9,7 +9,6 @@
 
 namespace colorimetry = zol_v2::colorimetry;
 using colorimetry::Lab;
-using colorimetry::Lch;
 using colorimetry::Status;
 
 namespace {

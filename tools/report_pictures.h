@@ -41,8 +41,8 @@ std::string small_spectrum(const ReportColor& color);
 
 // A value on its scale, with the limits that it is held to. `words` say the same.
 std::string limits_picture(std::string_view words, double value,
-                           const zol_v2::colorimetry::Limits& limits,
-                           const std::optional<double>& warning,
+                           const zol_v2::colorimetry::Limits& given,
+                           const std::optional<double>& warning_level,
                            zol_v2::colorimetry::Status status);
 
 // A measurement as it lies around its standard.

@@ -19,7 +19,6 @@ using colorimetry::Lab;
 using colorimetry::Status;
 using colorimetry::Verdict;
 using zol_v2::reflection::ConstRef;
-using zol_v2::reflection::Row;
 
 namespace {
 
@@ -403,6 +402,7 @@ class PairWriter {
     }
     if (found.empty()) return "";
     std::vector<Deviation> deviations;
+    deviations.reserve(found.size());
     for (auto& [index, deviation] : found) deviations.push_back(std::move(deviation));
     return "<figure class=\"dev\">" + in_page(deviation_picture(*middle, deviations, borders)) +
            "<figcaption>Measurements by their number, " + escaped(text_of(conditions)) +

@@ -28,7 +28,6 @@ void leave_signals_to_others() {}
 #include <signal.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <string_view>
 
 #include "facade/files.h"

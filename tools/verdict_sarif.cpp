@@ -23,7 +23,7 @@ std::string uri_of(std::string_view path) {
   std::string uri = path.substr(0, 1) == "/" ? "file://" : "";
   for (const char c : path) {
     const auto byte = static_cast<unsigned char>(c);
-    if (k_plain.find(c) != k_plain.npos) {
+    if (k_plain.find(c) != std::string_view::npos) {
       uri += c;
     } else {
       uri += '%';

@@ -49,7 +49,7 @@ std::string_view name_in_words(const Item& item) {
 }
 
 Fault* FaultList::add(Part& part, Severity severity, lmx::elmx_error code, const Level& level,
-                      const Item& item) {
+                      const Item& item) const {
   if (part.count++ >= limit_) return nullptr;
   Fault& fault = part.faults.emplace_back();
   fault.code = code;

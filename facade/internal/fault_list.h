@@ -50,7 +50,7 @@ class FaultList {
 
   // `item` may be that of the level itself, or one of a row in its object.
   Fault* add(Part& part, Severity severity, lmx::elmx_error code, const Level& level,
-             const reflection::Item& item);
+             const reflection::Item& item) const;
 
   const std::size_t limit_;
   Part unwritable_;

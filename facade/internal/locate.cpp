@@ -33,7 +33,7 @@ struct Node {
 Node& step_to(Node& from, std::string_view step) {
   const std::size_t bracket = step.find('[');
   unsigned number = 1;
-  if (bracket != step.npos) {
+  if (bracket != std::string_view::npos) {
     std::from_chars(step.data() + bracket + 1, step.data() + step.size(), number);
   }
   std::unique_ptr<Node>& node = from.below[std::string(step.substr(0, bracket))][number];

@@ -36,7 +36,7 @@ struct BatchRecord {
   void give_up() {
     if (holders.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
   }
-  void free_all();
+  void free_all() const;
 };
 
 // --- Chunks -----------------------------------------------------------------------------------
@@ -179,7 +179,7 @@ void BatchRecord::disturb() {
 }
 
 // The caller holds the record.
-void BatchRecord::free_all() {
+void BatchRecord::free_all() const {
   for (BatchEntry* entry = entries.load(std::memory_order_acquire); entry != nullptr;) {
     BatchEntry* const next = entry->next;
     entry->destroy(entry);
