@@ -100,6 +100,12 @@ public sealed partial class ZolDocument : IDisposable
         return Loaded(IntPtr.Zero, Encoding.UTF8.GetBytes(text));
     }
 
+    /// <summary>The document in the bytes of a file.</summary>
+    /// <param name="bytes">An archive, or XML in any encoding.</param>
+    /// <returns>A document that the caller disposes of.</returns>
+    /// <exception cref="ZolException">They are no document.</exception>
+    public static ZolDocument Parse(ReadOnlySpan<byte> bytes) => Loaded(IntPtr.Zero, bytes);
+
     /// <summary>Writes the document into a file.</summary>
     /// <param name="path">Ends in .zol for XML, in .zolz for an archive.</param>
     /// <remarks>The new file takes the place of an older one in one step, once it is complete.</remarks>

@@ -520,6 +520,7 @@ internal static class Program
         using FileStream archive = File.OpenRead(Scratch("a.zolz")), plain = File.OpenRead(path);
         ZolDocument[] others = [
             ZolDocument.Open(Scratch("a.zolz")), ZolDocument.Open(archive), ZolDocument.Parse(text),
+            ZolDocument.Parse(File.ReadAllBytes(Scratch("a.zolz"))),
             ZolDocument.OpenAsync(path).Result, ZolDocument.OpenAsync(plain).Result,
             ZolDocument.Parse(text.Replace("utf-8", "UTF-16", StringComparison.OrdinalIgnoreCase)),
             ZolDocument.Open(new MemoryStream(Encoding.Unicode.GetPreamble().Concat(
