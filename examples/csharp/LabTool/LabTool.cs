@@ -290,7 +290,7 @@ internal static class LabTool
     {
         const int Batch = 1000;
         // Of the 500 bytes or so that a colour with a space takes; heaps breathe.
-        const int Noticed = 300;
+        const int Noticed = 200;
         int threads = Math.Max(2, Environment.ProcessorCount), batches = count / Batch;
         Work(batches / 2, threads);  // warm
         long before = Environment.WorkingSet;

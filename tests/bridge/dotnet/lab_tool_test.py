@@ -93,7 +93,7 @@ class LabToolTest(unittest.TestCase):
         self.tool("bake", status=2)
 
     def test_makes_a_million_objects_in_constant_memory(self):
-        print(self.tool("churn", 300000), end="")
+        print(self.tool("churn", 1000000), end="")
 
 
 if __name__ == "__main__":
