@@ -4,6 +4,8 @@
 #include <limits>
 #include <new>
 
+#include "port/large_block.h"
+
 namespace zol_v2::internal {
 
 namespace port = zol::port;
@@ -58,6 +60,7 @@ bool FileSource::read_whole(const char** begin, std::size_t* size) {
   const auto whole = static_cast<std::size_t>(length);
   block_.reset(new (std::nothrow) char[whole + 1]);
   if (block_ == nullptr) return false;
+  port::expect_use(block_.get(), whole + 1);
   capacity_ = whole + 1;
   const bool is_all = fill() && is_whole() && end_ == whole;
   if (is_all) at_ = end_;

@@ -6,6 +6,7 @@
 
 #include "lmx/internal/unicode.h"
 #include "lmx/internal/unit_blocks.h"
+#include "port/large_block.h"
 
 namespace lmx::internal {
 namespace {
@@ -77,6 +78,7 @@ bool transcode_units(std::string_view bytes, bool has_pairs, ByteBuffer* out) {
   while (!source.is_done()) {
     const std::size_t size = out->size();
     char* const begin = out->extend(room);
+    zol::port::expect_use(begin, room);
     const char* const end = source.fill(begin, begin + room);
     out->truncate(size + static_cast<std::size_t>(end - begin));
     room = 3 * source.units_left() + k_narrow_room;
