@@ -19,10 +19,10 @@ def emit_header(model):
         // list. A setter gives 0, or the code of the first facet that fails and stores nothing. The
         // non-const get_X of a child marks it as present; that of a list appends until the index
         // exists, as back_X does in an empty list. Past the end the const getters give an empty object
-        // and delete_X does nothing. An object owns all that it holds, and a copy is deep. References
-        // live until the row they belong to is cleared, replaced or swapped. Text is UTF-16, one unit
-        // a wchar_t on every platform. An object belongs to one thread at a time; nothing is shared
-        // between objects.
+        // and delete_X does nothing. An object owns all that it holds, and a copy is deep; what was
+        // moved from is empty. References live until the row they belong to is cleared, replaced, moved
+        // from or swapped. Text is UTF-16, one unit a wchar_t on every platform. An object belongs to
+        // one thread at a time; nothing is shared between objects.
         //
         // Every class has swap(), reset(), which makes it as new, and is_occurs_ok(), whether all that
         // is required is there; those that are elements have marshal() and unmarshal() (see
@@ -135,17 +135,20 @@ def special_members(info):
     if info.is_poly:
         before, after = ("", " override") if info.base else ("virtual ", "")
         clone = f"{before}{info.name}* clone() const{after} {{ return new {info.name}(*this); }}"
-    assign = "{ return assigned(*this, other, k_class); }" if info.own_lifetime else "= default;"
+    copied = "{ return assigned(*this, other, k_class); }" if info.own_lifetime else "= default;"
+    moved = "{ return moved(*this, other); }" if info.own_lifetime else "= default;"
     out.emit("""
         $Class$();
         $Class$(const $Class$& other);
+        $Class$($Class$&& other) noexcept;
         $clone$
         ~$Class$() override;
-        $Class$& operator=(const $Class$& other) $assign$
-        """, Class=info.name, clone=clone, assign=assign)
+        $Class$& operator=(const $Class$& other) $copied$
+        $Class$& operator=($Class$&& other) noexcept $moved$
+        """, Class=info.name, clone=clone, copied=copied, moved=moved)
     if info.own_lifetime:
         out.emit("""
-            void swap($Class$& other) { internal::swap(*this, other, k_class); }
+            void swap($Class$& other) noexcept { internal::swap(*this, other, k_class); }
             void reset() { internal::reset(*this, k_class); }
             bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
             """, Class=info.name)

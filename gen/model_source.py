@@ -77,8 +77,12 @@ def emit_class_source(out, info):
     if info.own_lifetime:
         out.emit(f"{name}::{name}(const {name}& other) : {name}() "
                  "{ internal::copy(*this, other, k_class); }")
+        out.emit(f"{name}::{name}({name}&& other) noexcept "
+                 f"{{ {start[0]} internal::swap(*this, other, k_class); }}")
     else:
-        out.emit(f"{name}::{name}(const {name}& other) : {info.schema.base}(other) "
+        base = info.schema.base
+        out.emit(f"{name}::{name}(const {name}& other) : {base}(other) {{ become(k_class); }}")
+        out.emit(f"{name}::{name}({name}&& other) noexcept : {base}(std::move(other)) "
                  "{ become(k_class); }")
     out.emit(f"{name}::~{name}() " + ("{ internal::release(*this, k_class); }" if info.owns_heap
                                       else "= default;"))

@@ -28,9 +28,11 @@ class ZOL_API c_binary {
  public:
   c_binary() = default;
   c_binary(const c_binary&) = default;
+  c_binary(c_binary&&) noexcept = default;
   c_binary(const unsigned char* data, unsigned size);
 
   c_binary& operator=(const c_binary& other);
+  c_binary& operator=(c_binary&& other) noexcept = default;
   void swap(c_binary& other) noexcept { bytes_.swap(other.bytes_); }
   void set(const unsigned char* data, unsigned size);
 

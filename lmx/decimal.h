@@ -9,6 +9,7 @@
 #include <iosfwd>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "port/export.h"
 
@@ -31,6 +32,8 @@ class ZOL_API c_big_int {
   template <class Integer, internal::IfIntegral<Integer> = 0>
   c_big_int(Integer value) : text_(std::to_string(value)) {}
   c_big_int(const c_big_int&) = default;
+  // What was moved from is 0.
+  c_big_int(c_big_int&& other) noexcept : c_big_int() { swap(other); }
 
   c_big_int& operator=(const char* text);
   c_big_int& operator=(const std::string& text);
@@ -40,6 +43,10 @@ class ZOL_API c_big_int {
     return *this = c_big_int(value);
   }
   c_big_int& operator=(const c_big_int& other);
+  c_big_int& operator=(c_big_int&& other) noexcept {
+    c_big_int(std::move(other)).swap(*this);
+    return *this;
+  }
 
   void swap(c_big_int& other) noexcept { text_.swap(other.text_); }
 
@@ -109,6 +116,8 @@ class ZOL_API c_decimal {
  public:
   c_decimal() = default;
   c_decimal(const c_decimal&) = default;
+  // What was moved from is 0.
+  c_decimal(c_decimal&& other) noexcept { swap(other); }
   c_decimal(const char* text);
   c_decimal(const std::string& text);
   // `value` times ten to the power of minus `scale`.
@@ -129,6 +138,10 @@ class ZOL_API c_decimal {
   c_decimal& operator=(const char* text);
   c_decimal& operator=(const std::string& text);
   c_decimal& operator=(const c_decimal& other);
+  c_decimal& operator=(c_decimal&& other) noexcept {
+    c_decimal(std::move(other)).swap(*this);
+    return *this;
+  }
   c_decimal& operator=(double value);
   template <class Integer, internal::IfIntegral<Integer> = 0>
   c_decimal& operator=(Integer value) {

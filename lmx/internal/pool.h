@@ -41,7 +41,7 @@ class Batch {
   // Lets go of all blocks if nobody disturbed them, and else leaves them to those who hold them.
   ~Batch() { let_go(); }
 
-  void swap(Batch& other) { std::swap(record_, other.record_); }
+  void swap(Batch& other) noexcept { std::swap(record_, other.record_); }
   ZOL_API bool is_intact() const;
 
  private:

@@ -198,7 +198,7 @@ void Text::release_rest() {
   release();
 }
 
-void Text::swap(Text& other) {
+void Text::swap(Text& other) noexcept {
   const std::uintptr_t word = word_.load(std::memory_order_relaxed);
   word_.store(other.word_.load(std::memory_order_relaxed), std::memory_order_release);
   other.word_.store(word, std::memory_order_release);
@@ -725,7 +725,7 @@ void disturb(const Object& self, const Class& type) {
 
 }  // namespace
 
-void swap(Object& a, Object& b, const Class& type) {
+void swap(Object& a, Object& b, const Class& type) noexcept {
   if (&a == &b) return;
   if (type.keeps_batch() && &Head::class_of(a) == &type && &Head::class_of(b) == &type) {
     type.batch_of(a).swap(type.batch_of(b));

@@ -144,7 +144,7 @@ class ZOL_API Text {
   void release();
   // The same, but for what goes with its batch.
   void release_rest();
-  void swap(Text& other);
+  void swap(Text& other) noexcept;
   // The block that it owns first of all, or null.
   const void* block() const {
     return reinterpret_cast<const void*>(word_.load(std::memory_order_relaxed) & ~k_is_narrow);
@@ -202,7 +202,7 @@ class ZOL_API PointerList {
   // Instead of nothing: pointers in an array of just their number, from the pool.
   void fill(void* const* pointers, unsigned count, Pool& pool);
   void release();
-  void swap(PointerList& other) { std::swap(word_, other.word_); }
+  void swap(PointerList& other) noexcept { std::swap(word_, other.word_); }
   // The array, or the only one, or null.
   const void* block() const { return reinterpret_cast<const void*>(word_ & ~k_is_array); }
 
@@ -422,7 +422,7 @@ ZOL_API void get_foreign(const Values<AnyElement>& list, unsigned index, std::st
 // As if through the accessors: what is optional is copied if it is set, what is required is stored
 // and so counts as set afterwards, unless its facets refuse the value.
 ZOL_API void copy(Object& to, const Object& from, const Class& type);
-ZOL_API void swap(Object& a, Object& b, const Class& type);
+ZOL_API void swap(Object& a, Object& b, const Class& type) noexcept;
 ZOL_API void assign(Object& to, const Object& from, const Class& type);
 ZOL_API void reset(Object& self, const Class& type);
 ZOL_API bool is_occurs_ok(const Object& self, const Class& type);
@@ -442,6 +442,14 @@ ZOL_API Object* make_named(const Class& type, int ns_id, const std::string& type
 template <class T>
 T& assigned(T& to, const T& from, const Class& type) {
   assign(to, from, type);
+  return to;
+}
+
+// By way of a third, so that what stood there goes at once, and an object may be moved to itself.
+template <class T>
+T& moved(T& to, T& from) noexcept {
+  T taken(std::move(from));
+  to.swap(taken);
   return to;
 }
 

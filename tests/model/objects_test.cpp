@@ -484,5 +484,61 @@ TEST(Holders, ShowAVisitorWhatIsChosen) {
   EXPECT_EQ(visitor.others, 1);
 }
 
+// --- Moving -------------------------------------------------------------------------------------
+
+template <class... T>
+constexpr bool k_move_without_throwing = (... && (std::is_nothrow_move_constructible_v<T> &&
+                                                  std::is_nothrow_move_assignable_v<T> &&
+                                                  std::is_nothrow_swappable_v<T>));
+static_assert(
+    k_move_without_throwing<Zol, ColorType, ColorSpaceCMYKPlusNType, Function, FunctionTolerance,
+                            GeometryChoiceType, sg_ColorSpace, BSDFAngle>);
+static_assert(k_move_without_throwing<lmx::c_binary, lmx::c_big_int, lmx::c_decimal>);
+
+TEST(Moving, TakesWhatTheOtherHeld) {
+  Zol read;
+  ASSERT_EQ(read.unmarshal(sample_bytes("coverage-spaces")), lmx::elmx_ok);
+  const std::string text = saved(read);
+  const ColorType* const first = &read.get_Color(0);
+
+  Zol taken(std::move(read));
+  EXPECT_EQ(&std::as_const(taken).get_Color(0), first) << "nothing is copied";
+  EXPECT_EQ(std::as_const(read).size_Color(), 0u);  // NOLINT: what was moved from is empty
+  EXPECT_EQ(saved(taken), text);
+  (void)read.append_Color();
+
+  Zol other;
+  (void)other.append_Color();
+  other = std::move(taken);
+  EXPECT_EQ(saved(other), text);
+  Zol& same = other;
+  other = std::move(same);
+  EXPECT_EQ(saved(other), text);
+
+  // A part of a document that was read as a whole outlives it.
+  const std::string color = written(std::as_const(other).get_Color(0), "Zol:Color");
+  auto document = std::make_unique<Zol>(std::move(other));
+  std::vector<ColorType> colors;
+  for (unsigned i = 0; i < std::as_const(*document).size_Color(); ++i) {
+    colors.push_back(std::move(document->get_Color(i)));
+  }
+  document.reset();
+  EXPECT_EQ(written(colors.front(), "Zol:Color"), color);
+}
+
+TEST(Moving, GoesWithTheChosenAlternativeAndTheClass) {
+  GeometryChoiceType geometry;
+  ASSERT_EQ(geometry.set_UnknownGeometry(L"annular"), 0);
+  GeometryChoiceType moved(std::move(geometry));
+  EXPECT_EQ(moved.get_UnknownGeometry(), L"annular");
+  EXPECT_EQ(geometry.getchosen(), 4);  // NOLINT: what was moved from is empty
+
+  FunctionTolerance tolerance;
+  ASSERT_EQ(tolerance.set_ToleranceType(L"DE00"), 0);
+  const FunctionTolerance taken(std::move(tolerance));
+  EXPECT_EQ(taken.get_ToleranceType(), L"DE00");
+  EXPECT_STREQ(taken.getid(), FunctionTolerance::id);
+}
+
 }  // namespace
 }  // namespace zol_test

@@ -7,10 +7,10 @@
 // list. A setter gives 0, or the code of the first facet that fails and stores nothing. The
 // non-const get_X of a child marks it as present; that of a list appends until the index
 // exists, as back_X does in an empty list. Past the end the const getters give an empty object
-// and delete_X does nothing. An object owns all that it holds, and a copy is deep. References
-// live until the row they belong to is cleared, replaced or swapped. Text is UTF-16, one unit
-// a wchar_t on every platform. An object belongs to one thread at a time; nothing is shared
-// between objects.
+// and delete_X does nothing. An object owns all that it holds, and a copy is deep; what was
+// moved from is empty. References live until the row they belong to is cleared, replaced, moved
+// from or swapped. Text is UTF-16, one unit a wchar_t on every platform. An object belongs to
+// one thread at a time; nothing is shared between objects.
 //
 // Every class has swap(), reset(), which makes it as new, and is_occurs_ok(), whether all that
 // is required is there; those that are elements have marshal() and unmarshal() (see
@@ -56,9 +56,11 @@ class ZOL_API Box : public internal::Plain {
  public:
   Box();
   Box(const Box& other);
+  Box(Box&& other) noexcept;
   ~Box() override;
   Box& operator=(const Box& other) { return assigned(*this, other, k_class); }
-  void swap(Box& other) { internal::swap(*this, other, k_class); }
+  Box& operator=(Box&& other) noexcept { return moved(*this, other); }
+  void swap(Box& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
@@ -118,9 +120,11 @@ class ZOL_API anon_Tag : public internal::Object {
  public:
   anon_Tag();
   anon_Tag(const anon_Tag& other);
+  anon_Tag(anon_Tag&& other) noexcept;
   ~anon_Tag() override;
   anon_Tag& operator=(const anon_Tag& other) { return assigned(*this, other, k_class); }
-  void swap(anon_Tag& other) { internal::swap(*this, other, k_class); }
+  anon_Tag& operator=(anon_Tag&& other) noexcept { return moved(*this, other); }
+  void swap(anon_Tag& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
@@ -171,9 +175,11 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
  public:
   Zol();
   Zol(const Zol& other);
+  Zol(Zol&& other) noexcept;
   ~Zol() override;
   Zol& operator=(const Zol& other) { return assigned(*this, other, k_class); }
-  void swap(Zol& other) { internal::swap(*this, other, k_class); }
+  Zol& operator=(Zol&& other) noexcept { return moved(*this, other); }
+  void swap(Zol& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
@@ -335,9 +341,11 @@ class ZOL_API Seal : public internal::Plain {
  public:
   Seal();
   Seal(const Seal& other);
+  Seal(Seal&& other) noexcept;
   ~Seal() override;
   Seal& operator=(const Seal& other) { return assigned(*this, other, k_class); }
-  void swap(Seal& other) { internal::swap(*this, other, k_class); }
+  Seal& operator=(Seal&& other) noexcept { return moved(*this, other); }
+  void swap(Seal& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
@@ -348,9 +356,11 @@ class ZOL_API Part : public internal::Plain {
  public:
   Part();
   Part(const Part& other);
+  Part(Part&& other) noexcept;
   ~Part() override;
   Part& operator=(const Part& other) { return assigned(*this, other, k_class); }
-  void swap(Part& other) { internal::swap(*this, other, k_class); }
+  Part& operator=(Part&& other) noexcept { return moved(*this, other); }
+  void swap(Part& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
@@ -379,9 +389,11 @@ class ZOL_API PartChoice : public internal::Plain {
  public:
   PartChoice();
   PartChoice(const PartChoice& other);
+  PartChoice(PartChoice&& other) noexcept;
   ~PartChoice() override;
   PartChoice& operator=(const PartChoice& other) { return assigned(*this, other, k_class); }
-  void swap(PartChoice& other) { internal::swap(*this, other, k_class); }
+  PartChoice& operator=(PartChoice&& other) noexcept { return moved(*this, other); }
+  void swap(PartChoice& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
@@ -451,10 +463,12 @@ class ZOL_API ShapeType : public internal::Polymorphic {
  public:
   ShapeType();
   ShapeType(const ShapeType& other);
+  ShapeType(ShapeType&& other) noexcept;
   virtual ShapeType* clone() const { return new ShapeType(*this); }
   ~ShapeType() override;
   ShapeType& operator=(const ShapeType& other) { return assigned(*this, other, k_class); }
-  void swap(ShapeType& other) { internal::swap(*this, other, k_class); }
+  ShapeType& operator=(ShapeType&& other) noexcept { return moved(*this, other); }
+  void swap(ShapeType& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
@@ -492,10 +506,12 @@ class ZOL_API RoundType : public ShapeType {
  public:
   RoundType();
   RoundType(const RoundType& other);
+  RoundType(RoundType&& other) noexcept;
   RoundType* clone() const override { return new RoundType(*this); }
   ~RoundType() override;
   RoundType& operator=(const RoundType& other) { return assigned(*this, other, k_class); }
-  void swap(RoundType& other) { internal::swap(*this, other, k_class); }
+  RoundType& operator=(RoundType&& other) noexcept { return moved(*this, other); }
+  void swap(RoundType& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
@@ -521,10 +537,12 @@ class ZOL_API RingType : public RoundType {
  public:
   RingType();
   RingType(const RingType& other);
+  RingType(RingType&& other) noexcept;
   RingType* clone() const override { return new RingType(*this); }
   ~RingType() override;
   RingType& operator=(const RingType& other) { return assigned(*this, other, k_class); }
-  void swap(RingType& other) { internal::swap(*this, other, k_class); }
+  RingType& operator=(RingType&& other) noexcept { return moved(*this, other); }
+  void swap(RingType& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
@@ -545,9 +563,11 @@ class ZOL_API sg_Shape : public internal::Object {
  public:
   sg_Shape();
   sg_Shape(const sg_Shape& other);
+  sg_Shape(sg_Shape&& other) noexcept;
   ~sg_Shape() override;
   sg_Shape& operator=(const sg_Shape& other) { return assigned(*this, other, k_class); }
-  void swap(sg_Shape& other) { internal::swap(*this, other, k_class); }
+  sg_Shape& operator=(sg_Shape&& other) noexcept { return moved(*this, other); }
+  void swap(sg_Shape& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
@@ -620,9 +640,11 @@ class ZOL_API AnyShape : public ShapeType {
  public:
   AnyShape();
   AnyShape(const AnyShape& other);
+  AnyShape(AnyShape&& other) noexcept;
   AnyShape* clone() const override { return new AnyShape(*this); }
   ~AnyShape() override;
   AnyShape& operator=(const AnyShape& other) = default;
+  AnyShape& operator=(AnyShape&& other) noexcept = default;
   static const internal::Class k_class;
 
   using ShapeType::unmarshal;
@@ -636,9 +658,11 @@ class ZOL_API Round : public RoundType, public internal::Document<Round> {
  public:
   Round();
   Round(const Round& other);
+  Round(Round&& other) noexcept;
   Round* clone() const override { return new Round(*this); }
   ~Round() override;
   Round& operator=(const Round& other) = default;
+  Round& operator=(Round&& other) noexcept = default;
   static const internal::Class k_class;
 
   static constexpr char k_element_name[] = "Zol:Round";
@@ -658,10 +682,12 @@ class ZOL_API Ring : public RingType, public internal::Document<Ring> {
  public:
   Ring();
   Ring(const Ring& other);
+  Ring(Ring&& other) noexcept;
   Ring* clone() const override { return new Ring(*this); }
   ~Ring() override;
   Ring& operator=(const Ring& other) { return assigned(*this, other, k_class); }
-  void swap(Ring& other) { internal::swap(*this, other, k_class); }
+  Ring& operator=(Ring&& other) noexcept { return moved(*this, other); }
+  void swap(Ring& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;

@@ -40,6 +40,7 @@ constexpr Class Zol::k_class =
         .about("The root.");
 Zol::Zol() { become(k_class); SdkStamp().stampRead(*this); }
 Zol::Zol(const Zol& other) : Zol() { internal::copy(*this, other, k_class); }
+Zol::Zol(Zol&& other) noexcept { become(k_class); internal::swap(*this, other, k_class); }
 Zol::~Zol() { internal::release(*this, k_class); }
 
 // Box
@@ -57,6 +58,7 @@ constexpr Class Box::k_class =
         .about("A box, which may be empty.");
 Box::Box() { become(k_class); }
 Box::Box(const Box& other) : Box() { internal::copy(*this, other, k_class); }
+Box::Box(Box&& other) noexcept { become(k_class); internal::swap(*this, other, k_class); }
 Box::~Box() { internal::release(*this, k_class); }
 
 // Seal
@@ -65,6 +67,7 @@ constexpr Class Seal::k_class =
         .wants(0x0, 0x0, 0x0, 0x0).marked(Class::k_blank | Class::k_owns_nothing);
 Seal::Seal() { become(k_class); }
 Seal::Seal(const Seal& other) : Seal() { internal::copy(*this, other, k_class); }
+Seal::Seal(Seal&& other) noexcept { become(k_class); internal::swap(*this, other, k_class); }
 Seal::~Seal() = default;
 
 // Part
@@ -77,6 +80,7 @@ constexpr Class Part::k_class =
         .with(k_rows, 1, 0, 1).wants(0x4, 0x4, 0x0, 0x6).about("A value with an attribute.");
 Part::Part() { become(k_class); }
 Part::Part(const Part& other) : Part() { internal::copy(*this, other, k_class); }
+Part::Part(Part&& other) noexcept { become(k_class); internal::swap(*this, other, k_class); }
 Part::~Part() { internal::release(*this, k_class); }
 
 // PartChoice
@@ -95,6 +99,8 @@ PartChoice::PartChoice() { become(k_class, 5); }
 PartChoice::PartChoice(const PartChoice& other) : PartChoice() {
   internal::copy(*this, other, k_class);
 }
+PartChoice::PartChoice(PartChoice&& other) noexcept { become(k_class, 5); internal::swap(*this,
+    other, k_class); }
 PartChoice::~PartChoice() { internal::release(*this, k_class); }
 
 // anon_Tag
@@ -107,6 +113,8 @@ constexpr Class anon_Tag::k_class =
         .with(k_rows, 0, 0, 2).wants(0x0, 0x0, 0x0, 0x0).unless(2);
 anon_Tag::anon_Tag() { become(k_class, 2); }
 anon_Tag::anon_Tag(const anon_Tag& other) : anon_Tag() { internal::copy(*this, other, k_class); }
+anon_Tag::anon_Tag(anon_Tag&& other) noexcept { become(k_class, 2); internal::swap(*this, other,
+    k_class); }
 anon_Tag::~anon_Tag() { internal::release(*this, k_class); }
 
 // ShapeType
@@ -127,6 +135,8 @@ ShapeType::ShapeType() { become(k_class); }
 ShapeType::ShapeType(const ShapeType& other) : ShapeType() {
   internal::copy(*this, other, k_class);
 }
+ShapeType::ShapeType(ShapeType&& other) noexcept { become(k_class); internal::swap(*this, other,
+    k_class); }
 ShapeType::~ShapeType() { internal::release(*this, k_class); }
 
 // RoundType
@@ -147,6 +157,8 @@ RoundType::RoundType() { become(k_class); }
 RoundType::RoundType(const RoundType& other) : RoundType() {
   internal::copy(*this, other, k_class);
 }
+RoundType::RoundType(RoundType&& other) noexcept { become(k_class); internal::swap(*this, other,
+    k_class); }
 RoundType::~RoundType() = default;
 
 // RingType
@@ -161,6 +173,8 @@ constexpr Class RingType::k_class =
 const char* RingType::id = "RingType";
 RingType::RingType() { become(k_class); }
 RingType::RingType(const RingType& other) : RingType() { internal::copy(*this, other, k_class); }
+RingType::RingType(RingType&& other) noexcept { become(k_class); internal::swap(*this, other,
+    k_class); }
 RingType::~RingType() = default;
 
 // sg_Shape
@@ -175,6 +189,8 @@ constexpr Class sg_Shape::k_class =
         .of(internal::k_family<ShapeType>);
 sg_Shape::sg_Shape() { become(k_class, 3); }
 sg_Shape::sg_Shape(const sg_Shape& other) : sg_Shape() { internal::copy(*this, other, k_class); }
+sg_Shape::sg_Shape(sg_Shape&& other) noexcept { become(k_class, 3); internal::swap(*this, other,
+    k_class); }
 sg_Shape::~sg_Shape() { internal::release(*this, k_class); }
 
 // AnyShape
@@ -185,6 +201,7 @@ constexpr Class AnyShape::k_class =
         .marked(Class::k_names_namespaces);
 AnyShape::AnyShape() { become(k_class); }
 AnyShape::AnyShape(const AnyShape& other) : ShapeType(other) { become(k_class); }
+AnyShape::AnyShape(AnyShape&& other) noexcept : ShapeType(std::move(other)) { become(k_class); }
 AnyShape::~AnyShape() = default;
 
 // Round
@@ -195,6 +212,7 @@ constexpr Class Round::k_class =
         .marked(Class::k_wants_content | Class::k_names_namespaces | Class::k_document);
 Round::Round() { become(k_class); }
 Round::Round(const Round& other) : RoundType(other) { become(k_class); }
+Round::Round(Round&& other) noexcept : RoundType(std::move(other)) { become(k_class); }
 Round::~Round() = default;
 
 // Ring
@@ -205,6 +223,7 @@ constexpr Class Ring::k_class =
         .marked(Class::k_wants_content | Class::k_names_namespaces | Class::k_document);
 Ring::Ring() { become(k_class); }
 Ring::Ring(const Ring& other) : Ring() { internal::copy(*this, other, k_class); }
+Ring::Ring(Ring&& other) noexcept { become(k_class); internal::swap(*this, other, k_class); }
 Ring::~Ring() = default;
 
 }  // namespace zol_v2
