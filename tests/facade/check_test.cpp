@@ -680,10 +680,11 @@ class Vandal {
     static const wchar_t k_pieces[] = {
         L'a',   L' ',   L'\t',  L'\n',  L'\r',  L'&',   L'<',   L'>',   L']',   L'"',
         L'\'',  0x1,    0x1F,   0x7F,   0x80,   0x85,   0xA0,   0xE9,   0x2028, 0x2029,
-        0x3000, 0xD7FF, 0xD83C, 0xDFA8, 0xE000, 0xFEFF, 0xFFFD, 0xFFFE, 0xFFFF, 0x1F3A8};
+        0x3000, 0xD7FF, 0xD83C, 0xDFA8, 0xE000, 0xFEFF, 0xFFFD, 0xFFFE, 0xFFFF};
     std::wstring text;
     for (std::size_t left = below(5); left != 0; --left) {
-      text += below(3) == 0 ? one_of({L"x", L"]]>", L"a b"}) : std::wstring(1, one_of(k_pieces));
+      text += below(3) == 0 ? one_of({L"x", L"]]>", L"a b", L"\U0001F3A8"})
+                            : std::wstring(1, one_of(k_pieces));
     }
     return text;
   }

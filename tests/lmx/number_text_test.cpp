@@ -1,8 +1,9 @@
 #include "lmx/internal/number_text.h"
 
 #include <gtest/gtest.h>
-#include <locale.h>
 
+#include <algorithm>
+#include <clocale>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -28,32 +29,23 @@ std::string text_of(float value) {
   return std::string(text, format_float(value, text));
 }
 
-// The C library is asked in the C locale: the process may have another, of which the code under
-// test must know nothing.
-class InCLocale {
- public:
-  InCLocale() {
-    static const locale_t c_locale = ::newlocale(LC_ALL_MASK, "C", nullptr);
-    previous_ = ::uselocale(c_locale);
-  }
-  InCLocale(const InCLocale&) = delete;
-  InCLocale& operator=(const InCLocale&) = delete;
-  ~InCLocale() { ::uselocale(previous_); }
-
- private:
-  locale_t previous_;
-};
-
-std::string printed(double value, int precision, const char* format = "%.*g") {
-  const InCLocale scope;
-  char text[512];
-  std::snprintf(text, sizeof text, format, precision, value);
+// The C library goes by the decimal point of the process, of which the code under test must know
+// nothing.
+std::string with_point(std::string text, char from, char to) {
+  std::replace(text.begin(), text.end(), from, to);
   return text;
 }
 
+char process_point() { return *std::localeconv()->decimal_point; }
+
+std::string printed(double value, int precision, const char* format = "%.*g") {
+  char text[512];
+  std::snprintf(text, sizeof text, format, precision, value);
+  return with_point(text, process_point(), '.');
+}
+
 double parsed(const std::string& text) {
-  const InCLocale scope;
-  return std::strtod(text.c_str(), nullptr);
+  return std::strtod(with_point(text, '.', process_point()).c_str(), nullptr);
 }
 
 std::uint64_t bits_of(double value) {

@@ -11,6 +11,8 @@
 #include <thread>
 #include <vector>
 
+#include "support/aligned_blocks.h"
+
 namespace {
 
 // What this program has from the heap.
@@ -31,14 +33,18 @@ void operator delete(void* block) noexcept {
 }
 void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
 void* operator new(std::size_t size, std::align_val_t alignment) {
-  void* const block = std::aligned_alloc(static_cast<std::size_t>(alignment), size);
+  void* const block = zol_test::take_aligned(static_cast<std::size_t>(alignment), size);
   if (block == nullptr) throw std::bad_alloc();
   ++live_blocks;
   return block;
 }
-void operator delete(void* block, std::align_val_t) noexcept { operator delete(block); }
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
-  operator delete(block);
+void operator delete(void* block, std::align_val_t) noexcept {
+  if (block == nullptr) return;
+  --live_blocks;
+  zol_test::free_aligned(block);
+}
+void operator delete(void* block, std::size_t, std::align_val_t alignment) noexcept {
+  operator delete(block, alignment);
 }
 
 namespace {

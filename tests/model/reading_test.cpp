@@ -344,7 +344,7 @@ TEST(Text, IsInUtf16Units) {
        {L'a', 0xDF42, L'b'},
        "a\xED\xBD\x82"
        "b"},
-      {"a unit of 32 bits is one character", {static_cast<wchar_t>(0x1F342)}, "\xF0\x9F\x8D\x82"},
+      {"a character, in one unit if that has 32 bits", L"\U0001F342", "\xF0\x9F\x8D\x82"},
       {"the four that are escaped", L"\"'&<>", "&quot;&apos;&amp;&lt;>"},
       {"control characters are not", L"\t\n\r\x1", "\t\n\r\x1"},
   };

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "support/aligned_blocks.h"
+
 namespace {
 
 std::atomic<long> allocations{0};
@@ -18,14 +20,16 @@ void* operator new(std::size_t size) {
 }
 void* operator new(std::size_t size, std::align_val_t alignment) {
   ++allocations;
-  void* const block = std::aligned_alloc(static_cast<std::size_t>(alignment), size);
+  void* const block = zol_test::take_aligned(static_cast<std::size_t>(alignment), size);
   if (block == nullptr) throw std::bad_alloc();
   return block;
 }
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }
-void operator delete(void* block, std::align_val_t) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept { std::free(block); }
+void operator delete(void* block, std::align_val_t) noexcept { zol_test::free_aligned(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
+  zol_test::free_aligned(block);
+}
 
 namespace zol_test {
 

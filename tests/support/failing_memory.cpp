@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "support/aligned_blocks.h"
+
 namespace {
 
 unsigned g_failing = 0;
@@ -16,7 +18,7 @@ void* allocate(std::size_t size, std::size_t alignment = 0) noexcept {
     return nullptr;
   }
   void* const block =
-      alignment != 0 ? std::aligned_alloc(alignment, size) : std::malloc(size == 0 ? 1 : size);
+      alignment != 0 ? zol_test::take_aligned(alignment, size) : std::malloc(size == 0 ? 1 : size);
   g_blocks += block != nullptr;
   return block;
 }
@@ -24,6 +26,11 @@ void* allocate(std::size_t size, std::size_t alignment = 0) noexcept {
 void release(void* block) noexcept {
   g_blocks -= block != nullptr;
   std::free(block);
+}
+
+void release_aligned(void* block) noexcept {
+  g_blocks -= block != nullptr;
+  zol_test::free_aligned(block);
 }
 
 void* allocate_or_throw(std::size_t size, std::size_t alignment = 0) {
@@ -60,5 +67,7 @@ void operator delete(void* block, std::size_t) noexcept { release(block); }
 void operator delete[](void* block, std::size_t) noexcept { release(block); }
 void operator delete(void* block, const std::nothrow_t&) noexcept { release(block); }
 void operator delete[](void* block, const std::nothrow_t&) noexcept { release(block); }
-void operator delete(void* block, std::align_val_t) noexcept { release(block); }
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept { release(block); }
+void operator delete(void* block, std::align_val_t) noexcept { release_aligned(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
+  release_aligned(block);
+}

@@ -1,11 +1,10 @@
 #include "support/files.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -13,20 +12,27 @@
 
 #include "port/wide_text.h"
 
+#if defined(_WIN32)
+#include <sys/utime.h>
+#include <windows.h>
+#else
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utime.h>
+
 extern char** environ;
+#endif
 
 namespace fs = std::filesystem;
 
 namespace zol_test {
 
-TempDir::TempDir() {
-  path_ = (fs::temp_directory_path() / "zol-test-XXXXXX").string();
-  if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no temporary directory");
-}
-
 TempDir::~TempDir() {
   std::error_code ignored;
-  fs::remove_all(path_, ignored);
+  fs::remove_all(fs::u8path(path_), ignored);
 }
 
 std::wstring TempDir::wide(const std::string& name) const {
@@ -36,11 +42,88 @@ std::wstring TempDir::wide(const std::string& name) const {
 
 std::vector<std::string> TempDir::names() const {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(path_)) {
-    names.push_back(entry.path().filename().string());
+  for (const auto& entry : fs::directory_iterator(fs::u8path(path_))) {
+    names.push_back(entry.path().filename().u8string());
   }
   std::sort(names.begin(), names.end());
   return names;
+}
+
+void write_file(const std::string& path, const std::string& bytes) {
+  std::ofstream out(fs::u8path(path), std::ios::binary);
+  out << bytes;
+  out.close();
+  ASSERT_TRUE(out) << path;
+}
+
+std::string read_file(const std::string& path) {
+  std::ifstream in(fs::u8path(path), std::ios::binary);
+  EXPECT_TRUE(in) << path;
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+bool file_exists(const std::string& path) {
+  return fs::exists(fs::symlink_status(fs::u8path(path)));
+}
+
+void remove_file(const std::string& path) { fs::remove(fs::u8path(path)); }
+
+void make_directory(const std::string& path) { fs::create_directories(fs::u8path(path)); }
+
+void set_file_time(const std::string& path, const std::string& when) {
+  std::tm fields = {};
+  ASSERT_EQ(std::sscanf(when.c_str(), "%d-%d-%d %d:%d:%d", &fields.tm_year, &fields.tm_mon,
+                        &fields.tm_mday, &fields.tm_hour, &fields.tm_min, &fields.tm_sec),
+            6);
+  fields.tm_year -= 1900;
+  fields.tm_mon -= 1;
+  fields.tm_isdst = -1;
+  const std::time_t time = std::mktime(&fields);
+#if defined(_WIN32)
+  __utimbuf64 times = {time, time};
+  ASSERT_EQ(_wutime64(fs::u8path(path).c_str(), &times), 0) << path;
+#else
+  const utimbuf times = {time, time};
+  ASSERT_EQ(::utime(path.c_str(), &times), 0) << path;
+#endif
+}
+
+std::string file_time(const std::string& path) {
+#if defined(_WIN32)
+  struct _stat64 status = {};
+  const int failure = _wstat64(fs::u8path(path).c_str(), &status);
+#else
+  struct stat status = {};
+  const int failure = ::stat(path.c_str(), &status);
+#endif
+  if (failure != 0) return "no file";
+  const std::time_t time = status.st_mtime;
+  char text[32];
+  std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", std::localtime(&time));
+  return text;
+}
+
+#if defined(_WIN32)
+
+TempDir::TempDir() {
+  std::random_device chance;
+  path_ = (fs::temp_directory_path() / "zol-test-").generic_u8string() + std::to_string(chance());
+  if (!fs::create_directory(fs::u8path(path_))) throw std::runtime_error("no temporary directory");
+}
+
+bool TempDir::takes_nameless_files() const { return false; }
+
+std::size_t count_open_files() {
+  DWORD count = 0;
+  GetProcessHandleCount(GetCurrentProcess(), &count);
+  return count;
+}
+
+#else
+
+TempDir::TempDir() {
+  path_ = (fs::temp_directory_path() / "zol-test-XXXXXX").string();
+  if (::mkdtemp(path_.data()) == nullptr) throw std::runtime_error("no temporary directory");
 }
 
 bool TempDir::takes_nameless_files() const {
@@ -52,21 +135,6 @@ bool TempDir::takes_nameless_files() const {
   return false;
 #endif
 }
-
-void write_file(const std::string& path, const std::string& bytes) {
-  std::ofstream out(path, std::ios::binary);
-  out << bytes;
-  out.close();
-  ASSERT_TRUE(out) << path;
-}
-
-std::string read_file(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  EXPECT_TRUE(in) << path;
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-bool file_exists(const std::string& path) { return fs::exists(fs::symlink_status(path)); }
 
 ProgramResult run(const std::vector<std::string>& arguments, const std::string& directory) {
   int ends[2];
@@ -122,6 +190,8 @@ std::size_t count_open_files() {
   }
   return count;
 }
+
+#endif
 
 std::string noise(std::size_t size, unsigned seed) {
   std::mt19937 random(seed);

@@ -31,6 +31,14 @@ class TempDir {
 void write_file(const std::string& path, const std::string& bytes);
 std::string read_file(const std::string& path);
 bool file_exists(const std::string& path);
+void remove_file(const std::string& path);
+void make_directory(const std::string& path);
+
+// When a file was last changed, by the local clock: "2001-02-03 04:05:06".
+void set_file_time(const std::string& path, const std::string& when);
+std::string file_time(const std::string& path);
+
+#if !defined(_WIN32)
 
 struct ProgramResult {
   int status;          // -1 if it did not end by itself
@@ -42,7 +50,9 @@ ProgramResult run(const std::vector<std::string>& arguments, const std::string& 
 ProgramResult run_shell(const std::string& command, const std::string& directory = ".");
 ProgramResult run_python(const std::string& script, const std::vector<std::string>& arguments);
 
-// Descriptors that the process holds.
+#endif
+
+// Descriptors, or handles of the system, that the process holds.
 std::size_t count_open_files();
 
 // Bytes that no compressor makes small.

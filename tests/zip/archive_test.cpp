@@ -413,7 +413,9 @@ TEST(Archive, AddsToAnExistingOne) {
   EXPECT_EQ(read_entry(archive, 0).data, "first");
   EXPECT_EQ(read_entry(archive, 1).data, "one colour");
   EXPECT_EQ(read_entry(archive, 3).data, "another colour");
+#if !defined(_WIN32)
   EXPECT_EQ(run({"unzip", "-tqq", dir.file("a.zip")}).status, 1);  // warns of what is in front
+#endif
 
   // An archive behind a file that is none.
   write_file(dir.file("script"), "#!/bin/sh\n");
@@ -454,29 +456,28 @@ TEST(Archive, StoresWhatDoesNotShrink) {
   EXPECT_EQ(archive.EntryAt(1)->method, 8);
   archive.Close();
   EXPECT_TRUE(read_first(dir.wide("a.zip")).data == noise(100'000));
+#if !defined(_WIN32)
   EXPECT_EQ(run({"unzip", "-tqq", dir.file("a.zip")}).status, 0);
+#endif
 }
 
 TEST(Archive, ClosesIntoAFile) {
   TempDir dir;
   write_file(dir.file("a.zol"), "colours");
-  ASSERT_EQ(run({"touch", "-d", "2001-02-03 04:05:06", dir.file("a.zol")}).status, 0);
+  set_file_time(dir.file("a.zol"), "2001-02-03 04:05:06");
   CZipArchive archive;
   archive.Open(dir.wide("a.zip"), CZipArchive::modeCreate);
   archive.AddFile(dir.wide("a.zol"));
   archive.Close(CZipArchive::closeNormal, true);
   const std::string stamp = "2001-02-03 04:05:06";
-  const auto time_of = [&](const std::string& name) {
-    return run_shell("date -r " + dir.file(name) + " '+%F %T' | tr -d '\\n'").output;
-  };
-  EXPECT_EQ(time_of("a.zip"), stamp);
+  EXPECT_EQ(file_time(dir.file("a.zip")), stamp);
 
   write_file(dir.file("out"), "");
   archive.Open(dir.wide("a.zip"), CZipArchive::modeReadOnly);
   char data[7];
   ASSERT_TRUE(archive.OpenEntry(0));
   EXPECT_EQ(archive.CloseEntry(dir.wide("out").c_str()), -1);
-  EXPECT_EQ(time_of("out"), stamp);
+  EXPECT_EQ(file_time(dir.file("out")), stamp);
   ASSERT_TRUE(archive.OpenEntry(0));
   EXPECT_EQ(archive.ReadEntry(data, 7), 7u);
   EXPECT_EQ(archive.CloseEntry(dir.wide("missing").c_str()), -2);
@@ -572,7 +573,7 @@ TEST(Archive, StampsTimesInDosForm) {
                            Case{"2200-01-01 12:00:00", 127 * 512 + 32 + 1, 12 * 2048}}) {
     TempDir dir;
     write_file(dir.file("a"), "colours");
-    ASSERT_EQ(run({"touch", "-d", each.when, dir.file("a")}).status, 0);
+    set_file_time(dir.file("a"), each.when);
     MemoryFile file;
     CZipArchive archive;
     archive.Open(file, CZipArchive::modeCreate);
@@ -617,7 +618,7 @@ TEST(Archive, ReadsTimesInDosForm) {
 TEST(Archive, WritesTheseBytes) {
   TempDir dir;
   write_file(dir.file("a.zol"), "aaaa");
-  ASSERT_EQ(run({"touch", "-d", "2026-11-21 10:20:30", dir.file("a.zol")}).status, 0);
+  set_file_time(dir.file("a.zol"), "2026-11-21 10:20:30");
   CZipArchive archive;
   archive.Open(dir.wide("a.zip"), CZipArchive::modeCreate);
   archive.AddFile(dir.wide("a.zol"));
@@ -636,9 +637,11 @@ TEST(Archive, WritesTheseBytes) {
   EXPECT_EQ(read_file(dir.file("a.zip")), local + central + end);
 }
 
+std::string without_root(const std::string& path) { return path.substr(path.find('/') + 1); }
+
 TEST(Archive, NamesEntriesByTheirLastComponent) {
   TempDir dir;
-  ASSERT_EQ(run({"mkdir", "-p", dir.file("sub/deep")}).status, 0);
+  make_directory(dir.file("sub/deep"));
   write_file(dir.file("sub/a.zol"), "colours");
   MemoryFile file;
   CZipArchive archive;
@@ -647,7 +650,7 @@ TEST(Archive, NamesEntriesByTheirLastComponent) {
   ASSERT_TRUE(archive.AddFile(dir.wide("sub/a.zol"), -1, true));
   ASSERT_TRUE(archive.AddFile(dir.wide("sub/deep//")));
   EXPECT_EQ(archive.EntryAt(0)->GetRawFileName(), "a.zol");
-  EXPECT_EQ(archive.EntryAt(1)->GetRawFileName(), dir.file("sub/a.zol").substr(1));
+  EXPECT_EQ(archive.EntryAt(1)->GetRawFileName(), without_root(dir.file("sub/a.zol")));
   EXPECT_EQ(archive.EntryAt(2)->GetRawFileName(), "deep/");
   EXPECT_EQ(archive.EntryAt(2)->version_needed, 10);
   EXPECT_EQ(archive.EntryAt(2)->external_attributes & 0xFFFF, 0x10u);

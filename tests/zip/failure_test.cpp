@@ -1,11 +1,15 @@
 // Storage and memory that fail at every call in turn, and real failures of the system.
 #include <gtest/gtest.h>
+
+#include <new>
+
+#if !defined(_WIN32)
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <new>
+#endif
 
 #include "support/failing_memory.h"
 #include "support/files.h"
@@ -134,6 +138,8 @@ TEST_F(Failure, OfMemory) {
   }
 }
 
+#if !defined(_WIN32)
+
 TEST_F(Failure, AtAFileSizeLimit) {
   TempDir dir;
   write_file(dir.file("a.zol"), noise(400'000));
@@ -224,5 +230,7 @@ TEST_F(Failure, OfAHugeClaimCostsNothing) {
   EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 64 * 1024);
 #endif
 }
+
+#endif
 
 }  // namespace

@@ -82,9 +82,11 @@ TEST(Exception, HasATextForEachCause) {
       {502, L"Unknown error"},
       {115, L"Error while removing a file (Unknown error)."},
       {-7, L"Unknown error"},
-      {36, L"File name too long"},
   };
   for (const auto& [cause, text] : rows) EXPECT_EQ(CZipException(cause).ErrorText(), text) << cause;
+#if !defined(_WIN32)  // it numbers and words this otherwise
+  EXPECT_EQ(CZipException(36).ErrorText(), L"File name too long");
+#endif
 
   errno = ENOSPC;
   for (const int cause : {100, 501, 502, 1000}) {
@@ -92,8 +94,10 @@ TEST(Exception, HasATextForEachCause) {
   }
   EXPECT_EQ(CZipException(116).ErrorText(),
             L"Error while renaming a file (No space left on device.).");
+#if defined(EDQUOT)
   errno = EDQUOT;
   EXPECT_EQ(CZipException::FromErrno(L"x").GetCause(), ENOSPC);
+#endif
   errno = ETIMEDOUT;
   EXPECT_EQ(CZipException::FromErrno(L"x").GetCause(), EIO);
 }
