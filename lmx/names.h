@@ -73,7 +73,7 @@ class c_repository {
 
   // Gives a key that is present a new value and appends a pair otherwise. A replaced value is
   // released, or handed to the caller if `displaced` is not null, and *displaced says so.
-  bool add(std::string_view key, T value, T* displaced = nullptr);
+  ZOL_API bool add(std::string_view key, T value, T* displaced = nullptr);
   bool find(std::string_view key, T* value) const {
     if (entries_.empty()) return false;
     const Entry* const entry = find_entry(key);
@@ -83,7 +83,7 @@ class c_repository {
   }
   bool contains(std::string_view key) const { return find_entry(key) != nullptr; }
   // The key of the first pair with that value, or null.
-  const char* find_key(T value) const;
+  ZOL_API const char* find_key(T value) const;
 
   bool empty() const { return entries_.empty(); }
   std::size_t size() const { return entries_.size(); }
@@ -111,16 +111,16 @@ class c_repository {
     }
     return nullptr;
   }
-  const Entry* find_indexed(std::string_view key) const;
-  void build_index();
-  void release_all();
+  ZOL_API const Entry* find_indexed(std::string_view key) const;
+  ZOL_API void build_index();
+  ZOL_API void release_all();
 
   std::vector<Entry> entries_;
   std::unique_ptr<Index, IndexDeleter> index_;
 };
 
-extern template class ZOL_API c_repository<int>;
-extern template class ZOL_API c_repository<const char*>;
+ZOL_INSTANCE(c_repository<int>);
+ZOL_INSTANCE(c_repository<const char*>);
 
 // The registry from namespace URI to id.
 class ZOL_API c_enumerated_namespaces {

@@ -4,18 +4,16 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <iterator>
+#include <string_view>
 
 #include "port/wide_text.h"
 
 #if defined(_WIN32)
-#define NOMINMAX
-#define WIN32_LEAN_AND_MEAN
 #include <fcntl.h>
 #include <io.h>
-#include <share.h>
-#include <sys/stat.h>
-#include <sys/utime.h>
-#include <windows.h>
+
+#include "port/internal/windows_calls.h"
 #else
 #include <fcntl.h>
 #include <sys/file.h>
@@ -53,67 +51,144 @@ std::size_t read_file(std::FILE* file, void* buffer, std::size_t count) {
 
 namespace {
 
+using internal::fail_by_system;
+using internal::system_path;
+
 // The runtime's calls take 32-bit counts.
 constexpr std::size_t k_largest_step = std::size_t{1} << 30;
 
-int share_flag(Share share) {
+constexpr DWORD k_fat_attributes = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN |
+                                   FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_DIRECTORY |
+                                   FILE_ATTRIBUTE_ARCHIVE;
+
+// The file may always be renamed or deleted by others, as elsewhere: whoever has it open keeps it.
+DWORD shared_access(Share share) {
   switch (share) {
     case Share::deny_write:
-      return _SH_DENYWR;
+      return FILE_SHARE_DELETE | FILE_SHARE_READ;
     case Share::deny_read:
-      return _SH_DENYRD;
+      return FILE_SHARE_DELETE | FILE_SHARE_WRITE;
     case Share::deny_none:
       break;
   }
-  return _SH_DENYNO;
+  return FILE_SHARE_DELETE | FILE_SHARE_READ | FILE_SHARE_WRITE;
 }
+
+// Closes what it holds at the end of its scope.
+class SystemHandle {
+ public:
+  explicit SystemHandle(HANDLE handle) : handle_(handle) {}
+  SystemHandle(const SystemHandle&) = delete;
+  SystemHandle& operator=(const SystemHandle&) = delete;
+  ~SystemHandle() {
+    if (handle_ != INVALID_HANDLE_VALUE) CloseHandle(handle_);
+  }
+
+  bool is_open() const { return handle_ != INVALID_HANDLE_VALUE; }
+  operator HANDLE() const { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
+bool is_directory(const std::wstring& system_path) {
+  const DWORD attributes = GetFileAttributesW(system_path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// A descriptor of the runtime, in binary and not inherited; k_no_file if there is none.
+FileHandle open_descriptor(const std::wstring& path, DWORD access, Share share, DWORD disposition,
+                           int flags) {
+  if (!is_usable(path)) return k_no_file;
+  const std::wstring name = system_path(path);
+  const HANDLE file = CreateFileW(name.c_str(), access, shared_access(share), nullptr, disposition,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    fail_by_system();
+    if (errno == EACCES && is_directory(name)) errno = EISDIR;
+    return k_no_file;
+  }
+  const FileHandle handle =
+      _open_osfhandle(reinterpret_cast<std::intptr_t>(file), flags | _O_BINARY | _O_NOINHERIT);
+  if (handle == k_no_file) CloseHandle(file);
+  return handle;
+}
+
+HANDLE system_handle(FileHandle handle) { return reinterpret_cast<HANDLE>(_get_osfhandle(handle)); }
+
+// Hundreds of nanoseconds since 1601, and seconds since 1970.
+constexpr std::int64_t k_ticks = 10'000'000;
+constexpr std::int64_t k_seconds_before_1970 = 11'644'473'600;
 
 }  // namespace
 
+static_assert(sizeof(std::time_t) == sizeof(std::int64_t), "build with a time of 64 bits");
+
 std::FILE* open_file(const std::wstring& path, const char* mode) {
-  if (!is_usable(path)) return nullptr;
-  return _wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
+  const bool updates = std::strchr(mode, '+') != nullptr;
+  const bool reads = mode[0] == 'r';
+  DWORD access = updates ? GENERIC_READ | GENERIC_WRITE : reads ? GENERIC_READ : GENERIC_WRITE;
+  DWORD disposition = reads ? OPEN_EXISTING : mode[0] == 'w' ? CREATE_ALWAYS : OPEN_ALWAYS;
+  if (std::strchr(mode, 'x') != nullptr) disposition = CREATE_NEW;
+  const FileHandle handle =
+      open_descriptor(path, access, Share::deny_none, disposition, mode[0] == 'a' ? _O_APPEND : 0);
+  if (handle == k_no_file) return nullptr;
+  std::FILE* const file = _fdopen(handle, mode);
+  if (file == nullptr) _close(handle);
+  return file;
 }
 
-std::FILE* open_file(const char* path, const char* mode) { return std::fopen(path, mode); }
+std::FILE* open_file(const char* path, const char* mode) {
+  const int size = MultiByteToWideChar(CP_ACP, 0, path, -1, nullptr, 0);
+  if (size == 0) {
+    errno = EINVAL;
+    return nullptr;
+  }
+  std::wstring wide(static_cast<std::size_t>(size), L'\0');
+  MultiByteToWideChar(CP_ACP, 0, path, -1, wide.data(), size);
+  wide.pop_back();  // the terminator
+  return open_file(wide, mode);
+}
 
 bool regular_file_size(std::FILE* file, std::uint64_t* size) {
   return regular_file_size(_fileno(file), size);
 }
 
 bool regular_file_size(FileHandle file, std::uint64_t* size) {
-  struct _stat64 state;
-  if (_fstat64(file, &state) != 0 || (state.st_mode & _S_IFREG) == 0) return false;
-  *size = static_cast<std::uint64_t>(state.st_size);
+  LARGE_INTEGER length = {};
+  const HANDLE handle = system_handle(file);
+  if (GetFileType(handle) != FILE_TYPE_DISK || !GetFileSizeEx(handle, &length)) return false;
+  *size = static_cast<std::uint64_t>(length.QuadPart);
   return true;
 }
 
 bool remove_file(const std::wstring& path) {
-  return is_usable(path) && _wremove(path.c_str()) == 0;
+  return is_usable(path) && (DeleteFileW(system_path(path).c_str()) || fail_by_system());
 }
 
 bool rename_file(const std::wstring& from, const std::wstring& to) {
-  if (!is_usable(from) || !is_usable(to)) return false;
-  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-    return true;
-  }
-  errno = GetLastError() == ERROR_FILE_NOT_FOUND ? ENOENT : EACCES;
-  return false;
+  constexpr DWORD k_flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+  return is_usable(from) && is_usable(to) &&
+         (MoveFileExW(system_path(from).c_str(), system_path(to).c_str(), k_flags) ||
+          fail_by_system());
 }
 
 FileHandle open_handle(const std::wstring& path, const OpenOptions& options) {
-  if (!is_usable(path)) return k_no_file;
-  int flags = _O_BINARY | _O_NOINHERIT;
-  flags |= options.access == Access::read    ? _O_RDONLY
-           : options.access == Access::write ? _O_WRONLY
-                                             : _O_RDWR;
-  if (options.create) flags |= _O_CREAT;
-  if (options.truncate) flags |= _O_TRUNC;
-  if (options.fresh) flags |= _O_EXCL;
-  int handle = k_no_file;
-  const errno_t error =
-      _wsopen_s(&handle, path.c_str(), flags, share_flag(options.share), _S_IREAD | _S_IWRITE);
-  if (error == 0) return handle;
+  const DWORD access = options.access == Access::read    ? GENERIC_READ
+                       : options.access == Access::write ? GENERIC_WRITE
+                                                         : GENERIC_READ | GENERIC_WRITE;
+  const DWORD disposition = !options.create ? OPEN_EXISTING
+                            : options.fresh ? CREATE_NEW
+                                            : OPEN_ALWAYS;
+  const FileHandle handle = open_descriptor(path, access, options.share, disposition,
+                                            options.access == Access::read ? _O_RDONLY : 0);
+  if (handle == k_no_file || !options.truncate) return handle;
+  // A device has no length to lose.
+  if (GetFileType(system_handle(handle)) != FILE_TYPE_DISK || resize_handle(handle, 0)) {
+    return handle;
+  }
+  const int error = errno;
+  _close(handle);
   errno = error;
   return k_no_file;
 }
@@ -159,33 +234,51 @@ bool resize_handle(FileHandle handle, std::int64_t length) {
   return error == 0;
 }
 
-bool sync_handle(FileHandle handle) { return _commit(handle) == 0; }
+bool sync_handle(FileHandle handle) {
+  return FlushFileBuffers(system_handle(handle)) || fail_by_system();
+}
 
 bool get_attributes(const std::wstring& path, std::uint32_t& attributes) {
   if (!is_usable(path)) return false;
-  attributes = GetFileAttributesW(path.c_str());
-  if (attributes != INVALID_FILE_ATTRIBUTES) return true;
-  errno = ENOENT;
-  return false;
+  const DWORD all = GetFileAttributesW(system_path(path).c_str());
+  if (all == INVALID_FILE_ATTRIBUTES) return fail_by_system();
+  attributes = all & k_fat_attributes;
+  return true;
 }
 
 bool set_attributes(const std::wstring& path, std::uint32_t attributes) {
   if (!is_usable(path)) return false;
-  if (SetFileAttributesW(path.c_str(), attributes)) return true;
-  errno = EACCES;
-  return false;
+  const DWORD settable = attributes & k_fat_attributes & ~DWORD{FILE_ATTRIBUTE_DIRECTORY};
+  return SetFileAttributesW(system_path(path).c_str(),
+                            settable != 0 ? settable : FILE_ATTRIBUTE_NORMAL) ||
+         fail_by_system();
 }
 
 bool get_modification_time(const std::wstring& path, std::time_t& time) {
-  struct _stat64 status;
-  if (!is_usable(path) || _wstat64(path.c_str(), &status) != 0) return false;
-  time = status.st_mtime;
+  if (!is_usable(path)) return false;
+  WIN32_FILE_ATTRIBUTE_DATA data = {};
+  if (!GetFileAttributesExW(system_path(path).c_str(), GetFileExInfoStandard, &data)) {
+    return fail_by_system();
+  }
+  const std::int64_t ticks = static_cast<std::int64_t>(data.ftLastWriteTime.dwHighDateTime) << 32 |
+                             data.ftLastWriteTime.dwLowDateTime;
+  time = ticks / k_ticks - k_seconds_before_1970;
   return true;
 }
 
 bool set_modification_time(const std::wstring& path, std::time_t time) {
-  __utimbuf64 times = {time, time};
-  return is_usable(path) && _wutime64(path.c_str(), &times) == 0;
+  if (!is_usable(path)) return false;
+  constexpr std::int64_t k_most_seconds = INT64_MAX / k_ticks - k_seconds_before_1970;
+  if (time < -k_seconds_before_1970 || time > k_most_seconds) {
+    errno = EINVAL;
+    return false;
+  }
+  const SystemHandle file(CreateFileW(system_path(path).c_str(), FILE_WRITE_ATTRIBUTES,
+                                      shared_access(Share::deny_none), nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  const std::int64_t ticks = (time + k_seconds_before_1970) * k_ticks;
+  const FILETIME written = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+  return (file.is_open() && SetFileTime(file, nullptr, nullptr, &written)) || fail_by_system();
 }
 
 bool to_local_time(std::time_t time, std::tm& fields) {
@@ -194,7 +287,9 @@ bool to_local_time(std::time_t time, std::tm& fields) {
 
 std::wstring system_error_text(int error) {
   wchar_t text[256] = {};
-  return _wcserror_s(text, error) == 0 ? std::wstring(text) : std::wstring();
+  if (_wcserror_s(text, std::size(text), error) != 0) return {};
+  const std::wstring_view found = text;
+  return found == L"Unknown error" ? std::wstring() : std::wstring(found);
 }
 
 #else

@@ -1,7 +1,9 @@
 // Files and paths of the operating system, the one place that knows how to reach them.
 //
 // A path is wide text. Off Windows it reaches the file system as UTF-8, whatever the locale of the
-// process is. A path with a null character inside names no file: every function fails with EINVAL.
+// process is. On Windows it may be as long as the file system allows, with the prefix that the
+// system has for long paths or without it. A path with a null character inside names no file: every
+// function fails with EINVAL.
 // Failures leave their number in `errno`.
 #pragma once
 
@@ -17,8 +19,8 @@ namespace zol::port {
 
 ZOL_API std::string utf8_path(const std::wstring& path);
 
-// `std::fopen` on a wide path. A directory can't be opened (EISDIR), not even for reading. The
-// descriptor is not inherited by programs that the process starts.
+// `std::fopen` on a wide path, in binary everywhere. A directory can't be opened (EISDIR), not even
+// for reading. The descriptor is not inherited by programs that the process starts.
 ZOL_API std::FILE* open_file(const std::wstring& path, const char* mode);
 // The same on a path in the encoding of the system's own calls.
 ZOL_API std::FILE* open_file(const char* path, const char* mode);
@@ -43,9 +45,10 @@ constexpr FileHandle k_no_file = -1;
 
 enum class Access { read, write, read_write };
 
-// What others may do while the file is open. Off Windows the first two are advisory locks, which
-// keep apart only those who ask in this way: a reader that denies writing and a writer that denies
-// anything exclude each other, two such readers do not. A file held by another fails with EACCES.
+// What others may do while the file is open, beside renaming and deleting it, which they always
+// may. Off Windows the first two are advisory locks, which keep apart only those who ask in this
+// way: a reader that denies writing and a writer that denies anything exclude each other, two such
+// readers do not. A file held by another fails with EACCES.
 enum class Share { deny_write, deny_read, deny_none };
 
 struct OpenOptions {

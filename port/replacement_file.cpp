@@ -4,7 +4,13 @@
 #include <utility>
 
 #if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+
 #include <random>
+#include <vector>
+
+#include "port/internal/windows_calls.h"
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -34,56 +40,205 @@ constexpr int k_most_attempts = 100;
 
 #if defined(_WIN32)
 
+namespace {
+
+using internal::fail_by_system;
+using internal::system_path;
+
+constexpr DWORD k_share_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD k_kept_attributes =
+    FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
+
+// Whether the file is to go when its last handle is closed, however the process ends.
+bool set_doomed(HANDLE file, bool is_doomed) {
+  FILE_DISPOSITION_INFO info = {};
+  info.DeleteFile = is_doomed;
+  return SetFileInformationByHandle(file, FileDispositionInfo, &info, sizeof info);
+}
+
+}  // namespace
+
 class ReplacementFile::Work {
  public:
-  ~Work() {
-    const int error = errno;
-    if (handle != k_no_file) close_handle(handle);
-    if (!working_path_.empty()) remove_file(working_path_);
-    errno = error;
-  }
+  ~Work();
 
-  // Nothing to look up: the calls themselves refuse what can't be replaced.
-  bool start(const std::wstring& path) {
-    target_ = path;
-    OpenOptions options;
-    options.access = Access::read_write;
-    options.create = true;
-    options.fresh = true;
-    const std::size_t separator = path.find_last_of(L"/\\:");
-    const std::wstring directory =
-        separator == std::wstring::npos ? std::wstring() : path.substr(0, separator + 1);
-    for (int attempt = 0; attempt < k_most_attempts; ++attempt) {
-      working_path_ = directory + unforeseen_name();
-      handle = open_handle(working_path_, options);
-      if (handle != k_no_file) return true;
-      if (errno != EEXIST) break;
-    }
-    working_path_.clear();
-    return false;
-  }
-
-  Outcome commit() {
-    if (!sync_handle(handle)) return Outcome::kept;
-    if (!close_handle(std::exchange(handle, k_no_file))) return Outcome::kept;
-    if (!rename_file(working_path_, target_)) return Outcome::kept;
-    working_path_.clear();
-    return Outcome::replaced;
-  }
+  bool start(const std::wstring& path);
+  Outcome commit();
 
   FileHandle handle = k_no_file;
 
  private:
-  static std::wstring unforeseen_name() {
-    std::random_device chance;
-    std::wstring name = L".zol-";
-    for (int i = 0; i < 16; ++i) name += static_cast<wchar_t>(L'a' + chance() % 26);
-    return name + L".tmp";
-  }
+  bool find_older();
+  bool read_older(HANDLE older);
+  bool follow_links(HANDLE older);
+  bool make_file();
+  HANDLE create(const std::wstring& name);
+  bool replace();
+  Outcome settle();
 
-  std::wstring target_;
-  std::wstring working_path_;  // empty: there is none, or none any more
+  HANDLE system_handle() const { return reinterpret_cast<HANDLE>(_get_osfhandle(handle)); }
+
+  std::wstring target_;  // links followed, as the system takes it
+  bool has_older_ = false;
+  DWORD older_attributes_ = 0;
+  std::vector<char> older_rights_;  // a security descriptor with the access list; may be empty
+  std::wstring working_path_;       // empty: there is none, or none any more
+  std::wstring backup_path_;
+  bool is_doomed_ = false;
 };
+
+ReplacementFile::Work::~Work() {
+  const int error = errno;
+  if (handle != k_no_file) close_handle(handle);
+  if (!working_path_.empty()) DeleteFileW(working_path_.c_str());
+  errno = error;
+}
+
+bool ReplacementFile::Work::start(const std::wstring& path) {
+  if (path.find(L'\0') != std::wstring::npos) {
+    errno = EINVAL;
+    return false;
+  }
+  target_ = system_path(path);
+  return find_older() && make_file();
+}
+
+// Asks for all that replacing will need, so that a file which is protected, or in use by a program
+// that does not let go of it, is refused before anything is written.
+bool ReplacementFile::Work::find_older() {
+  const DWORD attributes = GetFileAttributesW(target_.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) {
+    fail_by_system();
+    return errno == ENOENT;
+  }
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+    errno = EISDIR;
+    return false;
+  }
+  if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+    errno = EACCES;
+    return false;
+  }
+  constexpr DWORD k_needed = FILE_WRITE_DATA | DELETE | READ_CONTROL | FILE_READ_ATTRIBUTES;
+  const HANDLE older = CreateFileW(target_.c_str(), k_needed, k_share_all, nullptr, OPEN_EXISTING,
+                                   FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (older == INVALID_HANDLE_VALUE) return fail_by_system();
+  const bool is_link = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  const bool is_read = read_older(older) && (!is_link || follow_links(older));
+  CloseHandle(older);
+  has_older_ = true;
+  older_attributes_ = attributes & k_kept_attributes;
+  return is_read;
+}
+
+bool ReplacementFile::Work::read_older(HANDLE older) {
+  if (GetFileType(older) != FILE_TYPE_DISK) {
+    errno = EINVAL;
+    return false;
+  }
+  // A file system without access lists says so, or gives none.
+  DWORD size = 0;
+  GetKernelObjectSecurity(older, DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+  older_rights_.resize(size);
+  if (!GetKernelObjectSecurity(older, DACL_SECURITY_INFORMATION, older_rights_.data(), size,
+                               &size)) {
+    older_rights_.clear();
+  }
+  return true;
+}
+
+// The name without the link that it ends in.
+bool ReplacementFile::Work::follow_links(HANDLE older) {
+  std::wstring name(MAX_PATH, L'\0');
+  const auto ask = [&] {
+    return GetFinalPathNameByHandleW(older, name.data(), static_cast<DWORD>(name.size()), 0);
+  };
+  DWORD length = ask();
+  if (length > name.size()) {
+    name.resize(length);
+    length = ask();
+  }
+  if (length == 0 || length > name.size()) return fail_by_system();
+  name.resize(length);
+  target_ = std::move(name);
+  return true;
+}
+
+bool ReplacementFile::Work::make_file() {
+  const std::wstring directory = target_.substr(0, target_.find_last_of(L"/\\:") + 1);
+  for (int attempt = 0; attempt < k_most_attempts; ++attempt) {
+    std::random_device chance;
+    std::wstring name = directory + L".zol-";
+    for (int i = 0; i < 16; ++i) name += static_cast<wchar_t>(L'a' + chance() % 26);
+    const std::wstring working_path = system_path(name + L".tmp");
+    const HANDLE file = create(working_path);
+    if (file == INVALID_HANDLE_VALUE) {
+      if (errno == EEXIST) continue;
+      return false;
+    }
+    working_path_ = working_path;
+    backup_path_ = system_path(name + L".old");
+    handle = _open_osfhandle(reinterpret_cast<std::intptr_t>(file), _O_BINARY | _O_NOINHERIT);
+    if (handle != k_no_file) return true;
+    CloseHandle(file);
+    break;
+  }
+  return false;
+}
+
+// Nobody else can open the file, nor will anybody later who may not open the older one.
+HANDLE ReplacementFile::Work::create(const std::wstring& name) {
+  SECURITY_ATTRIBUTES rights = {sizeof rights, older_rights_.data(), FALSE};
+  const HANDLE file = CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0,
+                                  older_rights_.empty() ? nullptr : &rights, CREATE_NEW,
+                                  FILE_ATTRIBUTE_NORMAL | older_attributes_, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    fail_by_system();
+  } else {
+    is_doomed_ = set_doomed(file, true);  // if not, only the object's end takes the file away
+  }
+  return file;
+}
+
+ReplacementFile::Outcome ReplacementFile::Work::commit() {
+  if (!sync_handle(handle)) return Outcome::kept;
+  if (is_doomed_ && !set_doomed(system_handle(), false)) {
+    fail_by_system();
+    return Outcome::kept;
+  }
+  if (!close_handle(std::exchange(handle, k_no_file)) || !replace()) return Outcome::kept;
+  working_path_.clear();
+  return settle();
+}
+
+bool ReplacementFile::Work::replace() {
+  if (!has_older_) {
+    constexpr DWORD k_flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+    return MoveFileExW(working_path_.c_str(), target_.c_str(), k_flags) || fail_by_system();
+  }
+  // With a name for the older file, for without one some failures would leave nothing of it.
+  if (ReplaceFileW(target_.c_str(), working_path_.c_str(), backup_path_.c_str(), 0, nullptr,
+                   nullptr)) {
+    DeleteFileW(backup_path_.c_str());
+    return true;
+  }
+  const DWORD error = GetLastError();
+  if (error == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2) {
+    MoveFileExW(backup_path_.c_str(), target_.c_str(), MOVEFILE_WRITE_THROUGH);
+  }
+  errno = internal::error_number(error);
+  return false;
+}
+
+// So that the new name survives a loss of power, where the file system can promise that.
+ReplacementFile::Outcome ReplacementFile::Work::settle() {
+  const HANDLE file = CreateFileW(target_.c_str(), GENERIC_WRITE, k_share_all, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  const bool is_durable = file != INVALID_HANDLE_VALUE && FlushFileBuffers(file);
+  if (!is_durable) fail_by_system();
+  if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+  return is_durable ? Outcome::replaced : Outcome::not_durable;
+}
 
 #else
 

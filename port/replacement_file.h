@@ -14,10 +14,11 @@ namespace zol::port {
 // made, nothing here takes memory. Failures leave their number in `errno`.
 class ZOL_API ReplacementFile {
  public:
-  // A symbolic link stays one: the file that it leads to is replaced, or made. The new file gets
-  // the mode, access lists and attributes of the old one, its group and its owner as far as the
-  // process may set them, and never more rights for anybody. An old one that is no plain file
-  // (EINVAL, EISDIR), or may not be written (EACCES), is not replaced.
+  // A symbolic link stays one: the file that it leads to is replaced, or made (not on Windows,
+  // where a link that leads to nothing is ENOENT). The new file gets the mode, access lists and
+  // attributes of the old one, its group and its owner as far as the process may set them, and
+  // never more rights for anybody. An old one that is no plain file (EINVAL, EISDIR), or may not be
+  // written (EACCES), is not replaced.
   explicit ReplacementFile(const std::wstring& path);
   ReplacementFile(const ReplacementFile&) = delete;
   ReplacementFile& operator=(const ReplacementFile&) = delete;

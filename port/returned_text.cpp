@@ -5,7 +5,7 @@
 #include <cstring>
 
 #if defined(_WIN32)
-#include <windows.h>
+#include "port/internal/windows_calls.h"
 
 #include <oleauto.h>
 #else

@@ -4,9 +4,7 @@
 #include <array>
 
 #if defined(_WIN32)
-#define NOMINMAX
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
+#include "port/internal/windows_calls.h"
 #endif
 
 namespace zol::port {
@@ -14,6 +12,7 @@ namespace {
 
 constexpr char32_t k_replacement = 0xFFFD;
 constexpr char32_t k_last_code_point = 0x10FFFF;
+constexpr std::uint32_t k_utf8_page = 65001;
 
 bool is_high_surrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool is_low_surrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
@@ -114,31 +113,36 @@ bool is_utf8(const char* bytes, std::size_t size) {
 #if defined(_WIN32)
 
 namespace {
-UINT system_page(std::uint32_t page) {
-  return page == k_ansi_page ? CP_ACP : page == k_oem_page ? CP_OEMCP : page;
-}
-}  // namespace
 
-std::string to_code_page(const std::wstring& text, std::uint32_t page) {
+std::uint32_t page_number(std::uint32_t page) {
+  return page == k_ansi_page ? GetACP() : page == k_oem_page ? GetOEMCP() : page;
+}
+
+// False for a text that the page does not have.
+bool encode(const std::wstring& text, std::uint32_t page, std::string& out) {
   const int units = static_cast<int>(text.size());
-  if (units == 0) return {};
-  const int size =
-      WideCharToMultiByte(system_page(page), 0, text.data(), units, nullptr, 0, nullptr, nullptr);
-  if (size <= 0) return to_utf8(text);
-  std::string out(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(system_page(page), 0, text.data(), units, out.data(), size, nullptr, nullptr);
-  return out;
+  BOOL is_replaced = FALSE;
+  const auto convert = [&](char* to, int room) {
+    return WideCharToMultiByte(page, WC_NO_BEST_FIT_CHARS, text.data(), units, to, room, nullptr,
+                               &is_replaced);
+  };
+  const int size = convert(nullptr, 0);
+  if (size <= 0 || is_replaced) return text.empty();
+  out.resize(static_cast<std::size_t>(size));
+  convert(out.data(), size);
+  return true;
 }
 
-std::wstring from_code_page(const char* bytes, std::size_t size, std::uint32_t page) {
-  if (size == 0) return {};
+std::wstring decode(const char* bytes, std::size_t size, std::uint32_t page) {
   const int length = static_cast<int>(size);
-  const int units = MultiByteToWideChar(system_page(page), 0, bytes, length, nullptr, 0);
+  const int units = MultiByteToWideChar(page, 0, bytes, length, nullptr, 0);
   if (units <= 0) return from_utf8(bytes, size);
   std::wstring out(static_cast<std::size_t>(units), L'\0');
-  MultiByteToWideChar(system_page(page), 0, bytes, length, out.data(), units);
+  MultiByteToWideChar(page, 0, bytes, length, out.data(), units);
   return out;
 }
+
+}  // namespace
 
 #else
 
@@ -173,13 +177,19 @@ constexpr UpperHalf k_page_1252 = {{
     0x00EC, 0x00ED, 0x00EE, 0x00EF, 0x00F0, 0x00F1, 0x00F2, 0x00F3, 0x00F4, 0x00F5, 0x00F6, 0x00F7,
     0x00F8, 0x00F9, 0x00FA, 0x00FB, 0x00FC, 0x00FD, 0x00FE, 0x00FF,
 }};
-constexpr std::uint32_t k_utf8_page = 65001;
+constexpr std::uint32_t k_western_page = 1252;
+constexpr std::uint32_t k_dos_page = 437;
 
-const UpperHalf& upper_half(std::uint32_t page) {
-  return page == k_ansi_page || page == 1252 ? k_page_1252 : k_page_437;
+std::uint32_t page_number(std::uint32_t page) {
+  return page == k_ansi_page ? k_western_page : page == k_oem_page ? k_dos_page : page;
 }
 
-bool encode(const std::wstring& text, const UpperHalf& upper, std::string& out) {
+const UpperHalf& upper_half(std::uint32_t page) {
+  return page == k_western_page ? k_page_1252 : k_page_437;
+}
+
+bool encode(const std::wstring& text, std::uint32_t page, std::string& out) {
+  const UpperHalf& upper = upper_half(page);
   for (const wchar_t unit : text) {
     const auto value = static_cast<char32_t>(unit);
     if (value < 0x80) {
@@ -193,21 +203,7 @@ bool encode(const std::wstring& text, const UpperHalf& upper, std::string& out) 
   return true;
 }
 
-}  // namespace
-
-std::string to_code_page(const std::wstring& text, std::uint32_t page) {
-  std::string out;
-  if (page != k_utf8_page && encode(text, upper_half(page), out)) {
-    const bool is_ascii = out.size() == text.size() &&
-                          std::all_of(out.begin(), out.end(),
-                                      [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    if (is_ascii || !is_utf8(out.data(), out.size())) return out;
-  }
-  return to_utf8(text);
-}
-
-std::wstring from_code_page(const char* bytes, std::size_t size, std::uint32_t page) {
-  if (page == k_utf8_page || is_utf8(bytes, size)) return from_utf8(bytes, size);
+std::wstring decode(const char* bytes, std::size_t size, std::uint32_t page) {
   const UpperHalf& upper = upper_half(page);
   std::wstring out;
   out.reserve(size);
@@ -218,6 +214,26 @@ std::wstring from_code_page(const char* bytes, std::size_t size, std::uint32_t p
   return out;
 }
 
+}  // namespace
+
 #endif
+
+std::string to_code_page(const std::wstring& text, std::uint32_t page) {
+  const std::uint32_t number = page_number(page);
+  std::string out;
+  if (number != k_utf8_page && encode(text, number, out)) {
+    const bool is_ascii = out.size() == text.size() &&
+                          std::all_of(out.begin(), out.end(),
+                                      [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (is_ascii || !is_utf8(out.data(), out.size())) return out;
+  }
+  return to_utf8(text);
+}
+
+std::wstring from_code_page(const char* bytes, std::size_t size, std::uint32_t page) {
+  const std::uint32_t number = page_number(page);
+  if (number == k_utf8_page || is_utf8(bytes, size)) return from_utf8(bytes, size);
+  return decode(bytes, size, number);
+}
 
 }  // namespace zol::port

@@ -25,11 +25,11 @@ ZOL_API bool is_utf8(const char* bytes, std::size_t size);
 constexpr std::uint32_t k_ansi_page = 0;
 constexpr std::uint32_t k_oem_page = 1;
 
-// Text in a code page. Off Windows page 0 stands for 1252 and page 1 for 437, the pages in which
-// other archive programs read the bytes; text that the page does not have, or whose bytes there
-// would pass for UTF-8, is written as UTF-8. `from_code_page` therefore tries UTF-8 first, and
-// gives back the text that went in. Pages 437, 1252 and 65001 (UTF-8) may be named too; any other
-// one is taken as page 1. On Windows the system's own pages are used.
+// Text in a code page. Text that the page does not have, or whose bytes there would pass for UTF-8,
+// is written as UTF-8; `from_code_page` therefore tries UTF-8 first, and gives back the text that
+// went in. On Windows the pages 0 and 1 are the system's own, and every page that it has may be
+// named. Elsewhere page 0 stands for 1252 and page 1 for 437, in which other archive programs read
+// the bytes; these and 65001 (UTF-8) may be named, and any other one is taken as page 1.
 ZOL_API std::string to_code_page(const std::wstring& text, std::uint32_t page);
 ZOL_API std::wstring from_code_page(const char* bytes, std::size_t size, std::uint32_t page);
 

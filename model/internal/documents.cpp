@@ -99,7 +99,7 @@ elmx_error marshal_document(const Object& self, const Class& type, std::ostream&
 elmx_error marshal_document(const Object& self, const Class& type, const char* file) {
   elmx_error error;
   {
-    std::ofstream stream(file);
+    std::ofstream stream(file, std::ios::binary);
     if (!stream.is_open()) return lmx::elmx_no_file;
     error = marshal_document(self, type, stream);
   }

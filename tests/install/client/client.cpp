@@ -36,6 +36,11 @@ int main() {
     return 2;
   }
   if (!is_caught()) return 3;
+
+  lmx::c_repository<int> numbers;
+  numbers.add("again", again.size_Color());
+  int colours = -1;
+  if (!numbers.find("again", &colours) || numbers.find_key(colours) == nullptr) return 4;
   std::string creator;
   lmx::convert(&creator, again.get_Preamble().get_Header().get_Creator());
   std::printf("read back %s\n", creator.c_str());
