@@ -70,6 +70,9 @@ def emit_class_source(out, info):
         """.replace("$words$;", "$words$"), Class=name, words=wrap_chain(description(info)) + ";")
     if info.shape == "poly":
         out.emit(f"const char* {name}::id = {quoted(name)};")
+    if info.is_document:
+        # A Windows library has a constant only where a source of it asks for that.
+        out.emit(f"constexpr char {name}::k_element_name[];")
     start = [f"become(k_class, {info.none});" if info.alternatives else "become(k_class);"]
     if info.has("root"):
         start.append("SdkStamp().stampRead(*this);")

@@ -38,6 +38,7 @@ constexpr Class Zol::k_class =
         .marked(
             Class::k_required_list | Class::k_wants_content | Class::k_names_namespaces | Class::k_document)
         .about("The root.");
+constexpr char Zol::k_element_name[];
 Zol::Zol() { become(k_class); SdkStamp().stampRead(*this); }
 Zol::Zol(const Zol& other) : Zol() { internal::copy(*this, other, k_class); }
 Zol::Zol(Zol&& other) noexcept { become(k_class); internal::swap(*this, other, k_class); }
@@ -210,6 +211,7 @@ constexpr Class Round::k_class =
         .derived_from(RoundType::k_class).wants(0x8, 0x8, 0x0, 0xe)
         .typed("RoundType", RoundType::id).of(internal::k_family<ShapeType>)
         .marked(Class::k_wants_content | Class::k_names_namespaces | Class::k_document);
+constexpr char Round::k_element_name[];
 Round::Round() { become(k_class); }
 Round::Round(const Round& other) : RoundType(other) { become(k_class); }
 Round::Round(Round&& other) noexcept : RoundType(std::move(other)) { become(k_class); }
@@ -221,6 +223,7 @@ constexpr Class Ring::k_class =
         .derived_from(RingType::k_class).wants(0x18, 0x18, 0x0, 0x3e).nilled_by(5)
         .typed("RingType", RingType::id).of(internal::k_family<ShapeType>)
         .marked(Class::k_wants_content | Class::k_names_namespaces | Class::k_document);
+constexpr char Ring::k_element_name[];
 Ring::Ring() { become(k_class); }
 Ring::Ring(const Ring& other) : Ring() { internal::copy(*this, other, k_class); }
 Ring::Ring(Ring&& other) noexcept { become(k_class); internal::swap(*this, other, k_class); }
