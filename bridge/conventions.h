@@ -33,7 +33,9 @@
 
 #if defined(_WIN32)
 #define ZOL_CALL __stdcall
-#if defined(_WIN64)
+#if !defined(ZOL_BUILDING)
+#define ZOL_VISIBLE __declspec(dllimport)
+#elif defined(_WIN64)
 #define ZOL_VISIBLE __declspec(dllexport)
 #else
 #define ZOL_VISIBLE
@@ -49,8 +51,8 @@
 #define ZOL_EXPORT extern ZOL_VISIBLE
 #endif
 
-/* The functions of zol_helpers.h, which zol.def does not list. */
-#if defined(_WIN32) && !defined(_WIN64)
+/* The functions of zol_helpers.h, which zol.def lists under other names. */
+#if defined(ZOL_BUILDING) && defined(_WIN32) && !defined(_WIN64)
 #define ZOL_HELPER ZOL_EXPORT __declspec(dllexport)
 #else
 #define ZOL_HELPER ZOL_EXPORT

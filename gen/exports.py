@@ -406,6 +406,17 @@ _LINE = re.compile(r"(?P<static>static )?(?:(?P<result>\w+) )?(?P<name>\w+)(?:#(
                    r"\((?P<parameters>[^)]*)\)(?: = (?P<call>.*))?$")
 
 
+def read_helpers(path):
+    """The functions of bridge/zol_helpers.h by their decorated names, without the underscore."""
+    names = []
+    for name, parameters in re.findall(r"^ZOL_HELPER [^;]*?ZOL_CALL (\w+)\(([^)]*)\);",
+                                       pathlib.Path(path).read_text(encoding="ascii"), re.M):
+        listed = [p for p in parameters.split(",") if p.strip() != "void"]
+        wide = [p for p in listed if "*" not in p and re.search(r"\b(double|long long)\b", p)]
+        names.append(f"{name}@{4 * (len(listed) + len(wide))}")
+    return names
+
+
 def read_api(path):
     """The declarations of bridge/values.api, whose head tells how to read it."""
     api, current, path = Api(), None, pathlib.Path(path)

@@ -26,6 +26,7 @@ class Model:
         self.schema = schema
         self.namespace = namespace
         self.api = None  # what the flat interface has beside the schema: exports.read_api
+        self.helpers = []  # and what was written by hand: exports.read_helpers
         self.enums = schema.enums
         self.classes = {name: ClassInfo(self, c) for name, c in schema.classes.items()}
         _check(self)

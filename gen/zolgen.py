@@ -4,7 +4,8 @@
     zolgen.py model --schema DIR --out DIR                 the C++ of the document model
     zolgen.py xsd --schema DIR --out DIR --namespace URI   the XML Schema of documents
     zolgen.py reference --schema DIR --out DIR             reference pages in Markdown
-    zolgen.py bridge --schema DIR --api FILE --out DIR     the flat exports and their names
+    zolgen.py bridge --schema DIR --api FILE --helpers FILE --out DIR
+                                                           the flat exports and their names
     zolgen.py bridge-smoke --schema DIR --api FILE --out DIR   a test that calls them all
     zolgen.py bridge-calls --schema DIR --api FILE --out DIR   a table of them for the fuzzer
     zolgen.py managed --schema DIR --api FILE --out DIR    the C# classes over them
@@ -56,6 +57,7 @@ def main():
     parser.add_argument("output", choices=sorted(EMITTERS))
     parser.add_argument("--schema", required=True, help="directory of the *.rows files")
     parser.add_argument("--api", help="what the flat interface has beside the schema")
+    parser.add_argument("--helpers", help="the header of what it has that was written by hand")
     parser.add_argument("--out", help="directory to write to")
     parser.add_argument("--namespace", help="URI of the format's namespace")
     parser.add_argument("--list", action="store_true", help="print the names of the files only")
@@ -67,6 +69,8 @@ def main():
             parser.error("the flat interface needs --api")
         if options.api is not None:
             model.api = exports.read_api(options.api)
+        if options.helpers is not None:
+            model.helpers = exports.read_helpers(options.helpers)
         files = EMITTERS[options.output](model)
     except schema.SchemaError as error:
         sys.exit(f"zolgen: {error}")
