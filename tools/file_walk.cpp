@@ -9,6 +9,7 @@
 #include <system_error>
 #include <utility>
 
+#include "port/files.h"
 #include "tools/text.h"
 
 namespace {
@@ -90,8 +91,8 @@ bool is_stream(const std::string& path) {
 }
 
 bool read_named_file(const std::string& path, std::string* bytes) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
-                                                             std::fclose);
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+      zol::port::open_file(native(path).c_str(), "rb"), std::fclose);
   if (file == nullptr) return false;
   char block[1 << 16];
   errno = 0;

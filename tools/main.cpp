@@ -1,7 +1,9 @@
 // zol: checks, shows and converts colour-data documents.
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <CLI/App.hpp>
@@ -21,7 +23,7 @@ std::string usage_fault(const CLI::App* app, const CLI::Error& error) {
          "\nTry 'zol --help'.\n";
 }
 
-ExitStatus run(int argc, char** argv) {
+ExitStatus run(std::vector<std::string> arguments) {
   CLI::App app("Checks, shows and converts colour-data documents, .zol and .zolz.", "zol");
   app.set_version_flag("--version", std::string("zol ") + ZOL_VERSION);
   app.require_subcommand(1);
@@ -44,7 +46,8 @@ ExitStatus run(int argc, char** argv) {
   add_compare(app, &status);
 #endif
   try {
-    app.parse(argc, argv);
+    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them off
+    app.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     status = app.exit(error) == 0 ? ExitStatus::ok : ExitStatus::trouble;
   }
@@ -53,12 +56,10 @@ ExitStatus run(int argc, char** argv) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  use_binary_streams();
-  clean_up_on_signals();
+int run_command(std::vector<std::string> arguments) {
   ExitStatus status = ExitStatus::trouble;
   try {
-    status = run(argc, argv);
+    status = run(std::move(arguments));
   } catch (const std::bad_alloc&) {
     complain("memory", "not enough of it");
   } catch (const std::exception& error) {

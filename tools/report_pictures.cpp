@@ -663,12 +663,12 @@ std::string limit_tick(double share, double value, std::string_view type) {
 std::string limits_picture(std::string_view words, double value, const colorimetry::Limits& given,
                            const std::optional<double>& warning_level, Status status) {
   // What is infinite has no place on a scale.
-  const auto finite = [](const std::optional<double>& limit) {
-    return limit && std::isfinite(*limit) ? limit : std::nullopt;
-  };
   if (!std::isfinite(value)) return "";
-  const colorimetry::Limits limits{finite(given.low), finite(given.high)};
-  const std::optional<double> warning = finite(warning_level);
+  colorimetry::Limits limits = given;
+  std::optional<double> warning = warning_level;
+  for (std::optional<double>* limit : {&limits.low, &limits.high, &warning}) {
+    if (!std::isfinite(limit->value_or(0))) limit->reset();
+  }
   double low = std::min(0.0, limits.low.value_or(0)), high = std::max(0.0, limits.high.value_or(0));
   if (warning) high = std::max(high, *warning);
   const double reach = high > low ? high - low : std::max(std::abs(value), 1.0);

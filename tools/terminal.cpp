@@ -1,6 +1,8 @@
 #include "tools/terminal.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 std::string environment(const char* name) {
   const char* const value = std::getenv(name);
@@ -10,25 +12,48 @@ std::string environment(const char* name) {
 #if defined(_WIN32)
 #include <fcntl.h>
 #include <io.h>
+#include <windows.h>
+
+#include "port/wide_text.h"
+
+namespace {
+
+// A console shows UTF-8 as long as this lives. It belongs to others as well, so that it gets back
+// what it had.
+class Utf8Console {
+ public:
+  Utf8Console() { SetConsoleOutputCP(CP_UTF8); }
+  Utf8Console(const Utf8Console&) = delete;
+  Utf8Console& operator=(const Utf8Console&) = delete;
+  ~Utf8Console() { SetConsoleOutputCP(before_); }
+
+ private:
+  const UINT before_ = GetConsoleOutputCP();
+};
+
+}  // namespace
 
 // An older console would print the codes.
 bool wants_colors(std::FILE*) { return false; }
 
 bool is_terminal(std::FILE* stream) { return _isatty(_fileno(stream)) != 0; }
 
-void use_binary_streams() {
+// There are no signals, and a working file goes with the process in any case.
+void leave_signals_to_others() {}
+
+// The bytes of standard input and output stay as they are. A console ends a line at a line feed,
+// and reads are content with both ends.
+int wmain(int count, wchar_t** arguments) {
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
+  const Utf8Console console;
+  std::vector<std::string> list;
+  for (int i = 1; i < count; ++i) list.push_back(zol::port::to_utf8(arguments[i]));
+  return run_command(std::move(list));
 }
-
-// There are no such signals here.
-void clean_up_on_signals() {}
-void leave_signals_to_others() {}
 #else
 #include <signal.h>
 #include <unistd.h>
-
-#include <string_view>
 
 #include "facade/files.h"
 
@@ -39,19 +64,7 @@ extern "C" void end_by_signal(int signal) {
   ::raise(signal);  // which has its default action again
 }
 
-}  // namespace
-
-bool is_terminal(std::FILE* stream) { return isatty(fileno(stream)) != 0; }
-
-bool wants_colors(std::FILE* stream) {
-  const char* const unwanted = std::getenv("NO_COLOR");
-  const char* const terminal = std::getenv("TERM");
-  return is_terminal(stream) && (unwanted == nullptr || *unwanted == '\0') && terminal != nullptr &&
-         std::string_view(terminal) != "dumb";
-}
-
-void use_binary_streams() {}
-
+// A signal that ends the process takes the working files of an unfinished save with it.
 void clean_up_on_signals() {
   for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
     struct sigaction before = {};
@@ -65,9 +78,24 @@ void clean_up_on_signals() {
   }
 }
 
+}  // namespace
+
+bool is_terminal(std::FILE* stream) { return isatty(fileno(stream)) != 0; }
+
+bool wants_colors(std::FILE* stream) {
+  const std::string terminal = environment("TERM");
+  return is_terminal(stream) && environment("NO_COLOR").empty() && !terminal.empty() &&
+         terminal != "dumb";
+}
+
 void leave_signals_to_others() {
   sigset_t all;
   ::sigfillset(&all);
   ::pthread_sigmask(SIG_BLOCK, &all, nullptr);
+}
+
+int main(int count, char** arguments) {
+  clean_up_on_signals();
+  return run_command({arguments + std::min(count, 1), arguments + count});
 }
 #endif

@@ -1,5 +1,6 @@
 // Verdicts as a log of the Static Analysis Results Interchange Format, SARIF 2.1.0, an OASIS
 // standard of 2020.
+#include <algorithm>
 #include <map>
 #include <string>
 #include <string_view>
@@ -15,12 +16,22 @@ namespace {
 using zol_v2::Fault;
 using zol_v2::SourcePlace;
 
-// The path as a reference of RFC 3986, byte by byte.
-std::string uri_of(std::string_view path) {
+// The path as a reference of RFC 3986, byte by byte, and on Windows as RFC 8089, appendix E, spells
+// drives and servers.
+std::string uri_of(std::string path) {
   constexpr std::string_view k_plain =
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~/";
   constexpr char k_hex[] = "0123456789ABCDEF";
-  std::string uri = path.substr(0, 1) == "/" ? "file://" : "";
+  std::string uri = path.compare(0, 1, "/") == 0 ? "file://" : "";
+#if defined(_WIN32)
+  std::replace(path.begin(), path.end(), '\\', '/');
+  if (path.compare(0, 2, "//") == 0) {
+    uri = "file:";
+  } else if (path.size() > 1 && path[1] == ':') {
+    uri = "file:///" + path.substr(0, 2);
+    path.erase(0, 2);
+  }
+#endif
   for (const char c : path) {
     const auto byte = static_cast<unsigned char>(c);
     if (k_plain.find(c) != std::string_view::npos) {
