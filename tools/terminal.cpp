@@ -12,6 +12,9 @@ std::string environment(const char* name) {
 #if defined(_WIN32)
 #include <fcntl.h>
 #include <io.h>
+#if !defined(NOMINMAX)
+#define NOMINMAX
+#endif
 #include <windows.h>
 
 #include "port/wide_text.h"

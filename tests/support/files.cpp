@@ -14,7 +14,8 @@
 
 #if defined(_WIN32)
 #include <sys/utime.h>
-#include <windows.h>
+
+#include "port/internal/windows_calls.h"
 #else
 #include <fcntl.h>
 #include <spawn.h>
