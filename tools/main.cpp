@@ -25,6 +25,7 @@ std::string usage_fault(const CLI::App* app, const CLI::Error& error) {
 
 ExitStatus run(std::vector<std::string> arguments) {
   CLI::App app("Checks, shows and converts colour-data documents, .zol and .zolz.", "zol");
+  app.allow_windows_style_options(false);  // "/a.zol" is a path everywhere
   app.set_version_flag("--version", std::string("zol ") + ZOL_VERSION);
   app.require_subcommand(1);
   app.failure_message(usage_fault);
