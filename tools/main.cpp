@@ -35,6 +35,8 @@ ExitStatus run(int argc, char** argv) {
   add_info(app, &status);
   add_convert(app, &status);
   add_list(app, &status);
+  add_get(app, &status);
+  add_explain(app, &status);
 #if defined(ZOL_WITH_REPORT)
   add_report(app, &status);
 #endif
