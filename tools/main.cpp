@@ -37,6 +37,7 @@ ExitStatus run(int argc, char** argv) {
   add_list(app, &status);
   add_get(app, &status);
   add_set(app, &status);
+  add_diff(app, &status);
   add_explain(app, &status);
 #if defined(ZOL_WITH_REPORT)
   add_report(app, &status);

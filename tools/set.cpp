@@ -103,8 +103,7 @@ void add_set(CLI::App& app, ExitStatus* status) {
   command->add_option("PATH=VALUE", options->changes,
                       "Such as Zol/Color[3]/ColorSpaceCIELab/L=53.2");
   command->add_option("--delete", options->deletions, "Take away what stands at PATH")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->allow_extra_args(false)
       ->option_text("PATH");
   command
       ->add_option("-o,--output", options->output,
