@@ -38,6 +38,10 @@ ExitStatus run(int argc, char** argv) {
   add_get(app, &status);
   add_set(app, &status);
   add_diff(app, &status);
+  add_merge(app, &status);
+#if defined(ZOL_WITH_GREP)
+  add_grep(app, &status);
+#endif
   add_explain(app, &status);
 #if defined(ZOL_WITH_REPORT)
   add_report(app, &status);
