@@ -14,9 +14,9 @@ struct Node {
   std::size_t before;
 };
 
-// The longest chain that ascends on both sides. The chain of each length ends as early in the second
-// list as it can, so that the next pair extends the longest that ends before it (J. W. Hunt and
-// T. G. Szymanski, A fast algorithm for computing longest common subsequences, CACM 20, 1977).
+// The longest chain that ascends on both sides. The chain of each length ends as early in the
+// second list as it can, so that the next pair extends the longest that ends before it (J. W. Hunt
+// and T. G. Szymanski, A fast algorithm for computing longest common subsequences, CACM 20, 1977).
 class Chains {
  public:
   // Pairs come by ascending first index, and those of one first index by descending second one.

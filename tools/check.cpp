@@ -368,8 +368,8 @@ Checked check(const std::string& file, const Options& options) {
   if (options.json) {
     checked.json = json_of(file, *document, evaluation);
   } else {
-    checked.text = options.csv ? csv_of(file, *document, evaluation)
-                               : text_of(file, *document, evaluation);
+    checked.text =
+        options.csv ? csv_of(file, *document, evaluation) : text_of(file, *document, evaluation);
   }
   if (options.fill) {
     checked.document = std::move(document);

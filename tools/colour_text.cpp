@@ -47,10 +47,10 @@ std::string formula_with_factors(Formula formula, const Factors& factors) {
 
 const std::map<std::string, Formula>& difference_formulas() {
   static const std::map<std::string, Formula> formulas = {
-    {"76", Formula::de76},   {"94", Formula::de94},     {"2000", Formula::de2000},
-    {"cmc", Formula::cmc},   {"din99", Formula::din99}, {"hunter", Formula::hunter_de},
-    {"fmc2", Formula::fmc2},
-};
+      {"76", Formula::de76},   {"94", Formula::de94},     {"2000", Formula::de2000},
+      {"cmc", Formula::cmc},   {"din99", Formula::din99}, {"hunter", Formula::hunter_de},
+      {"fmc2", Formula::fmc2},
+  };
   return formulas;
 }
 

@@ -229,13 +229,12 @@ Told compare_files(const Pair& pair, const Options& options) {
     told.json["trouble"] = told.verdicts.front().report.message;
     return told;
   }
-  const std::vector<Difference> found =
-      differences(first, second, [&](const std::string& path) {
-        for (const PathGlob& glob : options.globs) {
-          if (glob.matches(path)) return true;
-        }
-        return false;
-      });
+  const std::vector<Difference> found = differences(first, second, [&](const std::string& path) {
+    for (const PathGlob& glob : options.globs) {
+      if (glob.matches(path)) return true;
+    }
+    return false;
+  });
   if (!found.empty()) told.status = ExitStatus::fault;
   told.json["same"] = found.empty();
   if (options.json) {

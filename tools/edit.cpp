@@ -175,8 +175,8 @@ std::string erase(const Deletion& deletion) {
   if (!item.row) return "The document itself can't be deleted";
   // Whatever a tree holds may be changed by whoever may change its root.
   const Ref parent(const_cast<zol_v2::reflection::Object&>(item.parent.object()));
-  const bool is_gone = item.way.is_list() ? parent.remove(item.way, item.entry)
-                                          : parent.unset(item.way);
+  const bool is_gone =
+      item.way.is_list() ? parent.remove(item.way, item.entry) : parent.unset(item.way);
   if (is_gone) return "";
   return std::string(item.way.is_transparent() ? "It" : item.row.name()) + " is required in " +
          std::string(item.parent.type().name());
@@ -184,9 +184,7 @@ std::string erase(const Deletion& deletion) {
 
 // Deeper ones first, and the last of a list before those that would take its number.
 void erase_all(std::vector<Deletion> deletions, std::vector<std::string>* faults) {
-  const auto key = [](const Deletion& d) {
-    return std::make_pair(d.depth, d.item.entry);
-  };
+  const auto key = [](const Deletion& d) { return std::make_pair(d.depth, d.item.entry); };
   std::stable_sort(deletions.begin(), deletions.end(),
                    [&](const Deletion& a, const Deletion& b) { return key(b) < key(a); });
   const auto is_same = [](const Deletion& a, const Deletion& b) {

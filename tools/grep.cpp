@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
+#include <re2/re2.h>
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
-#include <re2/re2.h>
 
 #include "model/Zol.h"
 #include "tools/batch.h"
@@ -39,8 +39,8 @@ struct Options : BatchOptions {
 
   // Journals of other searches are none of this one.
   std::string task() const {
-    std::string task = "grep " + pattern + (ignore_case ? " -i" : "") + (list ? " -l" : "") +
-                       (count ? " -c" : "");
+    std::string task =
+        "grep " + pattern + (ignore_case ? " -i" : "") + (list ? " -l" : "") + (count ? " -c" : "");
     for (const std::string& path : paths) task += " --path " + path;
     for (const std::string& condition : conditions) task += " --where " + condition;
     return task;
@@ -63,9 +63,8 @@ class Search {
   }
 
   bool finds(const std::string& path, const Item& item, std::string* text) const {
-    if (!paths_.empty() && std::none_of(paths_.begin(), paths_.end(), [&](const PathGlob& glob) {
-          return glob.matches(path);
-        })) {
+    if (!paths_.empty() && std::none_of(paths_.begin(), paths_.end(),
+                                        [&](const PathGlob& glob) { return glob.matches(path); })) {
       return false;
     }
     if (!conditions_.empty() && !holds(path, item)) return false;
@@ -120,19 +119,19 @@ Hits search_in(const std::string& file, const Options& options, const Search& se
   const std::string name = one_line(file);
   std::size_t count = 0;
   std::string text;
-  for_each_value(item_of(document), std::string(document.k_class.name),
-                 [&](const std::string& path, const Item& item) {
-                   if (!search.finds(path, item, &text)) return true;
-                   ++count;
-                   if (options.list) return false;
-                   if (options.json && !options.count) {
-                     hits.entries.push_back(
-                         {{"file", file}, {"path", path}, {"value", json_of(item)}});
-                   } else if (!options.count) {
-                     hits.text += name + ':' + path + ": " + one_line(text) + '\n';
-                   }
-                   return true;
-                 });
+  for_each_value(
+      item_of(document), std::string(document.k_class.name),
+      [&](const std::string& path, const Item& item) {
+        if (!search.finds(path, item, &text)) return true;
+        ++count;
+        if (options.list) return false;
+        if (options.json && !options.count) {
+          hits.entries.push_back({{"file", file}, {"path", path}, {"value", json_of(item)}});
+        } else if (!options.count) {
+          hits.text += name + ':' + path + ": " + one_line(text) + '\n';
+        }
+        return true;
+      });
   if (count != 0) hits.status = ExitStatus::ok;
   if (options.json && (options.count || (options.list && count != 0))) {
     hits.entries.push_back({{"file", file}});
@@ -197,8 +196,8 @@ void add_grep(CLI::App& app, ExitStatus* status) {
       command->add_flag("-l,--list", options->list, "Print the names of the files alone");
   command->add_flag("-c,--count", options->count, "Print the number of values for each file")
       ->excludes(list);
-  CLI::Option* const json =
-      command->add_flag("--json", options->json, "Print a JSON array with an object for each value");
+  CLI::Option* const json = command->add_flag("--json", options->json,
+                                              "Print a JSON array with an object for each value");
   add_resume(*command, options.get())->excludes(json);
   command->footer(
       "Values are printed as FILE:PATH: VALUE.\n"

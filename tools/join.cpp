@@ -40,8 +40,8 @@ std::string text_in(ConstRef object, Row row) {
 // has no name.
 bool is_reference(ConstRef object) {
   if (object.is_nil()) return true;
-  const bool is_word = object.as<zol_v2::Tag>() != nullptr ||
-                       object.as<zol_v2::TagCategory>() != nullptr;
+  const bool is_word =
+      object.as<zol_v2::Tag>() != nullptr || object.as<zol_v2::TagCategory>() != nullptr;
   return is_word && text_in(object, name_row(object.type())).empty();
 }
 

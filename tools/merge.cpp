@@ -49,9 +49,8 @@ void tell(const Options& options, const std::string& line) {
 void tell(const Options& options, const Joiner& joiner) {
   for (const std::string& note : joiner.notes()) tell(options, note + '\n');
   const Joiner::Counts& counts = joiner.counts();
-  std::string line = one_line(options.output) + ": " +
-                     counted(counts.taken, "entry", "entries") + " of " +
-                     counted(joiner.documents(), "document", "documents");
+  std::string line = one_line(options.output) + ": " + counted(counts.taken, "entry", "entries") +
+                     " of " + counted(joiner.documents(), "document", "documents");
   if (counts.known != 0) line += ", " + std::to_string(counts.known) + " were there already";
   if (counts.left_out != 0) line += ", " + std::to_string(counts.left_out) + " left out";
   if (counts.renamed != 0) line += ", " + std::to_string(counts.renamed) + " renamed";

@@ -23,9 +23,9 @@ std::vector<std::string_view> split(std::string_view path) {
   return steps;
 }
 
-// Matches a sequence with wild places: is_wild(p) says whether the p-th of the pattern stands for any
-// number of things, is_match(p, t) whether it stands for one. To go back to the last wild place is
-// enough, since whatever an earlier one could take the last one can take, too.
+// Matches a sequence with wild places: is_wild(p) says whether the p-th of the pattern stands for
+// any number of things, is_match(p, t) whether it stands for one. To go back to the last wild place
+// is enough, since whatever an earlier one could take the last one can take, too.
 template <class IsWild, class IsMatch>
 bool matches_sequence(std::size_t pattern_size, std::size_t text_size, const IsWild& is_wild,
                       const IsMatch& is_match) {
@@ -57,7 +57,8 @@ bool matches_step(std::string_view pattern, std::string_view step) {
 }
 
 std::vector<std::string> all_names() {
-  std::vector<std::string> names{std::string(zol_v2::reflection::Type(zol_v2::Zol::k_class).name())};
+  std::vector<std::string> names{
+      std::string(zol_v2::reflection::Type(zol_v2::Zol::k_class).name())};
   for (const zol_v2::reflection::Type type : zol_v2::reflection::all_types()) {
     for (std::string& step : steps_below(type)) names.push_back(std::move(step));
   }

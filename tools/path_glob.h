@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-// Steps by slashes: "*" stands for any letters of a name, "?" for one, and a step "**" for any steps.
-// A step without a number means all of its name. Unless it begins with the root or a slash, a
-// pattern may begin anywhere in a path; it always goes to the end.
+// Steps by slashes: "*" stands for any letters of a name, "?" for one, and a step "**" for any
+// steps. A step without a number means all of its name. Unless it begins with the root or a slash,
+// a pattern may begin anywhere in a path; it always goes to the end.
 class PathGlob {
  public:
   explicit PathGlob(std::string_view pattern);

@@ -65,11 +65,11 @@ void read_keys(Entry* entry) {
   for (const Row row : object.type().rows()) {
     if (row.is_list() || !row.is_simple() || !object.has(row)) continue;
     const bool is_text = row.kind() == Kind::text;
-    const Key key = row.name() == k_unique_id                   ? k_id
+    const Key key = row.name() == k_unique_id                    ? k_id
                     : is_text && ends_with(row.name(), "Number") ? k_number
-                    : is_name_row(row)                          ? k_name
-                    : row.is_attribute() && row.unit() == "nm"  ? k_wavelength
-                                                                : k_keys;
+                    : is_name_row(row)                           ? k_name
+                    : row.is_attribute() && row.unit() == "nm"   ? k_wavelength
+                                                                 : k_keys;
     if (key != k_keys && entry->keys[key].empty()) {
       entry->keys[key] = exact_text(object.value(row));
     }
@@ -88,27 +88,33 @@ std::string content_of(const Item& item) {
 
 using Entries = std::vector<Entry>;
 
-void match_by_key(Entries& a, Entries& b, std::vector<IndexPair>* pairs) {
+// What bears a key that no other one bears goes together; with `takes_several`, also the first of
+// several with the first.
+void match_by_key(Entries& a, Entries& b, bool takes_several, std::vector<IndexPair>* pairs) {
   for (unsigned char key = 0; key < k_keys; ++key) {
-    std::unordered_map<std::string, std::vector<std::size_t>> waiting;
-    const auto name_of = [key](const Entry& entry) {
-      return std::string(entry.side.item.name()) + '\n' + entry.keys[key];
+    struct Bearers {
+      std::vector<std::size_t> a, b;
     };
-    // Backwards, so that the first one is at the end of its list.
-    for (std::size_t j = b.size(); j-- > 0;) {
-      if (!b[j].is_taken && !b[j].keys[key].empty()) waiting[name_of(b[j])].push_back(j);
-    }
-    if (waiting.empty()) continue;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-      if (a[i].is_taken || a[i].keys[key].empty()) continue;
-      const auto found = waiting.find(name_of(a[i]));
-      if (found == waiting.end() || found->second.empty()) continue;
-      const std::size_t j = found->second.back();
-      // An id says more than any name.
-      if (key != k_id && !a[i].keys[k_id].empty() && !b[j].keys[k_id].empty()) continue;
-      found->second.pop_back();
-      a[i].is_taken = b[j].is_taken = true;
-      pairs->emplace_back(i, j);
+    std::unordered_map<std::string, Bearers> bearers;
+    const auto note = [&](const Entries& entries, std::vector<std::size_t> Bearers::*side) {
+      for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (entries[i].is_taken || entries[i].keys[key].empty()) continue;
+        const std::string name(entries[i].side.item.name());
+        (bearers[name + '\n' + entries[i].keys[key]].*side).push_back(i);
+      }
+    };
+    note(a, &Bearers::a);
+    note(b, &Bearers::b);
+    for (const auto& [name, found] : bearers) {
+      if (!takes_several && (found.a.size() > 1 || found.b.size() > 1)) continue;
+      for (std::size_t k = 0; k < std::min(found.a.size(), found.b.size()); ++k) {
+        Entry& x = a[found.a[k]];
+        Entry& y = b[found.b[k]];
+        // An id says more than any name.
+        if (key != k_id && !x.keys[k_id].empty() && !y.keys[k_id].empty()) continue;
+        x.is_taken = y.is_taken = true;
+        pairs->emplace_back(found.a[k], found.b[k]);
+      }
     }
   }
 }
@@ -169,7 +175,6 @@ void match_by_place(Entries& a, Entries& b, std::vector<IndexPair>* pairs) {
     i = next.first + 1;
     j = next.second + 1;
   }
-  std::sort(pairs->begin(), pairs->end());
 }
 
 class Comparer {
@@ -260,9 +265,11 @@ class Comparer {
     trim(b);
     if (a.empty() && b.empty()) return;
     std::vector<IndexPair> pairs;
-    match_by_key(a, b, &pairs);
+    match_by_key(a, b, false, &pairs);
     match_by_content(a, b, &pairs);
     match_by_place(a, b, &pairs);
+    match_by_key(a, b, true, &pairs);
+    std::sort(pairs.begin(), pairs.end());
     tell(a, b, pairs);
   }
 
@@ -336,8 +343,8 @@ bool is_same(ConstRef a, ConstRef b) {
   return x.is_at_end() && y.is_at_end();
 }
 
-std::vector<Difference> differences(
-    ConstRef a, ConstRef b, const std::function<bool(const std::string&)>& is_ignored) {
+std::vector<Difference> differences(ConstRef a, ConstRef b,
+                                    const std::function<bool(const std::string&)>& is_ignored) {
   Comparer comparer(is_ignored);
   const std::string path(a.type().name());
   comparer.compare({path, item_of(a)}, {path, item_of(b)});

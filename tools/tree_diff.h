@@ -44,7 +44,7 @@ struct Difference {
 bool is_same(zol_v2::reflection::ConstRef a, zol_v2::reflection::ConstRef b);
 
 // In the order of a; what b has alone stands where it would be. Entries of lists go together by
-// their unique ids, then by numbers, names and wavelengths, then by what is in them. What is_ignored
-// says of a path is passed over.
+// their unique ids, then by numbers, names and wavelengths, then by what is in them. What
+// is_ignored says of a path is passed over.
 std::vector<Difference> differences(zol_v2::reflection::ConstRef a, zol_v2::reflection::ConstRef b,
                                     const std::function<bool(const std::string& path)>& is_ignored);
