@@ -15,6 +15,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
+fs::path native_path(const std::string& path) {
+#if defined(_WIN32)
+  return fs::path(wide_path(path));
+#else
+  return fs::path(path);
+#endif
+}
+
 std::string spelled(const fs::path& path) {
 #if defined(_WIN32)
   return utf8(path.wstring());
@@ -101,14 +109,6 @@ bool FileWalk::enter(const std::string& path) {
   return true;
 }
 
-fs::path native_path(const std::string& path) {
-#if defined(_WIN32)
-  return fs::path(wide_path(path));
-#else
-  return fs::path(path);
-#endif
-}
-
 std::string absolute_path(const std::string& path) {
   std::error_code error;
   const fs::path result = fs::absolute(native_path(path), error);
@@ -124,6 +124,18 @@ bool is_stream(const std::string& path) {
   std::error_code error;
   const fs::file_status status = fs::status(native_path(path), error);
   return fs::is_fifo(status) || fs::is_character_file(status) || fs::is_socket(status);
+}
+
+FileStamp stamp_of(const std::string& path) {
+  FileStamp stamp;
+  std::error_code error;
+  const fs::path native = native_path(path);
+  if (!fs::is_regular_file(native, error)) return stamp;
+  stamp.size = fs::file_size(native, error);
+  if (error) return stamp;
+  stamp.time = fs::last_write_time(native, error).time_since_epoch().count();
+  stamp.is_known = !error;
+  return stamp;
 }
 
 bool read_named_file(const std::string& path, std::string* bytes) {

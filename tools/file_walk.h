@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,12 +37,23 @@ class FileWalk {
   bool is_recursive_;
 };
 
-std::filesystem::path native_path(const std::string& path);
 // Wherever the command was started.
 std::string absolute_path(const std::string& path);
 bool is_folder(const std::string& path);
 // A pipe, a device, a socket: what can be read once.
 bool is_stream(const std::string& path);
+
+// By which a change of a file is noticed.
+struct FileStamp {
+  std::uint64_t size = 0;
+  std::int64_t time = 0;  // of the last change, as fine as the system counts
+  bool is_known = false;  // not of a pipe, a folder, or what is not there
+
+  bool operator==(const FileStamp& other) const {
+    return is_known && other.is_known && size == other.size && time == other.time;
+  }
+};
+FileStamp stamp_of(const std::string& path);
 
 // A file by a name in whatever bytes; false with the reason in `errno`.
 bool read_named_file(const std::string& path, std::string* bytes);

@@ -4,18 +4,15 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
-#include <filesystem>
 #include <functional>
 #include <system_error>
 #include <tuple>
 
-#include "tools/file_walk.h"
 #include "tools/output.h"
 #include "tools/text.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 namespace port = zol::port;
 
 constexpr std::string_view k_title = "zol journal 1: ";
@@ -67,18 +64,6 @@ bool parse(std::string_view text, Line* line) {
 }
 
 }  // namespace
-
-FileStamp stamp_of(const std::string& path) {
-  FileStamp stamp;
-  std::error_code error;
-  const fs::path native = native_path(path);
-  if (!fs::is_regular_file(native, error)) return stamp;
-  stamp.size = fs::file_size(native, error);
-  if (error) return stamp;
-  stamp.time = fs::last_write_time(native, error).time_since_epoch().count();
-  stamp.is_known = !error;
-  return stamp;
-}
 
 Journal::~Journal() {
   if (is_open()) port::close_handle(file_);

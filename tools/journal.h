@@ -11,18 +11,7 @@
 
 #include "port/files.h"
 #include "tools/exit_status.h"
-
-// By which a change of a file is noticed.
-struct FileStamp {
-  std::uint64_t size = 0;
-  std::int64_t time = 0;  // of the last change, as fine as the system counts
-  bool is_known = false;  // not of a pipe, a folder, or what is not there
-
-  bool operator==(const FileStamp& other) const {
-    return is_known && other.is_known && size == other.size && time == other.time;
-  }
-};
-FileStamp stamp_of(const std::string& path);
+#include "tools/file_walk.h"
 
 // A text file: a line that names the task, and a line for each document that is done, which is
 // written at once. So a process that is killed loses no more than the line it was writing, and that
