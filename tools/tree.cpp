@@ -1,6 +1,8 @@
 #include "tools/tree.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cmath>
 
 #include "tools/text.h"
 
@@ -31,14 +33,12 @@ std::string exact_date(const lmx::c_datetime& date, std::string text) {
 Json json_of_value(const Value& value) {
   switch (value.kind()) {
     case Kind::real:
+      // JSON has no number for what is not finite.
+      return std::isfinite(value.number()) ? Json(value.number()) : Json(exact_text(value));
     case Kind::int32:
     case Kind::uint32:
-    case Kind::uint8: {
-      // JSON has no number for the values that are not finite.
-      const std::string text = exact_text(value);
-      Json number = Json::parse(text, nullptr, false);
-      return number.is_number() ? number : Json(text);
-    }
+    case Kind::uint8:
+      return value.integer();
     case Kind::truth:
       return value.truth();
     case Kind::mark:
