@@ -133,7 +133,7 @@ bool Journal::read(const std::string& header) {
   return true;
 }
 
-bool Journal::read_line(std::uint64_t offset, std::string* line) {
+bool Journal::read_line(std::uint64_t offset, std::string* line) const {
   constexpr std::size_t k_usual = 512;
   if (port::seek_handle(file_, static_cast<std::int64_t>(offset), port::Origin::begin) < 0) {
     return false;

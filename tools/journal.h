@@ -43,7 +43,7 @@ class Journal {
 
   bool complain_of(const std::string& reason);
   bool read(const std::string& header);
-  bool read_line(std::uint64_t offset, std::string* line);
+  bool read_line(std::uint64_t offset, std::string* line) const;
 
   std::string path_;
   zol::port::FileHandle file_ = zol::port::k_no_file;

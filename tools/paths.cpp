@@ -9,7 +9,6 @@
 
 using zol_v2::reflection::ConstRef;
 using zol_v2::reflection::Found;
-using zol_v2::reflection::Kind;
 using zol_v2::reflection::PathError;
 using zol_v2::reflection::Place;
 using zol_v2::reflection::Row;

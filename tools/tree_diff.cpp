@@ -16,7 +16,6 @@ using zol_v2::reflection::Item;
 using zol_v2::reflection::Items;
 using zol_v2::reflection::Kind;
 using zol_v2::reflection::Row;
-using zol_v2::reflection::Type;
 using zol_v2::reflection::Value;
 
 namespace {
