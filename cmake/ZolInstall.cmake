@@ -63,6 +63,7 @@ if(ZOL_BUILD_TOOLS)
   install(FILES tools/zol.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
   install(FILES tools/zol.bash RENAME zol
           DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
+  install(FILES tools/_zol DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
 endif()
 
 # find_package(Zol)

@@ -5,6 +5,10 @@
 #include <cstddef>
 #include <iterator>
 
+#include "facade/internal/diagnosis.h"
+#include "facade/internal/nearest.h"
+#include "model/reflection.h"
+
 namespace zol_v2 {
 
 namespace {
@@ -131,6 +135,37 @@ std::string Fault::text() const {
     rest.remove_prefix(end + 1);
   }
   return text.empty() ? lmx::get_error_description(code) : text;
+}
+
+Fault refusal(reflection::Row row, std::string_view text, lmx::elmx_error code) {
+  Fault fault;
+  fault.code = code;
+  fault.item = row.name();
+  if (code == lmx::elmx_bad_char_encoding) {
+    fault.rule = "bad-encoding";
+    fault.expected = fault.item + " must be UTF-8 without a zero";
+  } else if (!row.is_simple()) {
+    fault.rule = "text-misplaced";
+    fault.path = fault.item;
+    fault.found = internal::excerpt(text);
+    fault.expected = "where only elements may stand";
+  } else {
+    internal::describe_value(row.table(), code, text, &fault);
+  }
+  return fault;
+}
+
+std::string nearestName(std::string_view found, const std::vector<std::string>& names) {
+  std::string nearest;
+  std::size_t least = 0;
+  for (const std::string& name : names) {
+    if (!internal::is_near(found, name)) continue;
+    const std::size_t distance = internal::distance(found, name);
+    if (!nearest.empty() && distance >= least) continue;
+    nearest = name;
+    least = distance;
+  }
+  return nearest;
 }
 
 }  // namespace zol_v2

@@ -11,6 +11,10 @@
 
 namespace zol_v2 {
 
+namespace reflection {
+class Row;
+}
+
 enum class Severity : unsigned char { error, warning };
 
 // Where something stands in a source as it is on the disk; of an archive, in the entry as it
@@ -48,6 +52,13 @@ struct Fault {
   // One sentence, without a full stop: what was found, and what was wanted.
   ZOL_API std::string text() const;
 };
+
+// Why a row refuses a text in UTF-8, for whoever tells it on: `code` is what Ref::set_text gave.
+// The fault has no path and no place.
+ZOL_API Fault refusal(reflection::Row row, std::string_view text, lmx::elmx_error code);
+
+// Which of the names was probably meant by one that is not among them; empty if none is near.
+ZOL_API std::string nearestName(std::string_view found, const std::vector<std::string>& names);
 
 // The line in which a fault stands, to be shown on a terminal. A tab is two blanks there, a control
 // character and what is no text a replacement character.

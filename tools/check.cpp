@@ -9,14 +9,16 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
-#include <nlohmann/json.hpp>
 
 #include "colorimetry/evaluation.h"
 #include "facade/files.h"
 #include "model/Zol.h"
 #include "port/files.h"
+#include "tools/batch.h"
 #include "tools/colour_text.h"
 #include "tools/commands.h"
+#include "tools/document_text.h"
+#include "tools/json.h"
 #include "tools/load.h"
 #include "tools/output.h"
 #include "tools/progress.h"
@@ -32,10 +34,8 @@ using zol_v2::colorimetry::PartVerdict;
 using zol_v2::colorimetry::Source;
 using zol_v2::colorimetry::Status;
 using zol_v2::colorimetry::Verdict;
-using Json = nlohmann::ordered_json;
 
-struct Options {
-  std::vector<std::string> files;
+struct Options : BatchOptions {
   std::string output;
   bool json = false;
   bool csv = false;
@@ -43,6 +43,23 @@ struct Options {
   bool force = false;
   bool warnings_fail = false;
   bool unjudged_fail = false;
+
+  std::string task() const {
+    return std::string("check") + (warnings_fail ? " --warn-as-fail" : "") +
+           (unjudged_fail ? " --unjudged-as-fail" : "");
+  }
+};
+
+// What is said of one document.
+struct Checked {
+  ExitStatus status = ExitStatus::ok;
+  ::Verdict loading;
+  bool is_cut = false;
+  std::string text;
+  Json json;
+  // For --fill.
+  std::unique_ptr<zol_v2::Zol> document;
+  Evaluation evaluation;
 };
 
 // --- Names
@@ -167,8 +184,8 @@ void add_rows(const Verdict& verdict, const Names& names, TextTable* table) {
   }
 }
 
-void print_text(const std::string& file, const zol_v2::Zol& document,
-                const Evaluation& evaluation) {
+std::string text_of(const std::string& file, const zol_v2::Zol& document,
+                    const Evaluation& evaluation) {
   TextTable table({{"  Verdict"},
                    {"Measurement"},
                    {"Tolerance"},
@@ -187,14 +204,15 @@ void print_text(const std::string& file, const zol_v2::Zol& document,
     title = place;
     add_rows(verdict, names, &table);
   }
-  if (!table.empty()) print(table.text());
+  std::string text;
+  if (!table.empty()) text = table.text();
   for (const Computed& result : evaluation.results) {
     if (!result.is_stored_wrong) continue;
     const Names names = names_of(document, result);
-    print(one_line(names.record + ", " + names.standard + ", " + names.measurement) + ": " +
-          formula_text(result) + ": " + stored_text(result) + '\n');
+    text += one_line(names.record + ", " + names.standard + ", " + names.measurement) + ": " +
+            formula_text(result) + ": " + stored_text(result) + '\n';
   }
-  print(one_line(file) + ": " + summary_text(evaluation) + '\n');
+  return text + one_line(file) + ": " + summary_text(evaluation) + '\n';
 }
 
 // --- For programs
@@ -276,14 +294,16 @@ void print_csv_header() {
                          "StoredDisagrees", "Remarks"}));
 }
 
-void print_csv(const std::string& file, const zol_v2::Zol& document, const Evaluation& evaluation) {
+std::string csv_of(const std::string& file, const zol_v2::Zol& document,
+                   const Evaluation& evaluation) {
+  std::string text;
   const auto number = [](const std::optional<double>& value) {
     return value ? number_text(*value) : std::string();
   };
   for (const Verdict& verdict : evaluation.verdicts) {
     const Names names = names_of(document, verdict);
     const bool has_light = verdict.conditions.has_value();
-    print(comma_separated(
+    text += comma_separated(
         {file, std::string(name_of(verdict.status)), names.record, names.standard,
          names.measurement, tolerance_name(verdict), formula_text(verdict), number(verdict.value),
          number(verdict.limits.low), number(verdict.limits.high), number(verdict.warning_level),
@@ -292,8 +312,9 @@ void print_csv(const std::string& file, const zol_v2::Zol& document, const Evalu
          verdict.test_light ? verdict.test_light->name() : "",
          verdict.value ? source_name(verdict.standard_source) : "",
          verdict.value ? source_name(verdict.measurement_source) : "", number(verdict.stored),
-         verdict.stored ? (verdict.is_stored_wrong ? "true" : "false") : "", remarks_on(verdict)}));
+         verdict.stored ? (verdict.is_stored_wrong ? "true" : "false") : "", remarks_on(verdict)});
   }
+  return text;
 }
 
 // --- The command
@@ -333,32 +354,56 @@ ExitStatus judge(const Options& options, const Evaluation& evaluation) {
   return is_fault ? ExitStatus::fault : ExitStatus::ok;
 }
 
+Checked check(const std::string& file, const Options& options) {
+  Checked checked;
+  auto document = std::make_unique<zol_v2::Zol>();
+  DocumentSource source(file);
+  checked.loading = try_load(source, *document);
+  checked.status = checked.loading.status;
+  if (checked.status != ExitStatus::ok) return checked;
+  Evaluation evaluation = zol_v2::colorimetry::evaluate(*document);
+  checked.status = judge(options, evaluation);
+  checked.is_cut = evaluation.is_cut;
+  if (checked.is_cut) checked.status = ExitStatus::trouble;
+  if (options.json) {
+    checked.json = json_of(file, *document, evaluation);
+  } else {
+    checked.text =
+        options.csv ? csv_of(file, *document, evaluation) : text_of(file, *document, evaluation);
+  }
+  if (options.fill) {
+    checked.document = std::move(document);
+    checked.evaluation = std::move(evaluation);
+  }
+  return checked;
+}
+
 ExitStatus run(const Options& options) {
   ExitStatus status = ExitStatus::ok;
-  Json all = Json::array();
-  if (options.csv) print_csv_header();
-  for (const std::string& file : options.files) {
-    zol_v2::Zol document;
-    const ExitStatus loaded = load_document(file, document);
-    status = worse(status, loaded);
-    if (loaded != ExitStatus::ok) continue;
-    const Evaluation evaluation = zol_v2::colorimetry::evaluate(document);
-    if (evaluation.is_cut) {
-      complain(file, "more verdicts than can be held; those that were reached follow");
-      status = ExitStatus::trouble;
-    }
-    if (options.json) {
-      all.push_back(json_of(file, document, evaluation));
-    } else if (options.csv) {
-      print_csv(file, document, evaluation);
-    } else {
-      print_text(file, document, evaluation);
-    }
-    status = worse(status, judge(options, evaluation));
-    if (options.fill) status = worse(status, fill(options, document, evaluation));
+  JsonArrayOutput entries(0);
+  if (options.json) entries.begin();
+  // A table that is taken up again has its header.
+  if (options.csv && !has_journal(options.journal)) print_csv_header();
+  const ExitStatus ended = run_batch<Checked>(
+      options, options.task(), [&](const std::string& file) { return check(file, options); },
+      [&](const Checked& checked) {
+        complain_of(checked.loading);
+        if (checked.is_cut) {
+          complain(checked.loading.file,
+                   "more verdicts than can be held; those that were reached follow");
+        }
+        if (options.json && !checked.json.is_null()) entries.print(checked.json);
+        print(checked.text);
+        status = worse(status, checked.status);
+        if (checked.document == nullptr) return;
+        status = worse(status, fill(options, *checked.document, checked.evaluation));
+      },
+      [&](ExitStatus known) { status = worse(status, known); });
+  if (options.json) {
+    entries.end();
+    print("\n");
   }
-  if (options.json) print(all.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
-  return status;
+  return worse(status, ended);
 }
 
 }  // namespace
@@ -367,7 +412,7 @@ void add_check(CLI::App& app, ExitStatus* status) {
   const auto options = std::make_shared<Options>();
   CLI::App* const command =
       app.add_subcommand("check", "Judge the measurements of quality-control records");
-  command->add_option("FILE", options->files, "Documents; - is standard input")->required();
+  add_batch_options(*command, options.get());
   auto* const json = command->add_flag("--json", options->json, "Print JSON");
   command->add_flag("--csv", options->csv, "Print comma-separated values")->excludes(json);
   command->add_flag("--warn-as-fail", options->warnings_fail, "Exit with 1 for a warning, too");
@@ -380,9 +425,10 @@ void add_check(CLI::App& app, ExitStatus* status) {
                         ->check(CLI::Validator(check_output, "OUT"));
   fill->needs(out);
   command->add_flag("-f,--force", options->force, "Replace OUT if it exists")->needs(fill);
+  add_resume(*command, options.get())->excludes(json)->excludes(fill);
   command->footer("Exit status: 0 if nothing fails, 1 if something does, 2 for trouble.");
   command->callback([options, status] {
-    if (options->fill && options->files.size() != 1) {
+    if (options->fill && !options->is_single()) {
       throw CLI::ValidationError("--fill", "takes one FILE");
     }
     *status = run(*options);

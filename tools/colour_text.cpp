@@ -45,6 +45,15 @@ std::string formula_with_factors(Formula formula, const Factors& factors) {
   return name + " (" + two + (has_three ? ':' + number_text(factors.h) : "") + ')';
 }
 
+const std::map<std::string, Formula>& difference_formulas() {
+  static const std::map<std::string, Formula> formulas = {
+      {"76", Formula::de76},   {"94", Formula::de94},     {"2000", Formula::de2000},
+      {"cmc", Formula::cmc},   {"din99", Formula::din99}, {"hunter", Formula::hunter_de},
+      {"fmc2", Formula::fmc2},
+  };
+  return formulas;
+}
+
 nlohmann::ordered_json json_number(std::optional<double> value) {
   if (!value || !std::isfinite(*value)) return nullptr;
   return *value;

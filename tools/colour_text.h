@@ -2,6 +2,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -19,6 +20,9 @@ std::string limits_text(const zol_v2::colorimetry::Limits& limits);
 // "CIEDE2000", "CIEDE2000 (2:1:1)".
 std::string formula_with_factors(zol_v2::colorimetry::Formula formula,
                                  const zol_v2::colorimetry::Factors& factors);
+
+// Those that people may ask for, by short names.
+const std::map<std::string, zol_v2::colorimetry::Formula>& difference_formulas();
 
 // Null for none, and for what JSON has no number for.
 nlohmann::ordered_json json_number(std::optional<double> value);

@@ -43,12 +43,6 @@ using zol_v2::colorimetry::StandardIlluminant;
 using zol_v2::colorimetry::Stimulus;
 using Json = nlohmann::ordered_json;
 
-const std::map<std::string, Formula> k_formulas = {
-    {"76", Formula::de76},   {"94", Formula::de94},     {"2000", Formula::de2000},
-    {"cmc", Formula::cmc},   {"din99", Formula::din99}, {"hunter", Formula::hunter_de},
-    {"fmc2", Formula::fmc2},
-};
-
 struct Options {
   std::string first, second;
   std::string formula = "2000";
@@ -364,7 +358,7 @@ ExitStatus run(const Options& options) {
   meter_options.assume_srgb = false;
   if (!options.adapt) meter_options.adaptation = zol_v2::colorimetry::Adaptation::none;
   Colorimeter meter(meter_options);
-  const Formula formula = k_formulas.at(options.formula);
+  const Formula formula = difference_formulas().at(options.formula);
   const Factors factors = factors_of(options, formula);
   const Comparison comparison =
       compare(first.colors, second.colors, formula, factors, demands, meter);
@@ -396,7 +390,7 @@ void add_compare(CLI::App& app, ExitStatus* status) {
       ->required();
   command->add_option("B", options->second, "Document with the samples, alike")->required();
   command->add_option("--formula", options->formula, "Colour difference, 2000 if not given")
-      ->check(CLI::IsMember(k_formulas));
+      ->check(CLI::IsMember(difference_formulas()));
   command
       ->add_option("--factors", options->factors,
                    "Parametric factors kL kC kH; l c of cmc; kE kCH of din99")

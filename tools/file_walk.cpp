@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path native(const std::string& path) {
+fs::path native_path(const std::string& path) {
 #if defined(_WIN32)
   return fs::path(wide_path(path));
 #else
@@ -42,21 +42,51 @@ bool has_document_name(const fs::path& path) {
 
 }  // namespace
 
+void FileWalk::Folder::add(std::string_view name) {
+  names.append(name);
+  ends.push_back(names.size());
+}
+
+std::string FileWalk::Folder::take_last() {
+  ends.pop_back();
+  const std::size_t begin = ends.empty() ? 0 : ends.back();
+  std::string last = path + names.substr(begin);
+  names.resize(begin);
+  return last;
+}
+
+// The last name first.
+void FileWalk::Folder::sort() {
+  std::vector<std::string_view> sorted;
+  sorted.reserve(ends.size());
+  std::size_t begin = 0;
+  for (const std::size_t end : ends) {
+    sorted.push_back(std::string_view(names).substr(begin, end - begin));
+    begin = end;
+  }
+  std::sort(sorted.begin(), sorted.end(), std::greater<>());
+  Folder result;
+  result.names.reserve(names.size());
+  result.ends.reserve(ends.size());
+  for (const std::string_view name : sorted) result.add(name);
+  names = std::move(result.names);
+  ends = std::move(result.ends);
+}
+
 FileWalk::FileWalk(std::vector<std::string> arguments, bool is_recursive)
     : is_recursive_(is_recursive) {
-  std::reverse(arguments.begin(), arguments.end());
-  folders_.push_back({std::move(arguments)});
+  Folder folder;
+  for (auto at = arguments.rbegin(); at != arguments.rend(); ++at) folder.add(*at);
+  folders_.push_back(std::move(folder));
 }
 
 bool FileWalk::next(std::string* path) {
   while (!folders_.empty()) {
-    std::vector<std::string>& files = folders_.back().files;
-    if (files.empty()) {
+    if (folders_.back().ends.empty()) {
       folders_.pop_back();
       continue;
     }
-    *path = std::move(files.back());
-    files.pop_back();
+    *path = folders_.back().take_last();
     if (!is_recursive_ || !is_folder(*path) || !enter(*path)) return true;
   }
   return false;
@@ -65,29 +95,48 @@ bool FileWalk::next(std::string* path) {
 bool FileWalk::enter(const std::string& path) {
   std::error_code error;
   Folder folder;
-  for (fs::directory_iterator at(native(path), error), end; !error && at != end;
+  folder.path = spelled(native_path(path) / "");
+  for (fs::directory_iterator at(native_path(path), error), end; !error && at != end;
        at.increment(error)) {
     std::error_code unknown;
     const bool is_inner = at->is_directory(unknown) && !at->is_symlink(unknown);
     if (is_inner || (has_document_name(at->path()) && !at->is_directory(unknown))) {
-      folder.files.push_back(spelled(at->path()));
+      folder.add(spelled(at->path().filename()));
     }
   }
   if (error) return false;
-  std::sort(folder.files.begin(), folder.files.end(), std::greater<>());
+  folder.sort();
   folders_.push_back(std::move(folder));
   return true;
 }
 
+std::string absolute_path(const std::string& path) {
+  std::error_code error;
+  const fs::path result = fs::absolute(native_path(path), error);
+  return error ? path : spelled(result);
+}
+
 bool is_folder(const std::string& path) {
   std::error_code error;
-  return fs::is_directory(native(path), error);
+  return fs::is_directory(native_path(path), error);
 }
 
 bool is_stream(const std::string& path) {
   std::error_code error;
-  const fs::file_status status = fs::status(native(path), error);
+  const fs::file_status status = fs::status(native_path(path), error);
   return fs::is_fifo(status) || fs::is_character_file(status) || fs::is_socket(status);
+}
+
+FileStamp stamp_of(const std::string& path) {
+  FileStamp stamp;
+  std::error_code error;
+  const fs::path native = native_path(path);
+  if (!fs::is_regular_file(native, error)) return stamp;
+  stamp.size = fs::file_size(native, error);
+  if (error) return stamp;
+  stamp.time = fs::last_write_time(native, error).time_since_epoch().count();
+  stamp.is_known = !error;
+  return stamp;
 }
 
 bool read_named_file(const std::string& path, std::string* bytes) {

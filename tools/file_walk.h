@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // Gives one file after the other, and remembers no more than the folders on the way to it.
@@ -18,9 +20,16 @@ class FileWalk {
   bool next(std::string* path);
 
  private:
-  // What is left of a folder, the next one last.
+  // What is left of a folder, the next one last. A folder may hold a million names, so they stand
+  // in one text.
   struct Folder {
-    std::vector<std::string> files;
+    std::string path;  // before each name
+    std::string names;
+    std::vector<std::size_t> ends;
+
+    void add(std::string_view name);
+    std::string take_last();
+    void sort();
   };
   bool enter(const std::string& path);
 
@@ -28,9 +37,23 @@ class FileWalk {
   bool is_recursive_;
 };
 
+// Wherever the command was started.
+std::string absolute_path(const std::string& path);
 bool is_folder(const std::string& path);
 // A pipe, a device, a socket: what can be read once.
 bool is_stream(const std::string& path);
+
+// By which a change of a file is noticed.
+struct FileStamp {
+  std::uint64_t size = 0;
+  std::int64_t time = 0;  // of the last change, as fine as the system counts
+  bool is_known = false;  // not of a pipe, a folder, or what is not there
+
+  bool operator==(const FileStamp& other) const {
+    return is_known && other.is_known && size == other.size && time == other.time;
+  }
+};
+FileStamp stamp_of(const std::string& path);
 
 // A file by a name in whatever bytes; false with the reason in `errno`.
 bool read_named_file(const std::string& path, std::string* bytes);

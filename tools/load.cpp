@@ -9,18 +9,30 @@
 #include "tools/terminal.h"
 #include "tools/verdict.h"
 
+Verdict try_load(DocumentSource& source, zol_v2::Zol& document) {
+  Verdict verdict;
+  verdict.file = source.path();
+  zol_v2::LoadOptions options;
+  options.most_faults = 1;
+  verdict.report = source.load(document, options);
+  if (verdict.report.code != lmx::elmx_ok) {
+    verdict.status = is_trouble(verdict.report) ? ExitStatus::trouble : ExitStatus::fault;
+  }
+  return verdict;
+}
+
+void complain_of(const Verdict& verdict) {
+  if (verdict.status == ExitStatus::ok) return;
+  make_text_printer(true, wants_colors(stderr))->print(verdict);
+}
+
 ExitStatus load_document(const std::string& path, zol_v2::Zol& document, DocumentSource& source) {
   Verdict verdict;
-  verdict.file = path;
   {
     const Progress progress("Reading " + path);
-    zol_v2::LoadOptions options;
-    options.most_faults = 1;
-    verdict.report = source.load(document, options);
+    verdict = try_load(source, document);
   }
-  if (verdict.report.code == lmx::elmx_ok) return ExitStatus::ok;
-  verdict.status = is_trouble(verdict.report) ? ExitStatus::trouble : ExitStatus::fault;
-  make_text_printer(true, wants_colors(stderr))->print(verdict);
+  complain_of(verdict);
   return verdict.status;
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/exit_status.h"
+#include "tools/verdict.h"
 
 namespace zol_v2 {
 class Zol;
@@ -17,6 +18,11 @@ class DocumentSource;
 ExitStatus load_document(const std::string& path, zol_v2::Zol& document);
 // The same for a caller that wants the text as well.
 ExitStatus load_document(const std::string& path, zol_v2::Zol& document, DocumentSource& source);
+
+// The same without a word, for a thread: what is wrong stands in the verdict.
+Verdict try_load(DocumentSource& source, zol_v2::Zol& document);
+// Tells what is wrong, if anything is.
+void complain_of(const Verdict& verdict);
 
 // Shows each of several documents, in order; those that do not load are told and passed over. What
 // is shown is printed at once.

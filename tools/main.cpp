@@ -38,6 +38,14 @@ ExitStatus run(std::vector<std::string> arguments) {
   add_info(app, &status);
   add_convert(app, &status);
   add_list(app, &status);
+  add_get(app, &status);
+  add_set(app, &status);
+  add_diff(app, &status);
+  add_merge(app, &status);
+#if defined(ZOL_WITH_GREP)
+  add_grep(app, &status);
+#endif
+  add_explain(app, &status);
 #if defined(ZOL_WITH_REPORT)
   add_report(app, &status);
 #endif

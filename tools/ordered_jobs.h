@@ -29,7 +29,8 @@ void run_in_order(unsigned threads, const Next& next, const Work& work, const Ta
   constexpr std::size_t k_waiting = 8;
   std::vector<Slot> slots(threads * k_waiting);
   std::mutex mutex;
-  std::condition_variable changed;
+  std::condition_variable has_room;   // for the threads
+  std::condition_variable has_first;  // for this one: the result whose turn it is
   std::size_t given = 0;
   std::size_t taken = 0;
   bool is_over = false;  // nothing more is given
@@ -38,7 +39,7 @@ void run_in_order(unsigned threads, const Next& next, const Work& work, const Ta
     leave_signals_to_others();
     std::unique_lock<std::mutex> lock(mutex);
     while (true) {
-      changed.wait(lock, [&] { return is_over || given - taken < slots.size(); });
+      has_room.wait(lock, [&] { return is_over || given - taken < slots.size(); });
       Thing thing;
       try {
         if (is_over || !next(&thing)) break;
@@ -56,16 +57,17 @@ void run_in_order(unsigned threads, const Next& next, const Work& work, const Ta
       }
       lock.lock();
       slots[number % slots.size()] = std::move(slot);
-      changed.notify_all();
+      if (number == taken) has_first.notify_one();
     }
     is_over = true;
-    changed.notify_all();
+    has_room.notify_all();
+    has_first.notify_one();
   };
   std::vector<std::thread> pool;
   // Whoever leaves, also by an exception, waits for the threads.
   struct Joiner {
     std::mutex& mutex;
-    std::condition_variable& changed;
+    std::condition_variable& has_room;
     bool& is_over;
     std::vector<std::thread>& pool;
     ~Joiner() {
@@ -73,16 +75,16 @@ void run_in_order(unsigned threads, const Next& next, const Work& work, const Ta
         const std::lock_guard<std::mutex> lock(mutex);
         is_over = true;
       }
-      changed.notify_all();
+      has_room.notify_all();
       for (std::thread& thread : pool) thread.join();
     }
-  } joiner{mutex, changed, is_over, pool};
+  } joiner{mutex, has_room, is_over, pool};
   for (unsigned i = 0; i < threads; ++i) pool.emplace_back(run);
 
   std::unique_lock<std::mutex> lock(mutex);
   while (true) {
     Slot& slot = slots[taken % slots.size()];
-    changed.wait(lock, [&] {
+    has_first.wait(lock, [&] {
       return slot.result || slot.exception != nullptr || (is_over && taken == given);
     });
     if (!slot.result && slot.exception == nullptr) return;
@@ -92,7 +94,7 @@ void run_in_order(unsigned threads, const Next& next, const Work& work, const Ta
     if (done.exception != nullptr) std::rethrow_exception(done.exception);
     take(*done.result);
     lock.lock();
-    ++taken;
-    changed.notify_all();
+    // Whoever waits for room is woken when there is some for several.
+    if (given - ++taken <= slots.size() / 2) has_room.notify_all();
   }
 }

@@ -18,9 +18,15 @@ void print(std::string_view text) {
   if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) g_output_error = errno;
 }
 
-ExitStatus finish_output(ExitStatus status) {
+bool has_output_failed() { return g_output_error != 0; }
+
+bool flush_output() {
   if (g_output_error == 0 && std::fflush(stdout) != 0) g_output_error = errno;
-  if (g_output_error == 0) return status;
+  return g_output_error == 0;
+}
+
+ExitStatus finish_output(ExitStatus status) {
+  if (flush_output()) return status;
   if (g_output_error != EPIPE) complain("standard output", std::strerror(g_output_error));
   return ExitStatus::trouble;
 }

@@ -7,6 +7,9 @@
 
 // Appends to standard output.
 void print(std::string_view text);
+// Hands over what was appended; false if standard output has not taken everything so far.
+bool flush_output();
+bool has_output_failed();
 // Must end every run: `status`, or trouble if standard output did not take everything. A reader
 // that went away is no news to anybody, so that case is silent.
 ExitStatus finish_output(ExitStatus status);

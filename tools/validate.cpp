@@ -3,26 +3,24 @@
 #include <cstdio>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
+#include "tools/batch.h"
 #include "tools/commands.h"
-#include "tools/file_walk.h"
 #include "tools/judge.h"
-#include "tools/ordered_jobs.h"
 #include "tools/output.h"
 #include "tools/progress.h"
 #include "tools/terminal.h"
+#include "tools/text.h"
 #include "tools/verdict.h"
 
 namespace {
 
-struct Options {
-  std::vector<std::string> files;
+struct Options : BatchOptions {
   bool first = false;
   bool strict = false;
   std::size_t max = 0;
@@ -32,15 +30,14 @@ struct Options {
   bool quiet = false;
   bool brief = false;
   std::string color = "auto";
-  bool recursive = false;
-  unsigned jobs = 1;
 
   JudgeOptions judging() const {
     return {first ? 1 : max, lint, strict, !brief && !json && !sarif};
   }
   bool has_colors() const { return color == "auto" ? wants_colors(stderr) : color == "always"; }
-  unsigned threads() const {
-    return jobs != 0 ? jobs : std::max(1u, std::thread::hardware_concurrency());
+  // What a document is judged by.
+  std::string task() const {
+    return std::string("validate") + (strict ? " --strict" : "") + (lint ? " --lint" : "");
   }
 };
 
@@ -50,26 +47,50 @@ std::unique_ptr<VerdictPrinter> printer_of(const Options& options) {
   return make_text_printer(options.quiet, options.has_colors());
 }
 
+struct Counts {
+  std::size_t of[3] = {};  // by ExitStatus
+  std::size_t known = 0;
+
+  void add(ExitStatus status) { ++of[static_cast<int>(status)]; }
+  std::string text() const {
+    std::string result = counted(of[0] + of[1] + of[2], "document", "documents") + ": " +
+                         std::to_string(of[0]) + " valid, " + std::to_string(of[1]) +
+                         " with faults";
+    if (of[2] != 0) result += ", " + std::to_string(of[2]) + " that can't be read";
+    if (known != 0) result += "; " + std::to_string(known) + " were judged before";
+    return result + '\n';
+  }
+};
+
 ExitStatus run(const Options& options) {
   ExitStatus status = ExitStatus::ok;
-  const unsigned threads = options.threads();
+  Counts counts;
+  const bool is_alone = options.threads() == 1;
   const std::unique_ptr<VerdictPrinter> printer = printer_of(options);
-  FileWalk walk(options.files, options.recursive);
   printer->begin();
-  run_in_order<std::string, Verdict>(
-      threads, [&walk](std::string* file) { return walk.next(file); },
+  const ExitStatus ended = run_batch<Verdict>(
+      options, options.task(),
       [&](const std::string& file) {
         // Several would write over each other.
         std::unique_ptr<Progress> progress;
-        if (threads == 1) progress = std::make_unique<Progress>("Validating " + file);
+        if (is_alone) progress = std::make_unique<Progress>("Validating " + file);
         return judge(file, options.judging());
       },
       [&](const Verdict& verdict) {
         printer->print(verdict);
+        counts.add(verdict.status);
         status = worse(status, verdict.status);
+      },
+      [&](ExitStatus known) {
+        counts.add(known);
+        ++counts.known;
+        status = worse(status, known);
       });
   printer->end();
-  return status;
+  if (options.recursive && !options.quiet && !options.json && !options.sarif) {
+    print(counts.text());
+  }
+  return worse(status, ended);
 }
 
 }  // namespace
@@ -77,7 +98,7 @@ ExitStatus run(const Options& options) {
 void add_validate(CLI::App& app, ExitStatus* status) {
   const auto options = std::make_shared<Options>();
   CLI::App* const command = app.add_subcommand("validate", "Check documents against the format");
-  command->add_option("FILE", options->files, "Documents; - is standard input")->required();
+  add_batch_options(*command, options.get());
   CLI::Option* const first =
       command->add_flag("--first", options->first, "Stop at the first fault of a document");
   command->add_option("--max", options->max, "Tell N faults of a document")
@@ -90,10 +111,8 @@ void add_validate(CLI::App& app, ExitStatus* status) {
       command->add_flag("--json", options->json, "Report as JSON, on standard output");
   command->add_flag("--sarif", options->sarif, "Report as SARIF 2.1.0, on standard output")
       ->excludes(json);
-  command->add_flag("-r,--recursive", options->recursive,
-                    "Walk through folders, to every .zol and .zolz");
-  command->add_option("-j,--jobs", options->jobs, "Judge N files at once; 0 is one a processor")
-      ->check(CLI::Range(0u, 1024u).description("N"));
+  // A list that was broken off is none.
+  add_resume(*command, options.get())->excludes("--json")->excludes("--sarif");
   command->add_flag("-q,--quiet", options->quiet, "Print nothing but the faults");
   command->add_flag("-b,--brief", options->brief, "Print faults without the lines they stand in");
   command->add_option("--color", options->color, "Print faults in colours: auto, always or never")

@@ -1675,7 +1675,15 @@ void Walk::note_value(const Level& level, const Row& row, elmx_error code, const
   if (fault == nullptr) return;
   fault->path.append(step);
   if (row.place == zol_v2::internal::Place::attribute) fault->path.append(row.name());
-  fault->found = excerpt(value);
+  describe_value(row, code, value, fault);
+}
+
+}  // namespace
+
+// --- The face -----------------------------------------------------------------------------------
+
+void describe_value(const Row& row, elmx_error code, std::string_view text, Fault* fault) {
+  fault->found = excerpt(text);
   switch (code) {
     case lmx::elmx_value_too_big:
       fault->rule = "above-bound";
@@ -1698,17 +1706,13 @@ void Walk::note_value(const Level& level, const Row& row, elmx_error code, const
     case lmx::elmx_value_not_enumerated:
       fault->rule = "not-enumerated";
       fault->allowed = values_of(*row.enumeration);
-      sort_by_distance(value, &fault->allowed);
+      sort_by_distance(text, &fault->allowed);
       break;
     default:
       fault->rule = "wrong-format";
-      fault->expected = format_words(row, value);
+      fault->expected = format_words(row, text);
   }
 }
-
-}  // namespace
-
-// --- The face -----------------------------------------------------------------------------------
 
 std::string lower_bound_words(const Row& row) {
   if (row.lower_end != End::none) {

@@ -37,6 +37,9 @@ const Row* name_row(const Class& type);
 std::string lower_bound_words(const Row& row);
 std::string upper_bound_words(const Row& row);
 
+// Says in the fault why the row refuses the text with this code.
+void describe_value(const Row& row, lmx::elmx_error code, std::string_view text, Fault* fault);
+
 // A text as a fault shows it: on one line, and of a sensible length.
 std::string excerpt(std::string_view utf8);
 

@@ -1,12 +1,16 @@
 // What is told of a broken document: the sentence, the path and the place of each fault. The
 // sentences were written for the people who are to mend the documents, and the code follows them.
 #include <algorithm>
+#include <initializer_list>
+#include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "facade/files.h"
 #include "model/documents.h"
+#include "model/reflection.h"
 #include "support/files.h"
 #include "zip/archives.h"
 
@@ -632,6 +636,56 @@ TEST(Faults, AreFoundInStreams) {
   std::istringstream large(k_frame);
   EXPECT_EQ(openStream(document, large, &report, options), 1000);
   EXPECT_EQ(document.size_Color(), 0u);
+}
+
+// What a setter by text refuses is told as a reader would tell it.
+TEST(Faults, AreToldOfTextsThatRowsRefuse) {
+  struct Case {
+    const char* type;
+    const char* row;
+    std::string text;
+    const char* sentence;
+  };
+  const Case cases[] = {
+      {"ColorSpaceCIELabType", "L", "151", "L is 151, at most 150 is allowed"},
+      {"ColorSpaceCIELabType", "L", "-1", "L is -1, at least 0 is allowed"},
+      {"ColorSpaceCIELabType", "L", "", "L is empty, a number such as 0.5 is expected"},
+      {"ProfileType_Parameters", "Name", "ab", "Name is 'ab', exactly 1 character is allowed"},
+      {"ColorType", "ChangeHistory", "2026-01-31T10:00:00",
+       "ChangeHistory is '2026-01-31T10:00:00', which has no time zone: 2026-01-31T10:00:00Z or an "
+       "offset such as +01:00 is expected"},
+      {"DeviceType", "DeviceClass", "deviceclass_spot",
+       "DeviceClass is 'deviceclass_spot', DeviceClass_Spot, DeviceClass_Scanning or "
+       "DeviceClass_Other is expected"},
+      {"ColorType", "ColorName", "a\0b"s, "ColorName must be UTF-8 without a zero"},
+      {"Zol", "Preamble", "x", "The text 'x' stands in Preamble, where only elements may stand"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    const reflection::Type type = reflection::find_type(c.type);
+    const reflection::Row row = type.row(c.row);
+    const auto object = type.make();
+    const lmx::elmx_error code = reflection::Ref(*object).set_text(row, c.text);
+    EXPECT_NE(code, 0);
+    const Fault fault = refusal(row, c.text, code);
+    EXPECT_EQ(fault.text(), c.sentence);
+    EXPECT_EQ(fault.code, code);
+  }
+}
+
+TEST(Faults, KnowWhichNameWasMeant) {
+  const std::vector<std::string> names = {"Color", "ColorSet", "Palette", "@ColorName"};
+  for (const auto& [found, meant] :
+       std::initializer_list<std::pair<const char*, const char*>>{{"color", "Color"},
+                                                                  {"Colour", "Color"},
+                                                                  {"ColourSet", "ColorSet"},
+                                                                  {"Pallete", "Palette"},
+                                                                  {"@colorname", "@ColorName"},
+                                                                  {"Header", ""},
+                                                                  {"", ""}}) {
+    EXPECT_EQ(nearestName(found, names), meant) << found;
+  }
+  EXPECT_EQ(nearestName("Color", {}), "");
 }
 
 }  // namespace

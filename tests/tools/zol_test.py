@@ -336,7 +336,8 @@ class ValidateTest(CommandTest):
         (self.directory / "b/loop").symlink_to(self.directory)
         for jobs in ("1", "2", "7", "0"):
             result = self.expect(1, "validate", "-r", "-j", jobs, self.directory)
-            self.assertEqual(result.stdout.decode().splitlines(), expected, jobs)
+            self.assertEqual(result.stdout.decode().splitlines(),
+                             [*expected, "120 documents: 102 valid, 18 with faults"], jobs)
         self.assertIn(b"Is a directory", self.expect(2, "validate", self.directory).stderr)
         shown = json.loads(self.expect(1, "info", "--json", "-r", self.directory / "b").stdout)
         self.assertEqual([entry["file"] for entry in shown],

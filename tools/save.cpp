@@ -1,0 +1,60 @@
+#include "tools/save.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <utility>
+
+#include "facade/files.h"
+#include "model/Zol.h"
+#include "port/files.h"
+#include "port/wide_text.h"
+#include "tools/document_text.h"
+#include "tools/output.h"
+#include "tools/terminal.h"
+#include "tools/text.h"
+#include "tools/verdict.h"
+
+std::string check_document_name(const std::string& path) {
+  const std::size_t dot = path.rfind('.');
+  const std::string suffix = dot == std::string::npos ? "" : path.substr(dot);
+  if (path == k_standard_stream || suffix == ".zol" || suffix == ".zolz") return "";
+  return "the name must end in .zol or .zolz, or be -";
+}
+
+bool is_in_the_way(const SaveTarget& target) {
+  std::uint32_t attributes = 0;
+  if (target.replaces || target.path == k_standard_stream ||
+      !zol::port::get_attributes(wide_path(target.path), attributes)) {
+    return false;
+  }
+  complain(target.path, "exists; --force replaces it");
+  return true;
+}
+
+ExitStatus save_document(const zol_v2::Zol& document, const SaveTarget& target,
+                         const std::string& name) {
+  if (!zol::port::is_utf8(target.path.data(), target.path.size())) {
+    complain(target.path, "can't be written: the name is no UTF-8");
+    return ExitStatus::trouble;
+  }
+  zol_v2::SaveOptions options;
+  options.is_exact = true;
+  options.is_checked = true;
+  zol_v2::SaveReport report;
+  if (target.path == k_standard_stream) {
+    std::string text;
+    if (zol_v2::saveString(document, text, &report, options) == lmx::elmx_ok) print(text);
+  } else {
+    (void)zol_v2::saveFile(document, wide_path(target.path), &report, options);
+  }
+  if (report.faults.empty()) {
+    if (!report.message.empty()) complain(target.path, report.message);
+    return report.code == lmx::elmx_ok ? ExitStatus::ok : ExitStatus::trouble;
+  }
+  Verdict verdict;
+  verdict.file = name;
+  verdict.status = ExitStatus::fault;
+  verdict.report.faults = std::move(report.faults);
+  make_text_printer(true, wants_colors(stderr))->print(verdict);
+  return ExitStatus::fault;
+}

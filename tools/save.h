@@ -1,0 +1,27 @@
+// Writes documents for the commands that change them.
+#pragma once
+
+#include <string>
+
+#include "tools/exit_status.h"
+
+namespace zol_v2 {
+class Zol;
+}
+
+// What a document is written to: a file, or standard output for "-".
+struct SaveTarget {
+  std::string path;
+  bool replaces = false;  // an older file
+};
+
+// A fault of an argument that names a file to write, or an empty text.
+std::string check_document_name(const std::string& path);
+
+// Tells that the file is there and may not be replaced; false if there is no such obstacle.
+bool is_in_the_way(const SaveTarget& target);
+
+// With all digits, judged before; the older file stays until the new one is whole. What keeps the
+// document from being written is told by paths, as faults of the document `name`.
+ExitStatus save_document(const zol_v2::Zol& document, const SaveTarget& target,
+                         const std::string& name);
