@@ -226,6 +226,7 @@ Numbers spectrum_to_xyz(const std::vector<double>& wavelengths, const Numbers& v
 struct Placed {
   const ColorType* color;
   ColorPlace place;
+  const char* role = "color";
 };
 
 // In the order of the document.
@@ -246,10 +247,10 @@ std::vector<Placed> colors_of(const Zol& document) {
     for (unsigned j = 0; j < record.size_StandardAndMeasurement(); ++j) {
       const StandardAndMeasurementType& pair = record.get_StandardAndMeasurement(j);
       for (unsigned k = 0; k < pair.size_Measurement(); ++k) {
-        all.push_back({&pair.get_Measurement(k).get_Color(), {}});
+        all.push_back({&pair.get_Measurement(k).get_Color(), {}, "measurement"});
       }
       if (!ConstRef(pair.get_Standard()).is_nil()) {
-        all.push_back({&pair.get_Standard().get_Color(), {}});
+        all.push_back({&pair.get_Standard().get_Color(), {}, "standard"});
       }
     }
   }
@@ -269,9 +270,9 @@ std::string_view source_name(Source source) {
 
 py::str text(std::string_view utf8) { return {utf8.data(), utf8.size()}; }
 
-constexpr const char* k_measured[] = {"palette",    "color_set", "color",  "unique_id",
-                                      "illuminant", "observer",  "source", "hex",
-                                      "in_gamut",   "basis",     "reason"};
+constexpr const char* k_measured[] = {"palette", "color_set",  "color",    "unique_id",
+                                      "role",    "illuminant", "observer", "source",
+                                      "hex",     "in_gamut",   "basis",    "reason"};
 
 // Columns of all colours of a document under the conditions, or under their own.
 py::dict measure(const py::object& object, const std::optional<std::string>& illuminant,
@@ -317,6 +318,7 @@ py::dict measure(const py::object& object, const std::optional<std::string>& ill
     lists[at++].append(text_or_none("ColorName", placed.color));
     lists[at++].append(placed.color->isset_UniqueID() ? text_or_none("UniqueID", placed.color)
                                                       : py::object(none));
+    lists[at++].append(shared(placed.role));
     if (!outcome) {
       for (; at + 1 < std::size(k_measured); ++at) lists[at].append(none);
       lists[at].append(shared(outcome.reason()));

@@ -131,9 +131,9 @@ def spectrum_to_xyz(wavelengths, values, illuminant: str = "D50",
 
 def measure(document: Document, illuminant: str | None = None, observer: int = 2, *,
             adapts: bool = True, tells: bool = False) -> Table:
-    """All colours of a document as columns: where each stands, its XYZ and Lab, on what display
-    colour ('#rrggbb') and under which conditions; `source` says what it was computed from, and
-    `reason` why there is nothing.
+    """All colours of a document as columns: where each stands, its XYZ and Lab, what a display shows
+    ('#rrggbb'), and under which conditions. `role` is 'color', 'standard' or 'measurement';
+    `source` says what it was computed from, and `reason` why there is nothing.
 
     illuminant, observer: the conditions that are wanted; without them each colour is under those
         of its best rendering.
@@ -144,7 +144,7 @@ def measure(document: Document, illuminant: str | None = None, observer: int = 2
     xyz, lab = columns.pop("xyz"), columns.pop("lab")
     basis = columns.pop("basis")
     table = {name: _objects(columns[name]) for name in
-             ("palette", "color_set", "color", "unique_id")}
+             ("palette", "color_set", "color", "unique_id", "role")}
     table.update(zip(("x", "y", "z"), xyz.T), l=lab[:, 0], a=lab[:, 1], b=lab[:, 2])
     table.update((name, _objects(columns[name])) for name in
                  ("illuminant", "observer", "source", "hex", "in_gamut", "reason"))

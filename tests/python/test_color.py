@@ -93,6 +93,9 @@ def test_colours_of_documents_are_measured_where_they_stand(sample):
                 numpy.testing.assert_allclose(
                     zol.color.spectrum_to_xyz(space.wavelengths[order], space.values[order]),
                     [table[name][number] for name in "xyz"])
+    assert set(table["role"]) == {"color"}
+    roles = zol.color.measure(sample("quality-control"))["role"].tolist()
+    assert roles == ["measurement", "measurement", "standard", "measurement"]
     strict = zol.color.measure(color_document("a"), "F11", adapts=False)
     assert numpy.isnan(strict["l"]).all() and strict["reason"][0]
     own = zol.color.measure(color_document("a"))

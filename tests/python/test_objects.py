@@ -2,6 +2,7 @@
 
 import datetime
 import enum
+import os
 import pydoc
 import resource
 import xml.etree.ElementTree as ElementTree
@@ -314,7 +315,8 @@ def test_a_million_objects_take_no_memory_for_long():
     for _ in range(9):
         work()
     grown = resource.getrusage(resource.RUSAGE_SELF).ru_maxrss - before
-    assert grown < 8 * 1024  # KiB
+    if "asan" not in os.environ.get("LD_PRELOAD", ""):  # it keeps what was freed
+        assert grown < 8 * 1024  # KiB
 
 
 def test_help_and_stubs_know_every_attribute():
