@@ -21,6 +21,9 @@ from ._object import ForeignElement, List, Object
 __all__ = ["DocumentError", "Fault", "ForeignElement", "List", "LoadError", "Object", "Place",
            "SaveError", "ValueRefused", "ZolError", "color", "loads", "open", *_model.__all__]
 
+for _one in (Fault, Place, ZolError, DocumentError, LoadError, SaveError, ValueRefused):
+    _one.__module__ = __name__  # as which they are told and pickled
+
 
 def __getattr__(name):
     # It brings numpy, which takes longer than everything else.
