@@ -3,6 +3,7 @@
 #include <pybind11/stl.h>
 
 #include <array>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <string>
@@ -45,14 +46,13 @@ const Zol& document_of(const py::object& object, Proxy** proxy) {
 // --- Arrays of triples ---------------------------------------------------------------------------
 
 template <class T>
-T& triple(double* at) {
-  static_assert(sizeof(T) == 3 * sizeof(double), "three numbers side by side");
-  return *reinterpret_cast<T*>(at);
+T triple(const double* at) {
+  return {at[0], at[1], at[2]};
 }
 template <class T>
-const T& triple(const double* at) {
+void put(double* to, const T& value) {
   static_assert(sizeof(T) == 3 * sizeof(double), "three numbers side by side");
-  return *reinterpret_cast<const T*>(at);
+  std::memcpy(to, &value, sizeof value);
 }
 
 void want_triples(const Numbers& array) {
@@ -70,19 +70,19 @@ using Conversion = void (*)(const double* from, double* to, const Xyz& white);
 
 template <class From, class To, To (*convert)(const From&)>
 void plain(const double* from, double* to, const Xyz&) {
-  triple<To>(to) = convert(triple<From>(from));
+  put<To>(to, convert(triple<From>(from)));
 }
 template <class From, class To, To (*convert)(const From&, const Xyz&)>
 void whited(const double* from, double* to, const Xyz& white) {
-  triple<To>(to) = convert(triple<From>(from), white);
+  put<To>(to, convert(triple<From>(from), white));
 }
 template <RgbSpace space>
 void rgb_from_xyz(const double* from, double* to, const Xyz&) {
-  triple<Rgb>(to) = rgb_of(triple<Xyz>(from), space);
+  put<Rgb>(to, rgb_of(triple<Xyz>(from), space));
 }
 template <RgbSpace space>
 void xyz_from_rgb(const double* from, double* to, const Xyz&) {
-  triple<Xyz>(to) = xyz_of(triple<Rgb>(from), space);
+  put<Xyz>(to, xyz_of(triple<Rgb>(from), space));
 }
 
 const std::unordered_map<std::string, Conversion>& conversions() {
@@ -142,7 +142,7 @@ Numbers adapt(const Numbers& values, const std::array<double, 3>& from_white,
   const Adaptation method = is_cat02 ? Adaptation::cat02 : Adaptation::bradford;
   const py::gil_scoped_release unlocked;
   for (py::ssize_t i = 0; i < size; i += 3) {
-    triple<Xyz>(to + i) = adapted(triple<Xyz>(from + i), before, after, method);
+    put<Xyz>(to + i, adapted(triple<Xyz>(from + i), before, after, method));
   }
   return result;
 }
@@ -216,7 +216,7 @@ Numbers spectrum_to_xyz(const std::vector<double>& wavelengths, const Numbers& v
   double* to = result.mutable_data();
   double* const end = to + result.size();
   const py::gil_scoped_release unlocked;
-  for (; to != end; to += 3, from += grid.size()) triple<Xyz>(to) = weights->apply(from);
+  for (; to != end; to += 3, from += grid.size()) put<Xyz>(to, weights->apply(from));
   return result;
 }
 
@@ -309,8 +309,8 @@ py::dict measure(const py::object& object, const std::optional<std::string>& ill
     double* const x = xyz.mutable_data(i, 0);
     double* const l = lab.mutable_data(i, 0);
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    triple<Xyz>(x) = outcome ? outcome->xyz : Xyz{nan, nan, nan};
-    triple<Lab>(l) = outcome ? outcome->lab() : Lab{nan, nan, nan};
+    put<Xyz>(x, outcome ? outcome->xyz : Xyz{nan, nan, nan});
+    put<Lab>(l, outcome ? outcome->lab() : Lab{nan, nan, nan});
     const py::none none;
     unsigned at = 0;
     lists[at++].append(text_or_none("PaletteName", placed.place.palette));

@@ -35,10 +35,10 @@ Proxy& alive(const py::object& object) {
 // Keeps objects of a tree from being removed, whatever code the collector runs.
 class Lent {
  public:
-  explicit Lent(Proxy& proxy) : proxy_(proxy) { proxy.owner->lend(proxy); }
+  explicit Lent(Proxy& proxy) : proxy_(proxy) { proxy.owner->lend(proxy, k_all_rows); }
   Lent(const Lent&) = delete;
   Lent& operator=(const Lent&) = delete;
-  ~Lent() { proxy_.owner->take_back(proxy_); }
+  ~Lent() { proxy_.owner->take_back(proxy_, k_all_rows); }
 
  private:
   Proxy& proxy_;
@@ -309,6 +309,7 @@ void update(const py::object& root, unsigned type, const py::list& fields,
   const Lent lent(proxy);
   const std::vector<Found> all = found_in(proxy, wanted);
   const std::vector<Field*> targets = fields_of(fields);
+  if (targets.size() != columns.size()) throw py::value_error("a column for each field is wanted");
   for (std::size_t i = 0; i < targets.size(); ++i) {
     const Field& field = *targets[i];
     if (field.way != Way::real || !wanted.is_a(*field.owner)) {
@@ -396,19 +397,26 @@ bool find_run(std::size_t count, const At& at, Run* run) {
 }
 
 // An array over the numbers of a tree, which keeps the tree and what the numbers are in; where they
-// do not stand at equal distances, a copy. Nobody can write through it.
+// do not stand at equal distances, a copy. Nobody can write through it. The row is the one that
+// holds them, if they are not in the object itself.
 template <class At>
-py::array shown(Proxy& proxy, std::size_t count, const At& at) {
+py::array shown(Proxy& proxy, unsigned row, std::size_t count, const At& at) {
   Run run;
   py::array array;
   if (find_run(count, at, &run)) {
-    Py_INCREF(&proxy);
-    proxy.owner->lend(proxy);
-    const py::capsule lent(&proxy, [](void* given) {
-      auto* const lender = static_cast<Proxy*>(given);
-      lender->owner->take_back(*lender);
-      Py_DECREF(lender);
+    struct Loan {
+      Proxy& lender;
+      unsigned row;
+    };
+    auto loan = std::make_unique<Loan>(Loan{proxy, row});
+    const py::capsule lent(loan.get(), [](void* given) {
+      const std::unique_ptr<Loan> ended(static_cast<Loan*>(given));
+      ended->lender.owner->take_back(ended->lender, ended->row);
+      Py_DECREF(&ended->lender);
     });
+    static_cast<void>(loan.release());
+    Py_INCREF(&proxy);
+    proxy.owner->lend(proxy, row);
     array = py::array(py::dtype::of<double>(), {static_cast<py::ssize_t>(count)},
                       {static_cast<py::ssize_t>(run.step)}, run.first, lent);
   } else {
@@ -435,7 +443,7 @@ py::object coordinates(const py::object& space) {
   Proxy& proxy = alive(space);
   const auto rows = coordinates_of(reflection::type_of(*proxy.object));
   if (rows.empty()) return py::none();
-  return shown(proxy, rows.size(),
+  return shown(proxy, k_itself, rows.size(),
                [&](std::size_t i) { return &rows[i]->field<double>(*proxy.object); });
 }
 
@@ -479,7 +487,8 @@ py::array points(const py::object& space, bool is_value) {
   Proxy& proxy = alive(space);
   const Points points = points_of(*proxy.object);
   const internal::Row& row = is_value ? *points.value : *points.wavelength;
-  return shown(proxy, points.list->size(), [&](std::size_t i) {
+  const unsigned list = number_of(reflection::type_of(*proxy.object), Row(*points.row));
+  return shown(proxy, list, points.list->size(), [&](std::size_t i) {
     return &row.field<double>(
         *static_cast<const Object*>((*points.list)[static_cast<unsigned>(i)]));
   });
@@ -495,7 +504,7 @@ void set_points(const py::object& space, const Numbers& wavelengths, const Numbe
   const unsigned row = number_of(reflection::type_of(*proxy.object), Row(*points.row));
   const auto count = static_cast<unsigned>(values.size());
   const bool is_shorter = count < points.list->size();
-  if (is_shorter && !proxy.owner->may_take_out(proxy, nullptr, row)) throw py::error_already_set();
+  if (is_shorter && !proxy.owner->may_take_out(proxy, row)) throw py::error_already_set();
   unsigned wrong = 0;
   const int code = zol_set_spectrum(proxy.object, wavelengths.data(), values.data(), count, &wrong);
   if (code != lmx::elmx_ok) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "facade/check.h"
@@ -50,9 +51,31 @@ Proxy& alive(const py::object& object) {
   return *proxy;
 }
 
+// What an object lends: as it stands, or a copy of what somebody else could change meanwhile.
+class Bytes {
+ public:
+  explicit Bytes(const py::object& object) {
+    if (PyObject_GetBuffer(object.ptr(), &lent_, PyBUF_SIMPLE) < 0) throw py::error_already_set();
+    if (lent_.readonly == 0) copy_ = lent();
+  }
+  Bytes(const Bytes&) = delete;
+  Bytes& operator=(const Bytes&) = delete;
+  ~Bytes() { PyBuffer_Release(&lent_); }
+
+  std::string_view view() const { return lent_.readonly == 0 ? std::string_view(copy_) : lent(); }
+
+ private:
+  std::string_view lent() const {
+    return {static_cast<const char*>(lent_.buf), static_cast<std::size_t>(lent_.len)};
+  }
+
+  Py_buffer lent_{};
+  std::string copy_;
+};
+
 // A path, or bytes. Gives code, document, faults, their number, message and whether all was judged.
-py::tuple load(const std::optional<std::wstring>& path, const std::optional<py::buffer>& bytes,
-               bool strict, bool best_effort, std::uint64_t largest, std::size_t most_faults) {
+py::tuple load(const std::optional<std::wstring>& path, const py::object& bytes, bool strict,
+               bool best_effort, std::uint64_t largest, std::size_t most_faults) {
   LoadOptions options;
   options.strict = strict;
   options.best_effort = best_effort;
@@ -65,12 +88,9 @@ py::tuple load(const std::optional<std::wstring>& path, const std::optional<py::
     const py::gil_scoped_release unlocked;
     code = openFile(*document, *path, &report, options);
   } else {
-    // Nobody changes the length of what is lent.
-    const py::buffer_info view = bytes.value().request();
-    const std::string_view all(static_cast<const char*>(view.ptr),
-                               static_cast<std::size_t>(view.size * view.itemsize));
+    const Bytes all(bytes);
     const py::gil_scoped_release unlocked;
-    code = openText(*document, all, &report, options);
+    code = openText(*document, all.view(), &report, options);
   }
   py::object made = py::none();
   if (code == lmx::elmx_ok || best_effort) {

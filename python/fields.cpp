@@ -13,7 +13,6 @@ namespace {
 namespace py = pybind11;
 
 using internal::Head;
-using internal::Shape;
 
 Field& as_field(PyObject* object) { return *reinterpret_cast<Field*>(object); }
 
@@ -124,10 +123,10 @@ int put_child(const Field& field, Proxy* self, unsigned row, PyObject* value) {
   if (old == source->object) return 0;
   const bool is_alternative = table_of(row).place == Place::alternative;
   const int before = is_alternative ? zol_chosen(self->object) : -1;
-  if (before >= 0 && !self->owner->may_take_out(*self, nullptr, static_cast<unsigned>(before))) {
+  if (before >= 0 && !self->owner->may_take_out(*self, static_cast<unsigned>(before))) {
     return -1;
   }
-  if (!self->owner->may_take_out(*self, old, row)) return -1;
+  if (!self->owner->may_take_out(*self, row)) return -1;
   const int code = zol_put_child(self->object, row, source->object);
   if (code == lmx::elmx_bad_choice) return misplaced(field, value);
   if (code != lmx::elmx_ok) return refuse(self, row, 0, code, value);
@@ -137,9 +136,7 @@ int put_child(const Field& field, Proxy* self, unsigned row, PyObject* value) {
 }
 
 int set_nil(Proxy* self, unsigned row) {
-  unsigned type = 0;
-  void* const old = zol_child(self->object, row, 0, &type);
-  if (!self->owner->may_take_out(*self, old, row)) return -1;
+  if (!self->owner->may_take_out(*self, row)) return -1;
   void* const child = zol_make_child(self->object, row, table_of(row).type->number);
   if (child == nullptr || zol_set_nil(child, 1) == 0) {
     PyErr_NoMemory();

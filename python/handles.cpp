@@ -8,8 +8,6 @@
 
 namespace zol_v2::python {
 
-namespace py = pybind11;
-
 Classes& classes() {
   static Classes instance;
   return instance;
@@ -56,26 +54,32 @@ bool Owner::close() {
 
 namespace {
 
-// Whether the proxy is the object at the address, or a part of it or of what the row there holds.
-bool is_inside(const Proxy* part, const void* address, const Proxy& parent, unsigned row) {
+// Whether the proxy is the entry, or what the row of the parent holds, or a part of those.
+bool is_inside(const Proxy* part, const Proxy& parent, unsigned row, const void* entry) {
   for (; part != nullptr; part = part->parent) {
-    if (part->object == address) return true;
-    if (row != k_itself && part->parent != nullptr && part->parent->object == parent.object &&
-        part->row == row) {
+    if (entry != nullptr) {
+      if (part->object == entry) return true;
+    } else if (part->parent != nullptr && part->parent->object == parent.object &&
+               part->row == row) {
       return true;
     }
   }
   return false;
 }
 
+// Whether the row of the parent is one whose numbers are lent, or lies in such a one.
+bool is_lent(const Proxy& parent, unsigned row, const Proxy& lender, unsigned lent) {
+  for (const Proxy* at = &parent; at != nullptr; row = at->row, at = at->parent) {
+    if (at->object == lender.object) return lent == k_all_rows || lent == row;
+  }
+  return false;
+}
+
 }  // namespace
 
-bool Owner::may_take_out(const Proxy& parent, const void* address, unsigned row) const {
-  for (const Proxy* const lent : lent_) {
-    if (!is_inside(lent, address, parent, row) &&
-        !is_inside(&parent, lent->object, parent, k_itself)) {
-      continue;
-    }
+bool Owner::may_take_out(const Proxy& parent, unsigned row, const void* entry) const {
+  for (const auto& [lender, lent] : lent_) {
+    if (!is_inside(lender, parent, row, entry) && !is_lent(parent, row, *lender, lent)) continue;
     PyErr_SetString(PyExc_BufferError, "an array still shows numbers of what would be removed");
     return false;
   }
@@ -92,8 +96,8 @@ bool Owner::is_gone(const void* address, unsigned row, std::uint64_t since) cons
   return found != gone_since_.end() && found->second > since;
 }
 
-void Owner::take_back(const Proxy& proxy) {
-  lent_.erase(std::find(lent_.begin(), lent_.end(), &proxy));
+void Owner::take_back(const Proxy& proxy, unsigned row) {
+  lent_.erase(std::find(lent_.begin(), lent_.end(), std::pair(&proxy, row)));
 }
 
 Exclusive::Exclusive(const Proxy& proxy) : owner_(*proxy.owner) {

@@ -17,6 +17,7 @@
 #include <new>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "model/reflection.h"
@@ -36,7 +37,9 @@ struct Proxy;
 
 // Of a row by its number: that of its class, and its place among the rows of the class.
 constexpr unsigned k_rows_of_a_class = 256;
-constexpr unsigned k_itself = ~0U;  // instead of a row
+// Instead of a row.
+constexpr unsigned k_itself = ~0U;
+constexpr unsigned k_all_rows = ~0U - 1;
 
 inline const internal::Row& table_of(unsigned row) {
   return internal::k_classes[row / k_rows_of_a_class]->rows[row % k_rows_of_a_class];
@@ -63,14 +66,15 @@ class Owner {
   // False, with a BufferError, if numbers of the tree are lent out.
   bool close();
 
-  // Before the object at the address, or what the row of the parent holds, goes: false with a
+  // Before what the row of the parent holds goes, or of a list only that entry: false with a
   // BufferError if numbers in it are lent out.
-  bool may_take_out(const Proxy& parent, const void* address, unsigned row) const;
+  bool may_take_out(const Proxy& parent, unsigned row, const void* entry = nullptr) const;
   void take_out(const void* address, unsigned row);
   bool is_gone(const void* address, unsigned row, std::uint64_t since) const;
 
-  void lend(const Proxy& proxy) { lent_.push_back(&proxy); }
-  void take_back(const Proxy& proxy);
+  // Numbers of the object itself, of what its row holds, or of everything in it.
+  void lend(const Proxy& proxy, unsigned row) { lent_.push_back({&proxy, row}); }
+  void take_back(const Proxy& proxy, unsigned row);
 
  private:
   friend class Exclusive;
@@ -93,7 +97,7 @@ class Owner {
   bool is_busy_ = false;
   std::mutex work_;
   std::unordered_map<At, std::uint64_t, Hash> gone_since_;
-  std::vector<const Proxy*> lent_;
+  std::vector<std::pair<const Proxy*, unsigned>> lent_;
 };
 
 struct Proxy {

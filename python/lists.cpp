@@ -49,7 +49,7 @@ PyObject* insert(Proxy* holder, unsigned row, unsigned index, PyObject* value) {
 int remove(Proxy* holder, unsigned row, unsigned index) {
   unsigned type = 0;
   void* const child = has_objects(row) ? zol_child(holder->object, row, index, &type) : nullptr;
-  if (child != nullptr && !holder->owner->may_take_out(*holder, child, k_itself)) return -1;
+  if (child != nullptr && !holder->owner->may_take_out(*holder, row, child)) return -1;
   if (zol_remove(holder->object, row, index) == 0) {
     PyErr_SetString(PyExc_IndexError, "the list has no such entry");
     return -1;
@@ -238,7 +238,7 @@ int replace_all(Proxy* self, unsigned row, PyObject* values) {
   const auto all = pybind11::reinterpret_steal<pybind11::object>(
       values != nullptr ? PySequence_List(values) : PyList_New(0));
   if (!all || live(self) == nullptr) return -1;
-  if (!self->owner->may_take_out(*self, nullptr, row)) return -1;
+  if (!self->owner->may_take_out(*self, row)) return -1;
   const unsigned before = zol_count(self->object, row);
   for (Py_ssize_t i = 0; i < PyList_GET_SIZE(all.ptr()); ++i) {
     PyObject* const added =

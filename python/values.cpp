@@ -266,7 +266,7 @@ int store(Proxy* self, unsigned row, unsigned index, PyObject* value, bool is_ne
   // What a choice held before goes if it holds something else now.
   const int before = table_of(row).place == Place::alternative ? zol_chosen(self->object) : -1;
   const bool is_choice = before >= 0 && static_cast<unsigned>(before) != row;
-  if (is_choice && !self->owner->may_take_out(*self, nullptr, static_cast<unsigned>(before))) {
+  if (is_choice && !self->owner->may_take_out(*self, static_cast<unsigned>(before))) {
     return -1;
   }
   if (store_value(self, row, index, value, is_new) < 0) return -1;
@@ -275,16 +275,15 @@ int store(Proxy* self, unsigned row, unsigned index, PyObject* value, bool is_ne
 }
 
 int unset(Proxy* self, unsigned row) {
-  unsigned type = 0;
-  void* const old = zol_child(self->object, row, 0, &type);
-  if (!self->owner->may_take_out(*self, old, row)) return -1;
+  const internal::Row& table = table_of(row);
+  const bool has_objects = table.type != nullptr;
+  if (has_objects && !self->owner->may_take_out(*self, row)) return -1;
   if (zol_unset(self->object, row) == 0) {
     PyErr_Format(PyExc_ValueError, "%s is required and cannot be taken away",
-                 std::string(Row(table_of(row)).name()).c_str());
+                 std::string(Row(table).name()).c_str());
     return -1;
   }
-  self->owner->take_out(self->object, row);
-  if (old != nullptr) self->owner->take_out(old, k_itself);
+  if (has_objects) self->owner->take_out(self->object, row);
   return 0;
 }
 

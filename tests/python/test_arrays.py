@@ -147,6 +147,9 @@ def test_views_show_the_document_and_keep_it(sample):
     part = values[3:5]
     points = spectrum.points
     document.colors.pop()  # another colour
+    spectrum.comments, spectrum.specification = None, zol.SpectralSpecification()
+    spectrum.custom_properties.add(name="x", value="y")
+    spectrum.custom_properties.clear()
     changes = [lambda: document.colors.pop(0), document.close, document.colors.clear,
                lambda: setattr(document.colors[0], "spaces", [])]
     if values.base is not None:  # under a sanitizer the points stand anywhere

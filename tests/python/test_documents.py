@@ -84,6 +84,16 @@ def test_what_is_no_document_is_refused(data, code):
     assert caught.value.code == code and str(caught.value)
 
 
+def test_bytes_that_do_not_stand_side_by_side_are_refused():
+    text = color_document("a").dumps()
+    with pytest.raises(BufferError):
+        zol.loads(memoryview(text)[::-1])
+    assert len(zol.loads(memoryview(b"x" + text)[1:]).colors) == 1
+    for wrong in (5, None, ["<a/>"]):
+        with pytest.raises(TypeError):
+            zol.loads(wrong)
+
+
 def test_files_that_cannot_be_read_or_written(tmp_path):
     with pytest.raises(FileNotFoundError):
         zol.open(tmp_path / "missing.zol")
