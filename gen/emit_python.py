@@ -147,6 +147,11 @@ def emit_module(model, shown):
         out.blank()
         emit_class(out, model, info)
     out.blank()
+    emit_all(out, model, shown)
+    return out.text()
+
+
+def emit_all(out, model, shown):
     names = [dotnet_names.enum_name(name) for name in model.enums] + \
         [class_name(info) for info in shown]
     out.emit("""
@@ -154,7 +159,6 @@ def emit_module(model, shown):
             $names$
         ]
         """, names="\n".join(f"{quoted(name)}," for name in sorted(names)))
-    return out.text()
 
 
 def bases(info):
@@ -226,6 +230,8 @@ def emit_stub(model, shown):
         from ._object import (ChoiceParts, DocumentParts, ForeignElement, List, Object, SpaceParts,
                               SpectrumParts)
         """, banner=BANNER)
+    out.blank()
+    emit_all(out, model, shown)
     for enum in model.enums.values():
         out.blank()
         out.emit("""

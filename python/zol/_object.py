@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import os
 from collections.abc import MutableSequence
-from typing import TYPE_CHECKING, Any, Iterable, Iterator, NamedTuple
+from typing import TYPE_CHECKING, Any, Iterable, Iterator, NamedTuple, TypeVar
 
 from . import _zol
 from ._faults import SaveError, document_error, make_faults, refuse
@@ -13,10 +13,11 @@ if TYPE_CHECKING:
     import numpy
 
     from ._faults import Fault
-    from ._model import NamedColor
+    from ._model import Document, NamedColor, Palette, QualityControl
     from ._table import Spectra, Table
 
-CLASSES = {}
+T = TypeVar("T")
+CLASSES: dict[str, type[Object]] = {}
 """By their names in Python and in the format, the latter also without what they all have."""
 
 
@@ -54,7 +55,8 @@ class Object(_zol.Object):
 
     __slots__ = ()
     _telling: tuple[str, ...] = ()
-    _number, _format_name = -1, ""
+    _number = -1
+    _format_name = ""
 
     def __repr__(self):
         name = type(self).__name__
@@ -75,7 +77,7 @@ class Object(_zol.Object):
     @classmethod
     def attributes(cls) -> dict[str, Any]:
         """The attributes that stand for rows of the format, in the order of documents."""
-        found = {}
+        found: dict[str, Any] = {}
         for owner in reversed(cls.__mro__):
             found.update((name, one) for name, one in vars(owner).items()
                          if isinstance(one, _zol.field))
@@ -87,7 +89,7 @@ class Object(_zol.Object):
         return make_faults(_zol.check(self, warnings))
 
 
-class List(_zol.List, MutableSequence):
+class List(_zol.List, MutableSequence[T]):
     """A list in a document, which shows the document as it is.
 
     What is added is copied; append() and insert() give the copy, which is part of the document, and
@@ -96,11 +98,11 @@ class List(_zol.List, MutableSequence):
 
     __slots__ = ()
 
-    def append(self, value):
+    def append(self, value: T) -> T:  # type: ignore[override]
         """Adds a copy of an object, or a value, at the end; gives what now stands there."""
         return self.insert(len(self), value)
 
-    def add(self, **values):
+    def add(self, **values: Any) -> T:
         """Makes an object at the end, with these values; gives it."""
         made = self._make()
         try:
@@ -111,13 +113,13 @@ class List(_zol.List, MutableSequence):
             raise
         return made
 
-    def pop(self, index=-1):
+    def pop(self, index: int = -1) -> T:
         value = self[index]
         value = value.copy() if isinstance(value, Object) else value
         del self[index]
         return value
 
-    def clear(self):
+    def clear(self) -> None:
         del self[:]
 
     def __eq__(self, other):
@@ -125,7 +127,7 @@ class List(_zol.List, MutableSequence):
             return NotImplemented
         return len(self) == len(other) and all(a == b for a, b in zip(self, other))
 
-    __hash__ = None
+    __hash__ = None  # type: ignore[assignment]
 
     def __repr__(self):
         try:
@@ -217,8 +219,13 @@ class DocumentParts(Object):
 
     __slots__ = ()
 
-    def __enter__(self):
-        return self
+    if TYPE_CHECKING:
+        colors: List[NamedColor]
+        palettes: List[Palette]
+        quality_controls: List[QualityControl]
+
+    def __enter__(self) -> Document:
+        return self  # type: ignore[return-value]
 
     def __exit__(self, *_):
         self.close()
@@ -228,13 +235,13 @@ class DocumentParts(Object):
 
         return loads, (self.dumps(exact=True, stamped=False),)
 
-    def close(self):
+    def close(self) -> None:
         """Lets go of all that is in it, which raises a ReferenceError from then on. Needed by
         nobody: a document goes with the last that refers to it or to a part of it."""
         self._close()
 
-    def save(self, path: str | os.PathLike, *, exact=False, indented=True, stamped=True,
-             checked=False) -> None:
+    def save(self, path: str | os.PathLike[str], *, exact: bool = False, indented: bool = True,
+             stamped: bool = True, checked: bool = False) -> None:
         """Writes a file: '.zol' for XML, '.zolz' for an archive. An older one stays whole until the
         new one is complete and on the disk.
 
@@ -248,7 +255,8 @@ class DocumentParts(Object):
         if code:
             raise document_error(SaveError, code, told, message)
 
-    def dumps(self, *, exact=False, indented=True, stamped=True, checked=False) -> bytes:
+    def dumps(self, *, exact: bool = False, indented: bool = True, stamped: bool = True,
+              checked: bool = False) -> bytes:
         """The document as XML, in UTF-8; as save()."""
         (code, told, message), text = _zol.dump(self, exact, indented, stamped, checked)
         if code:

@@ -5,6 +5,18 @@ from enum import Enum
 from ._object import (ChoiceParts, DocumentParts, ForeignElement, List, Object, SpaceParts,
                       SpectrumParts)
 
+__all__ = [
+    "AnonTag",
+    "Box",
+    "Document",
+    "Grade",
+    "Part",
+    "PartChoice",
+    "Ring",
+    "Round",
+    "Shape",
+]
+
 class Grade(Enum):
     A = "Grade_A"
     B_PLUS = "Grade_B-plus"
