@@ -296,11 +296,15 @@ PyObject* proxy_parent(PyObject* self, void*) {
 }
 
 PyObject* proxy_path(PyObject* self, void*) {
-  Object* const object = live(as_proxy(self));
-  if (object == nullptr) return nullptr;
-  const std::unique_ptr<char, void (*)(void*)> path(
-      zol_path(as_proxy(self)->owner->root(), object, -1, 0), zol_text_free);
-  return path != nullptr ? PyUnicode_FromString(path.get()) : PyErr_NoMemory();
+  if (live(as_proxy(self)) == nullptr) return nullptr;
+  // A group without a value has no path, nor has what is in an element that is nil: they go by that
+  // of what is around.
+  for (const Proxy* at = as_proxy(self); at != nullptr; at = at->parent) {
+    const std::unique_ptr<char, void (*)(void*)> path(
+        zol_path(at->owner->root(), at->object, -1, 0), zol_text_free);
+    if (path != nullptr) return PyUnicode_FromString(path.get());
+  }
+  return PyErr_NoMemory();
 }
 
 PyObject* proxy_is_removed(PyObject* self, void*) {

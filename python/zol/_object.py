@@ -224,6 +224,12 @@ class DocumentParts(Object):
         palettes: List[Palette]
         quality_controls: List[QualityControl]
 
+    def __repr__(self):
+        if self.is_removed:
+            return super().__repr__()
+        return (f"<Document: {len(self.colors)} colours, {len(self.palettes)} palettes, "
+                f"{len(self.quality_controls)} quality controls>")
+
     def __enter__(self) -> Document:
         return self  # type: ignore[return-value]
 
