@@ -110,7 +110,8 @@ def about(row, way):
     told = re.sub(r"\bnull\b", "None", re.sub(r"\bNull\b", "None", told))
     place = PLACES.get(row.kind, "element")
     name = "" if row.kind in ("content", "group", "any") else f" {row.name}"
-    lines = [first, "", f"In documents: {place}{name} of {row.owner.name}."]
+    lines = [first, "", f"In documents: {place}{name} of {row.owner.name}. "
+             f"Here: {type_of(row, way)}."]
     if told:
         lines.append(told)
     if way == "exact":

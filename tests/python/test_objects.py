@@ -324,7 +324,7 @@ def test_a_million_objects_take_no_memory_for_long():
 def test_help_and_stubs_know_every_attribute():
     text = pydoc.render_doc(zol.CieLab, renderer=pydoc.plaintext)
     assert "Lightness L*." in text and "At least 0 and at most 150." in text
-    assert "In documents: element L of ColorSpaceCIELabType." in text
+    assert "In documents: element L of ColorSpaceCIELabType. Here: float." in text
     import ast
     import pathlib
 
