@@ -100,6 +100,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
   "A C++ library with its headers, the command zol, and an XML Schema of the format.")
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "python3-numpy, python3-pandas")
 find_program(ZOL_SHLIBDEPS dpkg-shlibdeps)
 mark_as_advanced(ZOL_SHLIBDEPS)
 if(ZOL_SHLIBDEPS)

@@ -10,6 +10,7 @@
     zolgen.py bridge-calls --schema DIR --api FILE --out DIR   a table of them for the fuzzer
     zolgen.py managed --schema DIR --api FILE --out DIR    the C# classes over them
     zolgen.py dotnet --schema DIR --out DIR                the classes that .NET programs work with
+    zolgen.py python --schema DIR --out DIR                the classes that Python programs work with
     zolgen.py model --schema DIR --list                    the files that would be written
 
 A file is touched only if its text changes, so that a build compiles no more than it must.
@@ -26,6 +27,7 @@ import emit_calls  # noqa: E402
 import emit_dotnet  # noqa: E402
 import emit_managed  # noqa: E402
 import emit_model  # noqa: E402
+import emit_python  # noqa: E402
 import emit_reference  # noqa: E402
 import emit_smoke  # noqa: E402
 import emit_xsd  # noqa: E402
@@ -40,6 +42,7 @@ EMITTERS = {
     "dotnet": emit_dotnet.emit,
     "managed": emit_managed.emit,
     "model": emit_model.emit,
+    "python": emit_python.emit,
     "reference": emit_reference.emit,
     "xsd": emit_xsd.emit,
 }

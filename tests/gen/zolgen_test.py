@@ -15,6 +15,7 @@ GOLDEN = ROOT / "gen" / "golden"
 sys.path.insert(0, str(ROOT / "gen"))
 
 import emit_dotnet  # noqa: E402
+import emit_python  # noqa: E402
 import resolve  # noqa: E402
 import schema  # noqa: E402
 import zolgen  # noqa: E402
@@ -100,6 +101,18 @@ class FaultsTest(unittest.TestCase):
                 schema.read_text(rows, "bad.rows", text)
                 with self.assertRaisesRegex(schema.SchemaError, reason):
                     emit_dotnet.emit(resolve.Model(rows))
+
+    def test_names_that_python_cannot_have_are_refused(self):
+        for text, reason in (("plain A\n  elem  path  string  1", "Python cannot have A.path"),
+                             ("plain A\n  elem  ab  int  1\n  elem  Ab  int  1",
+                              "Python cannot have A.ab"),
+                             ("choice A\n  alt  Kind  string", "Python cannot have A.kind"),
+                             ("enum E\n  a-b\n  a_b", "Python has a member of E twice")):
+            with self.subTest(text):
+                rows = schema.Schema()
+                schema.read_text(rows, "bad.rows", text)
+                with self.assertRaisesRegex(schema.SchemaError, reason):
+                    emit_python.emit(resolve.Model(rows))
 
     def test_the_command_fails_with_the_complaint(self):
         with tempfile.TemporaryDirectory() as directory:

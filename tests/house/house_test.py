@@ -10,7 +10,8 @@ import unittest
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 GENERATED = None
-ROOMS = ("bridge", "facade", "model", "lmx", "zip", "port", "colorimetry", "tools")
+ROOMS = ("bridge", "facade", "model", "lmx", "zip", "port", "colorimetry", "python",
+         "tools")
 OTHERS = ("tests", "fuzz", "bench", "examples")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
