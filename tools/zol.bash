@@ -13,10 +13,10 @@ _zol() {
   case $command in
     validate) options='--first --max --lint --strict --json --sarif --recursive --jobs --quiet --brief --color --help' ;;
     info) options='--json --recursive --help' ;;
-    convert) options='--force --rewrite --exact --help' ;;
+    convert) options='--force --rewrite --exact --to --from --recursive --wide --space --separator --decimal-comma --mapping --illuminant --observer --help' ;;
     list) options='--csv --recursive --illuminant --observer --help' ;;
     report) options='--output --svg --illuminant --observer --help' ;;
-    schema) options='--help' ;;
+    schema) options='--json --help' ;;
     check) options='--json --csv --warn-as-fail --unjudged-as-fail --fill --output --force --help' ;;
     compare) options='--formula --factors --illuminant --observer --adapt --json --csv --help' ;;
     *) options='validate info convert list report schema check compare --version --help' ;;
@@ -30,8 +30,11 @@ _zol() {
     return
   fi
   [[ $command == schema || ($command == validate && $previous == @(--max|--jobs|-j)) ]] && return
-  if [[ $command == compare || $command == list || $command == report ]]; then
+  if [[ $command == @(compare|convert|list|report) ]]; then
     case $previous in
+      --to) options='zol json csv tsv' ;;
+      --from) options='zol json csv tsv' ;;
+      --space) options='CIELab CIELCh CIEXYZ CIExyY CIELuv Spectral SRGB RGB CMYK Density' ;;
       --formula) options='76 94 2000 cmc din99 hunter fmc2' ;;
       --illuminant) options='A B C D50 D55 D65 D75 E F2 F3 F7 F11 F12 9300' ;;
       --observer) options='2 10' ;;
@@ -44,6 +47,10 @@ _zol() {
     fi
   fi
   compopt -o filenames 2>/dev/null
+  if [[ $command == convert ]]; then
+    mapfile -t COMPREPLY < <(compgen -f -- "$current")
+    return
+  fi
   mapfile -t COMPREPLY < <(compgen -d -- "$current"
                            compgen -f -X '!*.[zZ][oO][lL]' -- "$current"
                            compgen -f -X '!*.[zZ][oO][lL][zZ]' -- "$current")

@@ -1,0 +1,112 @@
+#include "interchange/formats.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "interchange/internal/writers.h"
+#include "interchange/json.h"
+#include "model/Zol.h"
+
+namespace zol_v2::interchange {
+
+namespace {
+
+std::string lower(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return result;
+}
+
+class JsonDocumentWriter : public Writer {
+ public:
+  void add(const Zol& document, std::string_view) override {
+    if (!report_) return;
+    if (!text_.empty()) {
+      report_.fail("several-documents", "JSON holds one document, and not several");
+      return;
+    }
+    report_ = write_json(document, &text_);
+  }
+  Report finish(std::string* bytes) override {
+    if (report_) *bytes += text_;
+    return report_;
+  }
+
+ private:
+  Report report_;
+  std::string text_;
+};
+
+}  // namespace
+
+Writer::~Writer() = default;
+
+const std::vector<FormatInfo>& formats() {
+  static const std::vector<FormatInfo> table = {
+      {Format::json, "json", {".json"}, true, true, "everything"},
+      {Format::csv, "csv", {".csv"}, true, true, "all values of colours, with their conditions"},
+      {Format::tsv, "tsv", {".tsv", ".tab"}, true, true, "the same, between tabs"},
+  };
+  return table;
+}
+
+const FormatInfo* find_format(std::string_view name) {
+  const std::string wanted = lower(name);
+  for (const FormatInfo& info : formats()) {
+    if (info.name == wanted) return &info;
+  }
+  return nullptr;
+}
+
+const FormatInfo* format_of_path(std::string_view path) {
+  const std::string wanted = lower(path);
+  for (const FormatInfo& info : formats()) {
+    for (const std::string_view suffix : info.suffixes) {
+      if (wanted.size() > suffix.size() &&
+          wanted.compare(wanted.size() - suffix.size(), suffix.size(), suffix) == 0) {
+        return &info;
+      }
+    }
+  }
+  return nullptr;
+}
+
+std::unique_ptr<Writer> make_writer(Format format, const WriteOptions& options) {
+  switch (format) {
+    case Format::json:
+      return std::make_unique<JsonDocumentWriter>();
+    case Format::csv:
+    case Format::tsv:
+      return internal::make_table_writer(format, options);
+  }
+  return nullptr;
+}
+
+Report read(std::string_view bytes, Format format, const ReadOptions& options, Zol* document) {
+  switch (format) {
+    case Format::json:
+      return read_json(bytes, document);
+    case Format::csv:
+    case Format::tsv:
+      return internal::read_table(bytes, options, document);
+  }
+  return {};
+}
+
+namespace internal {
+
+void RecordWriter::add(const Zol& document, std::string_view name) {
+  for_each_record(
+      document, [&](const ColorRecord& record) { add_record(record, name); }, &losses());
+}
+
+Report RecordWriter::finish(std::string* bytes) {
+  std::string text;
+  finish_records(&text);
+  if (report_) *bytes += text;
+  return report_;
+}
+
+}  // namespace internal
+
+}  // namespace zol_v2::interchange
