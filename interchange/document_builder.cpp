@@ -123,9 +123,7 @@ ColorType& DocumentBuilder::append_color(const ColorRecord& record) {
 }
 
 bool DocumentBuilder::add(const ColorRecord& record) {
-  ColorType& color = append_color(record);
-  last_ = record;
-  last_->renderings.clear();
+  ColorType color;
   const std::pair<std::string_view, const std::string*> texts[] = {
       {"ColorName", &record.name},
       {"ColorNumber", &record.number},
@@ -136,10 +134,26 @@ bool DocumentBuilder::add(const ColorRecord& record) {
     std::string fault = store_attribute(color, row, *text);
     if (!fault.empty()) return fail(std::move(fault), record.offset);
   }
-  for (const Rendering& rendering : record.renderings) {
-    if (!add_rendering(rendering, &color)) return false;
-  }
   if (record.renderings.empty()) return fail("The colour has no values", record.offset);
+  if (!add_renderings(record.renderings, &color)) return false;
+  if (color.size_ColorSpace() == 0) {
+    report_.losses.add("colour with values out of bounds");
+    return true;
+  }
+  append_color(record).swap(color);
+  last_ = record;
+  last_->renderings.clear();
+  return true;
+}
+
+bool DocumentBuilder::add_renderings(const std::vector<Rendering>& renderings, ColorType* color) {
+  for (const Rendering& rendering : renderings) {
+    if (add_rendering(rendering, color)) continue;
+    if (!options_.is_tolerant) return false;
+    report_.faults.clear();
+    report_.losses.add("rendering in " + rendering.space + " with values out of bounds");
+    color->delete_ColorSpace(color->size_ColorSpace() - 1);
+  }
   return true;
 }
 

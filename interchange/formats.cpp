@@ -46,6 +46,12 @@ const std::vector<FormatInfo>& formats() {
       {Format::json, "json", {".json"}, true, true, "everything"},
       {Format::csv, "csv", {".csv"}, true, true, "all values of colours, with their conditions"},
       {Format::tsv, "tsv", {".tsv", ".tab"}, true, true, "the same, between tabs"},
+      {Format::cgats,
+       "cgats",
+       {".cgats", ".ti3", ".ti2", ".ti1", ".cie", ".sp", ".it8"},
+       true,
+       true,
+       "spectra, Lab, LCh, XYZ, xyY, CMYK, RGB and densities"},
   };
   return table;
 }
@@ -78,6 +84,8 @@ std::unique_ptr<Writer> make_writer(Format format, const WriteOptions& options) 
     case Format::csv:
     case Format::tsv:
       return internal::make_table_writer(format, options);
+    case Format::cgats:
+      return internal::make_cgats_writer();
   }
   return nullptr;
 }
@@ -89,13 +97,18 @@ Report read(std::string_view bytes, Format format, const ReadOptions& options, Z
     case Format::csv:
     case Format::tsv:
       return internal::read_table(bytes, options, document);
+    case Format::cgats:
+      return internal::read_cgats(bytes, options, document);
   }
   return {};
 }
 
 namespace internal {
 
+void RecordWriter::add_document(const Zol&, std::string_view) {}
+
 void RecordWriter::add(const Zol& document, std::string_view name) {
+  add_document(document, name);
   for_each_record(
       document, [&](const ColorRecord& record) { add_record(record, name); }, &losses());
 }

@@ -120,6 +120,9 @@ class ZOL_INTERCHANGE_API DocumentBuilder {
     std::string source;             // what is imported, for people
     char decimal = '.';             // in the texts of numbers
     Conditions default_conditions;  // where a rendering says nothing
+    // Leaves out renderings with values that documents refuse, and counts them: other programs
+    // have RGB and tristimulus values out of the bounds of the format.
+    bool is_tolerant = false;
   };
 
   // The document is a new one. `text` is what offsets refer to; it, the document and the report
@@ -132,8 +135,10 @@ class ZOL_INTERCHANGE_API DocumentBuilder {
   void add_attribute(std::string_view name, std::string_view value);
 
  private:
+  // Where the colour of the record stands, which is a new one.
   ColorType& append_color(const ColorRecord& record);
   bool add_rendering(const Rendering& rendering, ColorType* color);
+  bool add_renderings(const std::vector<Rendering>& renderings, ColorType* color);
   bool fail(std::string sentence, std::size_t offset);
 
   Zol& document_;

@@ -27,19 +27,6 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(" \t") - begin + 1);
 }
 
-// By a power of ten without a binary step between, so that 96.42 becomes 0.9642.
-double divided(double number, double divisor) {
-  for (int exponent = 1; exponent <= 4; ++exponent) {
-    if (divisor != std::pow(10, exponent)) continue;
-    const std::string text = number_text(number);
-    if (text.find_first_of("eEN") != std::string::npos) break;
-    const std::string shifted = text + "e-" + std::to_string(exponent);
-    (void)std::from_chars(shifted.data(), shifted.data() + shifted.size(), number);
-    return number;
-  }
-  return number / divisor;
-}
-
 class TableReader {
  public:
   TableReader(std::string_view text, const ReadOptions& options, Report* report)
@@ -317,7 +304,9 @@ class TableReader {
       if (!number_in(cell.text, &number)) {
         return fail(target.axis + " is '" + cell.text + "', a number is expected", cell.offset);
       }
-      coordinate.text = number_text(divided(number, target.divisor));
+      std::string plain(trimmed(cell.text));
+      std::replace(plain.begin(), plain.end(), decimal_, '.');
+      coordinate.text = number_text(divided(plain, target.divisor));
       std::replace(coordinate.text.begin(), coordinate.text.end(), '.', decimal_);
     }
     rendering.coordinates.push_back(std::move(coordinate));

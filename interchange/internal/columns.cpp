@@ -143,26 +143,6 @@ std::optional<Target> parse_name(std::string_view text) {
   return coordinate(text.substr(0, dot), text.substr(dot + 1));
 }
 
-// "400", "400 nm", "nm400", "R_400", "SPECTRAL_NM400", "SPEC_400"; empty for anything else.
-std::string wavelength_in(std::string_view heading) {
-  const std::string text = lower(heading);
-  const std::size_t begin = text.find_first_of("0123456789");
-  if (begin == std::string::npos) return {};
-  std::size_t end = text.find_first_not_of("0123456789.", begin);
-  end = std::min(end, text.size());
-  const std::string before = letters_and_digits(text.substr(0, begin));
-  const std::string behind = letters_and_digits(text.substr(end));
-  constexpr std::string_view k_before[] = {
-      "", "r", "nm", "spectralnm", "spec", "spectral", "reflectance", "wavelength", "wl"};
-  if (std::find(std::begin(k_before), std::end(k_before), before) == std::end(k_before)) return {};
-  if (!behind.empty() && behind != "nm") return {};
-  double number = 0;
-  const auto parsed = std::from_chars(text.data() + begin, text.data() + end, number);
-  constexpr double k_shortest = 200, k_longest = 2500;
-  if (parsed.ptr != text.data() + end || number < k_shortest || number > k_longest) return {};
-  return text.substr(begin, end - begin);
-}
-
 // With the name of the space before the letter of the axis: "LAB_L", "CIE L*", "cmyk c".
 std::optional<Target> parse_prefixed(const std::string& plain) {
   for (const KnownSpace& known : known_spaces()) {
@@ -197,6 +177,25 @@ Target guess(std::string_view heading) {
 }  // namespace
 
 std::string_view name_of(Field field) { return k_field_names[static_cast<std::size_t>(field)]; }
+
+std::string wavelength_in(std::string_view heading) {
+  const std::string text = lower(heading);
+  const std::size_t begin = text.find_first_of("0123456789");
+  if (begin == std::string::npos) return {};
+  std::size_t end = text.find_first_not_of("0123456789.", begin);
+  end = std::min(end, text.size());
+  const std::string before = letters_and_digits(text.substr(0, begin));
+  const std::string behind = letters_and_digits(text.substr(end));
+  constexpr std::string_view k_before[] = {
+      "", "r", "nm", "spectralnm", "spec", "spectral", "reflectance", "wavelength", "wl"};
+  if (std::find(std::begin(k_before), std::end(k_before), before) == std::end(k_before)) return {};
+  if (!behind.empty() && behind != "nm") return {};
+  double number = 0;
+  const auto parsed = std::from_chars(text.data() + begin, text.data() + end, number);
+  constexpr double k_shortest = 200, k_longest = 2500;
+  if (parsed.ptr != text.data() + end || number < k_shortest || number > k_longest) return {};
+  return text.substr(begin, end - begin);
+}
 
 std::optional<Target> parse_target(std::string_view text) {
   text = trimmed(text);

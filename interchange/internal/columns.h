@@ -50,4 +50,8 @@ std::optional<Target> parse_target(std::string_view text);
 // What the columns of a table with these headings are; of kind `none` where nobody knows.
 std::vector<Target> guess_targets(const std::vector<std::string>& headings);
 
+// The wavelength in nm that a heading names: "400", "400 nm", "nm400", "R_400", "SPECTRAL_NM400";
+// empty for anything else.
+std::string wavelength_in(std::string_view heading);
+
 }  // namespace zol_v2::interchange::internal

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cctype>
 #include <optional>
+#include <utility>
 
+#include "interchange/internal/coordinates.h"
 #include "interchange/internal/values.h"
 
 namespace zol_v2::interchange {
@@ -215,6 +217,15 @@ constexpr Assumption k_assumptions[] = {
     {"EmissiveMode", "NA", "nothing is said of a diffuser"},
 };
 
+// What was never said is not said when it is told again.
+bool is_assumed(std::string_view text) {
+  constexpr std::string_view k_not_known = "not known";
+  return text.size() >= k_not_known.size() &&
+         text.substr(text.size() - k_not_known.size()) == k_not_known &&
+         std::any_of(std::begin(k_assumptions), std::end(k_assumptions),
+                     [&](const Assumption& assumption) { return assumption.text == text; });
+}
+
 }  // namespace
 
 Conditions conditions_of(ConstRef specification, Losses* losses) {
@@ -227,7 +238,9 @@ Conditions conditions_of(ConstRef specification, Losses* losses) {
       if (losses != nullptr) losses->add(row.name(), specification.count(row));
       continue;
     }
-    conditions.values[static_cast<std::size_t>(column - k_columns)] = text_of(specification, row);
+    std::string text = text_of(specification, row);
+    if (is_assumed(text)) text.clear();
+    conditions.values[static_cast<std::size_t>(column - k_columns)] = std::move(text);
     const ConstRef child = specification.value(row).child();
     if (losses == nullptr || !child || !child.type().is_choice()) continue;
     for (const Row attribute : child.type().attributes()) {
@@ -235,6 +248,13 @@ Conditions conditions_of(ConstRef specification, Losses* losses) {
     }
   }
   return conditions;
+}
+
+bool can_have(std::string_view space, Condition condition) {
+  const Row alternative = space_row(space);
+  const Row specification = alternative ? specification_row(alternative.type()) : Row();
+  const Column& column = k_columns[static_cast<std::size_t>(condition)];
+  return specification && specification.type().row(column.row);
 }
 
 std::string store_conditions(Ref specification, const Conditions& conditions, Report* report) {

@@ -72,6 +72,58 @@ std::string number_text(double value) {
   return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
+namespace {
+
+// The exponent of a power of ten; 0 for any other number.
+int exponent_of(double factor) {
+  return factor == 10 ? 1 : factor == 100 ? 2 : factor == 1000 ? 3 : 0;
+}
+
+// Of a decimal number in one of the usual forms.
+double shifted(const std::string& number, int exponent) {
+  const std::size_t mark = std::min(number.find_first_of("eE"), number.size());
+  int own = 0;
+  if (mark < number.size()) {
+    const char* const begin = number.data() + mark + (number[mark + 1] == '+' ? 2 : 1);
+    (void)std::from_chars(begin, number.data() + number.size(), own);
+  }
+  const std::string text = number.substr(0, mark) + 'e' + std::to_string(own + exponent);
+  double result = 0;
+  (void)std::from_chars(text.data() + (text[0] == '+' ? 1 : 0), text.data() + text.size(), result);
+  return result;
+}
+
+}  // namespace
+
+std::string times(double number, double factor) {
+  const int exponent = exponent_of(factor);
+  if (exponent == 0 || !std::isfinite(number)) return number_text(number * factor);
+  char text[64];
+  const char* const end =
+      std::to_chars(text, text + sizeof text, number, std::chars_format::scientific).ptr;
+  const char* const mark = std::find(static_cast<const char*>(text), end, 'e');
+  int own = 0;
+  (void)std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, own);
+  own += exponent;
+  constexpr int k_least = -6, k_most = 17;
+  std::string digits(static_cast<const char*>(text), mark);
+  if (own < k_least || own > k_most) return digits + 'e' + std::to_string(own);
+  const std::string sign = digits[0] == '-' ? "-" : "";
+  digits.erase(
+      std::remove_if(digits.begin(), digits.end(), [](char c) { return c == '.' || c == '-'; }),
+      digits.end());
+  if (own < 0) return sign + "0." + std::string(static_cast<std::size_t>(-own - 1), '0') + digits;
+  const std::size_t whole = static_cast<std::size_t>(own) + 1;
+  if (digits.size() <= whole) return sign + digits + std::string(whole - digits.size(), '0');
+  return sign + digits.insert(whole, 1, '.');
+}
+
+double divided(const std::string& number, double divisor) {
+  const int exponent = exponent_of(divisor);
+  if (exponent != 0) return shifted(number, -exponent);
+  return shifted(number, 0) / divisor;
+}
+
 void set_bytes(const std::array<unsigned, 3>& bytes, char decimal, Rendering* rendering) {
   constexpr std::string_view k_axes[] = {"Red", "Green", "Blue"};
   constexpr double k_most = 255;

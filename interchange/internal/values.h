@@ -22,6 +22,11 @@ std::string narrow_text(const std::wstring& text);
 // The shortest text that reads back equal.
 std::string number_text(double value);
 
+// A number times a factor, and back. By a power of ten nothing is lost on the way: the decimal
+// point moves.
+std::string times(double number, double factor);
+double divided(const std::string& number, double divisor);
+
 // Red, green and blue of eight bits each, as an sRGB rendering has them. Bytes that are written
 // from the values again are the same.
 void set_bytes(const std::array<unsigned, 3>& bytes, char decimal, Rendering* rendering);

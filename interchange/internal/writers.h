@@ -16,6 +16,8 @@ class RecordWriter : public Writer {
   Report finish(std::string* bytes) final;
 
  protected:
+  // Before its colours.
+  virtual void add_document(const Zol& document, std::string_view name);
   virtual void add_record(const ColorRecord& record, std::string_view document) = 0;
   virtual void finish_records(std::string* bytes) = 0;
 
@@ -27,6 +29,9 @@ class RecordWriter : public Writer {
 };
 
 std::unique_ptr<Writer> make_table_writer(Format format, const WriteOptions& options);
+std::unique_ptr<Writer> make_cgats_writer();
+
 Report read_table(std::string_view text, const ReadOptions& options, Zol* document);
+Report read_cgats(std::string_view text, const ReadOptions& options, Zol* document);
 
 }  // namespace zol_v2::interchange::internal

@@ -132,7 +132,7 @@ class InstallTest(unittest.TestCase):
 
     def test_interchange_in_an_installed_copy(self):
         self.expect_library("zolinterchange", "Zol::interchange", "json.cpp",
-                            '{"Zol":{"Color":[{"ColorName":"red"}]}}\n')
+                            '{"ColorType":{"ColorName":"red"}}\n')
 
     def test_add_subdirectory(self):
         work = self.work_directory()
@@ -184,7 +184,7 @@ class SymbolsTest(unittest.TestCase):
             self.assertIn(known, names)
             self.assertEqual({name for name in names
                               if not re.match(rf"_ZNK?6zol_v2{space}", name)
-                              or "8internal" in name}, set())
+                              or f"{space}8internal" in name}, set())
 
 
 @unittest.skipUnless(shutil.which("dpkg-deb"), "not a Debian machine")

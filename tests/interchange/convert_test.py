@@ -8,9 +8,12 @@ reads of theirs.
 import copy
 import csv
 import io
+import itertools
 import json
 import pathlib
 import random
+import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -198,6 +201,99 @@ class TableTest(ConvertTest):
                           ["--from", "nothing", "a", "-"], ["a.csv", "b.xml"],
                           ["--separator", ",,", "a.zol", "b.csv"], ["--space", "CIELab", "a", "b.csv"]):
             self.expect(2, "convert", *arguments)
+
+
+class CgatsTest(ConvertTest):
+    REFERENCES = pathlib.Path("/usr/share/color/argyll/ref")
+
+    @unittest.skipUnless(REFERENCES.is_dir(), "needs argyll-ref")
+    def test_reads_the_references_of_argyll(self):
+        paths = [path for suffix in ("cie", "ti1", "ti2", "sp")
+                 for path in sorted(self.REFERENCES.glob(f"*.{suffix}"))]
+        self.assertGreater(len(paths), 30)
+        for path in paths:
+            with self.subTest(path.name):
+                document = self.directory / "x.zol"
+                self.expect(0, "convert", "-f", "--from", "cgats", path, document)
+                if path.suffix == ".sp":
+                    continue  # light has no fields in what is written
+                again = self.directory / "again.zol"
+                (self.directory / "x.cgats").write_bytes(self.convert(document, "--to", "cgats"))
+                self.expect(0, "convert", "-f", self.directory / "x.cgats", again)
+                first, second = (sorted(
+                    (row["Name"], row["Space"], row["Axis"], float(row["Value"]))
+                    for row in csv.DictReader(io.StringIO(self.convert(name, "--to", "csv").decode()))
+                    if row["Axis"] != "ColorDepth") for name in (document, again))
+                self.assertEqual(len(first), len(second))
+                for one, other in zip(first, second):
+                    self.assertEqual(one[:3], other[:3])
+                    self.assertAlmostEqual(one[3], other[3], 12)
+
+    @unittest.skipUnless(all(map(shutil.which, ("txt2ti3", "spec2cie", "colprof", "profcheck"))),
+                         "needs argyll")
+    def test_argyll_reads_what_is_written(self):
+        """From RGB and tristimulus values to a profile, and from spectra to tristimulus values."""
+        levels = (0, 64, 128, 192, 255)
+        columns = ["Name", "RGB.Red", "RGB.Green", "RGB.Blue", "CIEXYZ.X", "CIEXYZ.Y", "CIEXYZ.Z",
+                   *(f"Spectral.{nm}" for nm in range(380, 740, 10))]
+        lines = [",".join(columns)]
+        expected = {}
+        for number, rgb in enumerate(itertools.product(levels, repeat=3), 1):
+            linear = [(level / 255) ** 2.2 for level in rgb]
+            xyz = [sum(factor * value for factor, value in zip(row, linear))
+                   for row in ((0.436, 0.385, 0.143), (0.2225, 0.7169, 0.0606),
+                               (0.0139, 0.0971, 0.7141))]
+            spectrum = [0.02 + 0.9 * linear[2 - (nm - 380) // 120] for nm in range(380, 740, 10)]
+            lines.append(",".join(map(str, [f"patch {number}", *(level / 255 for level in rgb), *xyz,
+                                            *spectrum])))
+            expected[f"patch {number}"] = spectrum
+        source = self.directory / "patches.csv"
+        source.write_text("\n".join(lines) + "\n")
+        document = self.directory / "patches.zol"
+        self.expect(0, "convert", source, document, "--illuminant", "D50", "--observer", "2")
+        measured = self.directory / "patches.txt"
+        self.expect(0, "convert", "--to", "cgats", document, measured)
+
+        def argyll(*arguments):
+            result = subprocess.run(arguments, cwd=self.directory, capture_output=True, text=True,
+                                    timeout=120, check=False)
+            self.assertEqual(result.returncode, 0, (arguments, result.stdout, result.stderr))
+            return result.stdout
+
+        # Its profile is of the tristimulus values, which are not those of the spectra.
+        bare = self.directory / "bare.csv"
+        bare.write_text("\n".join(",".join(line.split(",")[:7])
+                                  for line in source.read_text().splitlines()) + "\n")
+        self.expect(0, "convert", "--to", "zol", "--illuminant", "D50", "--observer", "2", bare,
+                    self.directory / "bare.zol")
+        self.expect(0, "convert", "--to", "cgats", self.directory / "bare.zol",
+                    self.directory / "bare.txt")
+        argyll("txt2ti3", "-d", "bare.txt", "bare")
+        argyll("colprof", "-v", "-ag", "-ql", "bare")
+        told = argyll("profcheck", "-k", "bare.ti3", "bare.icc")
+        self.assertLess(float(re.search(r"avg\. = ([\d.]+)", told)[1]), 0.5, told)
+        argyll("txt2ti3", "patches.txt", "patches")
+        argyll("spec2cie", "patches.ti3", "computed.ti3")
+        again = self.directory / "computed.zol"
+        self.expect(0, "convert", "--from", "cgats", self.directory / "computed.ti3", again)
+        rows = list(csv.DictReader(io.StringIO(self.convert(again, "--to", "csv").decode())))
+        spectra = {}
+        for row in rows:
+            if row["Space"] == "Spectral":
+                spectra.setdefault(int(row["Color"]), []).append(float(row["Value"]))
+        self.assertEqual(len(spectra), len(expected))
+        for found, wanted in zip(spectra.values(), expected.values()):
+            self.assertEqual(len(found), len(wanted))
+            for one, other in zip(found, wanted):
+                self.assertAlmostEqual(one, other, 4)
+
+    def test_faults(self):
+        source = self.directory / "x.cgats"
+        source.write_text("CGATS.17\nBEGIN_DATA_FORMAT\nLAB_L LAB_A LAB_B\nEND_DATA_FORMAT\n"
+                          "BEGIN_DATA\n1 2 x\nEND_DATA\n")
+        result = self.expect(1, "convert", source, self.directory / "x.zol")
+        self.assertIn(b"x.cgats:6:5: error: LAB_B is 'x', a number is expected", result.stderr)
+        self.assertFalse((self.directory / "x.zol").exists())
 
 
 if __name__ == "__main__":

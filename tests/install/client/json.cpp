@@ -7,9 +7,9 @@
 
 int main() {
   using namespace zol_v2::interchange;
-  zol_v2::Zol document;
-  if (!read_json(R"({"Zol": {"Color": [{"ColorName": "red"}]}})", &document)) return 1;
+  zol_v2::ColorType color;
+  if (!read_json(R"({"ColorType": {"ColorName": "red"}})", &color)) return 1;
   std::string text;
-  if (!write_json(document, &text, -1)) return 1;
+  if (!write_json(color, &text, -1)) return 1;
   std::printf("%s", text.c_str());
 }
