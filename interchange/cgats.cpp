@@ -554,7 +554,7 @@ class CgatsReader {
       return true;
     }
     double norm = 0;
-    if (name == k_norm && parse(value, &norm) && norm > 0) {
+    if (name == k_norm && is_number(value, &norm) && norm > 0) {
       divisor_ = norm;
       return true;
     }
@@ -696,13 +696,6 @@ class CgatsReader {
     return columns;
   }
 
-  static bool parse(const std::string& text, double* number) {
-    const char* const begin = text.data() + (text.compare(0, 1, "+") == 0 ? 1 : 0);
-    const auto parsed = std::from_chars(begin, text.data() + text.size(), *number);
-    return begin != text.data() + text.size() && parsed.ptr == text.data() + text.size() &&
-           parsed.ec == std::errc();
-  }
-
   bool take_set(const std::vector<Token>& line, const std::vector<Column>& columns) {
     ColorRecord record;
     record.offset = line.front().offset;
@@ -716,7 +709,7 @@ class CgatsReader {
       }
       if (column.space.empty()) continue;
       double number = 0;
-      if (!parse(line[i].text, &number)) {
+      if (!is_number(line[i].text, &number)) {
         return fail(fields_[i] + " is '" + line[i].text.substr(0, 40) + "', a number is expected",
                     line[i].offset);
       }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "interchange/internal/writers.h"
+#include "interchange/internal/palettes.h"
 #include "interchange/json.h"
 #include "model/Zol.h"
 
@@ -52,6 +52,10 @@ const std::vector<FormatInfo>& formats() {
        true,
        true,
        "spectra, Lab, LCh, XYZ, xyY, CMYK, RGB and densities"},
+      {Format::gpl, "gpl", {".gpl"}, true, true, "names and sRGB of eight bits"},
+      {Format::kpl, "kpl", {".kpl"}, true, true, "names, groups and sRGB"},
+      {Format::css, "css", {".css"}, false, true, "names and sRGB of eight bits"},
+      {Format::ase, "ase", {".ase"}, true, true, "names, groups and sRGB"},
   };
   return table;
 }
@@ -86,6 +90,14 @@ std::unique_ptr<Writer> make_writer(Format format, const WriteOptions& options) 
       return internal::make_table_writer(format, options);
     case Format::cgats:
       return internal::make_cgats_writer();
+    case Format::gpl:
+      return internal::make_gpl_writer();
+    case Format::kpl:
+      return internal::make_kpl_writer();
+    case Format::css:
+      return internal::make_css_writer();
+    case Format::ase:
+      return internal::make_ase_writer();
   }
   return nullptr;
 }
@@ -99,8 +111,18 @@ Report read(std::string_view bytes, Format format, const ReadOptions& options, Z
       return internal::read_table(bytes, options, document);
     case Format::cgats:
       return internal::read_cgats(bytes, options, document);
+    case Format::gpl:
+      return internal::read_gpl(bytes, options, document);
+    case Format::kpl:
+      return internal::read_kpl(bytes, options, document);
+    case Format::ase:
+      return internal::read_ase(bytes, options, document);
+    case Format::css:
+      break;
   }
-  return {};
+  Report report;
+  report.fail("not-read", "The format is written alone, and not read");
+  return report;
 }
 
 namespace internal {

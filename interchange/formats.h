@@ -24,7 +24,7 @@ class Zol;
 
 namespace zol_v2::interchange {
 
-enum class Format : unsigned char { json, csv, tsv, cgats };
+enum class Format : unsigned char { json, csv, tsv, cgats, gpl, kpl, css, ase };
 
 struct FormatInfo {
   Format format;

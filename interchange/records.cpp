@@ -59,6 +59,7 @@ class RecordMaker {
     ColorRecord record;
     record.kind = PlaceKind::palette;
     record.group = narrow(palette.get_PaletteName());
+    record.palette = &palette;
     for (unsigned i = 0; i < palette.size_ColorSet(); ++i) {
       const ColorSetType& set = palette.get_ColorSet(i);
       lose_rest(set);
@@ -66,6 +67,7 @@ class RecordMaker {
       add_shared(set);
       add_shared(palette);
       record.part = narrow(set.get_ColorSetName());
+      record.set = &set;
       for (unsigned j = 0; j < set.size_Color(); ++j) add(record, set.get_Color(j));
       if (set.size_Color() == 0 && losses_ != nullptr) losses_->add("empty ColorSet");
     }

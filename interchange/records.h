@@ -18,7 +18,9 @@
 #include "interchange/report.h"
 
 namespace zol_v2 {
+class ColorSetType;
 class ColorType;
+class PaletteType;
 class Zol;
 }  // namespace zol_v2
 
@@ -99,8 +101,10 @@ struct ZOL_INTERCHANGE_API ColorRecord {
   std::string comments;
   std::vector<Rendering> renderings;
   std::size_t offset = k_nowhere;
-  // The colour that it was made of; null for one that was read.
+  // The colour that it was made of, and where that stands; null for one that was read.
   const ColorType* color = nullptr;
+  const ColorSetType* set = nullptr;
+  const PaletteType* palette = nullptr;
 
   const Rendering* find(std::string_view space) const;
 };

@@ -141,10 +141,7 @@ class TableReader {
   bool number_in(const std::string& text, double* number) const {
     std::string plain(trimmed(text));
     std::replace(plain.begin(), plain.end(), decimal_, '.');
-    const char* const begin = plain.data() + (plain.substr(0, 1) == "+" ? 1 : 0);
-    const char* const end = plain.data() + plain.size();
-    const auto parsed = std::from_chars(begin, end, *number);
-    return begin != end && parsed.ptr == end && parsed.ec == std::errc();
+    return is_number(plain, number);
   }
 
   std::string text_in(const Line& line, Field field) const {

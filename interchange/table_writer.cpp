@@ -118,8 +118,7 @@ class WideWriter : public TableWriter {
       seen.push_back(rendering.space);
       ++spaces_[rendering.space];
     }
-    records_.push_back(record);
-    records_.back().color = nullptr;
+    records_.push_back(record);  // what it was made of may go
     documents_.emplace_back(document);
   }
 

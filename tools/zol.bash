@@ -32,8 +32,8 @@ _zol() {
   [[ $command == schema || ($command == validate && $previous == @(--max|--jobs|-j)) ]] && return
   if [[ $command == @(compare|convert|list|report) ]]; then
     case $previous in
-      --to) options='zol json csv tsv cgats' ;;
-      --from) options='zol json csv tsv cgats' ;;
+      --to) options='zol json csv tsv cgats gpl kpl css ase' ;;
+      --from) options='zol json csv tsv cgats gpl kpl ase' ;;
       --space) options='CIELab CIELCh CIEXYZ CIExyY CIELuv Spectral SRGB RGB CMYK Density' ;;
       --formula) options='76 94 2000 cmc din99 hunter fmc2' ;;
       --illuminant) options='A B C D50 D55 D65 D75 E F2 F3 F7 F11 F12 9300' ;;

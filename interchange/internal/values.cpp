@@ -76,7 +76,7 @@ namespace {
 
 // The exponent of a power of ten; 0 for any other number.
 int exponent_of(double factor) {
-  return factor == 10 ? 1 : factor == 100 ? 2 : factor == 1000 ? 3 : 0;
+  return factor == 10 ? 1 : factor == 100 ? 2 : factor == 1000 ? 3 : factor == 0.01 ? -2 : 0;
 }
 
 // Of a decimal number in one of the usual forms.
@@ -122,6 +122,19 @@ double divided(const std::string& number, double divisor) {
   const int exponent = exponent_of(divisor);
   if (exponent != 0) return shifted(number, -exponent);
   return shifted(number, 0) / divisor;
+}
+
+bool is_number(std::string_view text, double* number) {
+  if (text.substr(0, 1) == "+") text.remove_prefix(1);
+  const char* const end = text.data() + text.size();
+  const auto parsed = std::from_chars(text.data(), end, *number);
+  return !text.empty() && parsed.ptr == end && parsed.ec == std::errc() && std::isfinite(*number);
+}
+
+std::string number_text(float value) {
+  if (!std::isfinite(value)) return number_text(static_cast<double>(value));
+  char text[32];
+  return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
 void set_bytes(const std::array<unsigned, 3>& bytes, char decimal, Rendering* rendering) {

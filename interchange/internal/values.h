@@ -27,6 +27,11 @@ std::string number_text(double value);
 std::string times(double number, double factor);
 double divided(const std::string& number, double divisor);
 
+// Whether a text is a number, and nothing else.
+bool is_number(std::string_view text, double* number);
+// The digits that a single-precision number needs.
+std::string number_text(float value);
+
 // Red, green and blue of eight bits each, as an sRGB rendering has them. Bytes that are written
 // from the values again are the same.
 void set_bytes(const std::array<unsigned, 3>& bytes, char decimal, Rendering* rendering);

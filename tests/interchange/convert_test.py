@@ -14,10 +14,13 @@ import pathlib
 import random
 import re
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
 import unittest
+import xml.etree.ElementTree as ElementTree
+import zipfile
 
 try:
     import jsonschema
@@ -294,6 +297,145 @@ class CgatsTest(ConvertTest):
         result = self.expect(1, "convert", source, self.directory / "x.zol")
         self.assertIn(b"x.cgats:6:5: error: LAB_B is 'x', a number is expected", result.stderr)
         self.assertFalse((self.directory / "x.zol").exists())
+
+
+class PaletteTest(ConvertTest):
+    GIMP = pathlib.Path("/usr/share/gimp/2.0/palettes")
+
+    def swatches(self, document):
+        """Name and bytes of each colour with an sRGB."""
+        colors = {}
+        for row in csv.DictReader(io.StringIO(self.convert(document, "--to", "csv").decode())):
+            if row["Space"] == "SRGB" and row["Axis"] != "ColorDepth":
+                colors.setdefault((int(row["Color"]), row["Name"]), []).append(float(row["Value"]))
+        return [(name, rgb) for (_, name), rgb in colors.items()]
+
+    def document(self):
+        return SOURCE / "examples/documents/named-colours.zol"
+
+    @unittest.skipUnless(GIMP.is_dir(), "needs gimp-data")
+    def test_reads_the_palettes_of_gimp(self):
+        paths = sorted(self.GIMP.glob("*.gpl"))
+        self.assertGreater(len(paths), 30)
+        for path in paths:
+            with self.subTest(path.name):
+                document = self.directory / "x.zol"
+                self.expect(0, "convert", "-f", path, document)
+                self.expect(0, "validate", document)
+                expected = []
+                for line in path.read_text("utf-8").splitlines():
+                    if re.match(r"\s*\d+\s+\d+\s+\d+", line):
+                        *rgb, name = (line.split(None, 3) + ["Untitled"])[:4]
+                        expected.append((name.strip() or "Untitled", list(map(int, rgb))))
+                found = [(name, [round(255 * channel) for channel in rgb])
+                         for name, rgb in self.swatches(document)]
+                self.assertEqual(found, expected)
+
+    def test_krita_finds_what_it_looks_for(self):
+        path = self.directory / "x.kpl"
+        self.expect(0, "convert", self.document(), path)
+        with zipfile.ZipFile(path) as archive:
+            self.assertIsNone(archive.testzip())
+            self.assertEqual(archive.namelist()[0], "mimetype")
+            self.assertEqual(archive.getinfo("mimetype").compress_type, zipfile.ZIP_STORED)
+            root = ElementTree.fromstring(archive.read("colorset.xml"))
+        entries = list(root.iter("ColorSetEntry"))
+        found = [(entry.get("name"), [float(entry.find("sRGB").get(c)) for c in "rgb"])
+                 for entry in entries]
+        self.assertEqual(sorted(found), sorted(self.swatches(self.document())))
+        places = [(group.get("name"), entry.find("Position").get("row"),
+                   entry.find("Position").get("column"))
+                  for group in [root, *root.findall("Group")]
+                  for entry in group.findall("ColorSetEntry")]
+        self.assertEqual(len(set(places)), len(entries))
+        path.write_bytes(path.read_bytes()[:-30])
+        self.expect(1, "convert", path, self.directory / "y.zol")
+        broken = self.directory / "broken.kpl"
+        with zipfile.ZipFile(broken, "w") as archive:
+            archive.writestr("colorset.xml", '<ColorSet name="x">\n <ColorSetEntry>\n'
+                                             '  <sRGB r="0" g="zero" b="0"/></ColorSetEntry></ColorSet>')
+        result = self.expect(1, "convert", broken, self.directory / "y.zol")
+        self.assertRegex(result.stderr.decode(),
+                         r"broken\.kpl\(colorset\.xml\):3:\d+: error: sRGB has g 'zero'")
+
+    def test_style_sheet(self):
+        text = self.convert(self.document(), "--to", "css").decode()
+        found = re.findall(r"^  --([\w-]+): #([0-9a-f]{6});$", text, re.M)
+        expected = self.swatches(self.document())
+        self.assertEqual([[int(hexa[i:i + 2], 16) for i in (0, 2, 4)] for _, hexa in found],
+                         [[round(255 * channel) for channel in rgb] for _, rgb in expected])
+        self.assertEqual(len({name for name, _ in found}), len(found))
+        self.expect(2, "convert", "--from", "css", "x.css", "x.zol")
+
+    def test_swatch_exchange_by_another_reader(self):
+        data = self.convert(self.document(), "--to", "ase")
+        expected = self.swatches(self.document())
+        found = list(ase_colors(data))
+        self.assertEqual([name for name, _, _ in found], [name for name, _ in expected])
+        for (_, model, values), (_, rgb) in zip(found, expected):
+            self.assertEqual(model, "RGB ")
+            for one, other in zip(values, rgb):
+                self.assertAlmostEqual(one, other, 7)
+
+    @unittest.skipUnless((SOURCE / "build/ase-utils").is_dir() and shutil.which("node"),
+                         "needs ase-utils of npm")
+    def test_swatch_exchange_with_ase_utils(self):
+        package = SOURCE / "build/ase-utils/package"
+        # It takes the end of a group for a colour, so that there are none.
+        source = self.directory / "colours.csv"
+        source.write_text("Name,Hex\nred,#ff0000\nCaf\u00e9,#336699\n", "utf-8")
+        document = self.directory / "colours.zol"
+        self.expect(0, "convert", source, document)
+        path = self.directory / "x.ase"
+        path.write_bytes(self.convert(document, "--to", "ase"))
+        script = ("const decode = require(process.argv[1] + '/decode'), fs = require('fs');"
+                  "const read = decode(fs.readFileSync(process.argv[2]));"
+                  "console.log(JSON.stringify([].concat(read.colors,"
+                  " ...read.groups.map(group => group.colors))));")
+
+        def decoded(name):
+            return json.loads(subprocess.run(["node", "-e", script, str(package), str(name)],
+                                             capture_output=True, text=True, check=True).stdout)
+
+        self.assertEqual([(color["name"], color["model"], [round(255 * c) for c in color["color"]])
+                          for color in decoded(path)],
+                         [("red", "RGB", [255, 0, 0]), ("Caf\u00e9", "RGB", [0x33, 0x66, 0x99])])
+        # A file of its makers.
+        axes = {"RGB": ("Red", "Green", "Blue"), "CMYK": ("Cyan", "Magenta", "Yellow", "Black"),
+                "LAB": ("L", "A", "B"), "Gray": ("Red",)}
+        rows = list(csv.DictReader(io.StringIO(
+            self.convert(package / "test.ase", "--to", "csv").decode())))
+        values = {(row["Name"], row["Axis"]): row["Value"] for row in rows}
+        others = decoded(package / "test.ase")
+        self.assertGreater(len(others), 0)
+        for color in others:
+            model = color["model"].strip()
+            for axis, value in zip(axes[model], color["color"]):
+                factor = 100 if model == "CMYK" or axis == "L" else 1
+                self.assertAlmostEqual(float(values[(color["name"], axis)]), value * factor, 4)
+
+    def test_palettes_tell_what_they_lose(self):
+        result = self.expect(0, "convert", self.document(), self.directory / "x.gpl")
+        self.assertRegex(result.stderr.decode(), r"left out .*\d+ rendering in CIELab")
+
+
+def ase_colors(data):
+    """Name, model and values of each colour in an Adobe Swatch Exchange."""
+    magic, major, minor, count = struct.unpack_from(">4sHHI", data)
+    assert (magic, major, minor) == (b"ASEF", 1, 0)
+    at = 12
+    for _ in range(count):
+        kind, length = struct.unpack_from(">HI", data, at)
+        block = data[at + 6:at + 6 + length]
+        at += 6 + length
+        if kind != 1:
+            continue
+        (size,) = struct.unpack_from(">H", block)
+        name = block[2:2 * size].decode("utf-16-be")
+        model = block[2 + 2 * size:6 + 2 * size].decode()
+        number = {"RGB ": 3, "CMYK": 4, "LAB ": 3, "Gray": 1}[model]
+        yield name, model, struct.unpack_from(f">{number}f", block, 6 + 2 * size)
+    assert at == len(data)
 
 
 if __name__ == "__main__":
