@@ -43,19 +43,27 @@ Writer::~Writer() = default;
 
 const std::vector<FormatInfo>& formats() {
   static const std::vector<FormatInfo> table = {
-      {Format::json, "json", {".json"}, true, true, "everything"},
-      {Format::csv, "csv", {".csv"}, true, true, "all values of colours, with their conditions"},
-      {Format::tsv, "tsv", {".tsv", ".tab"}, true, true, "the same, between tabs"},
-      {Format::cgats,
-       "cgats",
-       {".cgats", ".ti3", ".ti2", ".ti1", ".cie", ".sp", ".it8"},
-       true,
-       true,
-       "spectra, Lab, LCh, XYZ, xyY, CMYK, RGB and densities"},
-      {Format::gpl, "gpl", {".gpl"}, true, true, "names and sRGB of eight bits"},
-      {Format::kpl, "kpl", {".kpl"}, true, true, "names, groups and sRGB"},
-      {Format::css, "css", {".css"}, false, true, "names and sRGB of eight bits"},
-      {Format::ase, "ase", {".ase"}, true, true, "names, groups and sRGB"},
+    {Format::json, "json", {".json"}, true, true, "everything"},
+    {Format::csv, "csv", {".csv"}, true, true, "all values of colours, with their conditions"},
+    {Format::tsv, "tsv", {".tsv", ".tab"}, true, true, "the same, between tabs"},
+    {Format::cgats,
+     "cgats",
+     {".cgats", ".ti3", ".ti2", ".ti1", ".cie", ".sp", ".it8"},
+     true,
+     true,
+     "spectra, Lab, LCh, XYZ, xyY, CMYK, RGB and densities"},
+    {Format::gpl, "gpl", {".gpl"}, true, true, "names and sRGB of eight bits"},
+    {Format::kpl, "kpl", {".kpl"}, true, true, "names, groups and sRGB"},
+    {Format::css, "css", {".css"}, false, true, "names and sRGB of eight bits"},
+    {Format::ase, "ase", {".ase"}, true, true, "names, groups and sRGB"},
+#if defined(ZOL_WITH_SQLITE)
+    {Format::sqlite,
+     "sqlite",
+     {".sqlite", ".db", ".sqlite3"},
+     false,
+     true,
+     "colours, values, spectra, tolerances and verdicts, to be asked"},
+#endif
   };
   return table;
 }
@@ -98,6 +106,12 @@ std::unique_ptr<Writer> make_writer(Format format, const WriteOptions& options) 
       return internal::make_css_writer();
     case Format::ase:
       return internal::make_ase_writer();
+    case Format::sqlite:
+#if defined(ZOL_WITH_SQLITE)
+      return internal::make_sqlite_writer();
+#else
+      break;
+#endif
   }
   return nullptr;
 }
@@ -118,6 +132,7 @@ Report read(std::string_view bytes, Format format, const ReadOptions& options, Z
     case Format::ase:
       return internal::read_ase(bytes, options, document);
     case Format::css:
+    case Format::sqlite:
       break;
   }
   Report report;
@@ -129,10 +144,13 @@ namespace internal {
 
 void RecordWriter::add_document(const Zol&, std::string_view) {}
 
+void RecordWriter::end_document(const Zol&) {}
+
 void RecordWriter::add(const Zol& document, std::string_view name) {
   add_document(document, name);
   for_each_record(
       document, [&](const ColorRecord& record) { add_record(record, name); }, &losses());
+  end_document(document);
 }
 
 Report RecordWriter::finish(std::string* bytes) {

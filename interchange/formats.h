@@ -24,7 +24,7 @@ class Zol;
 
 namespace zol_v2::interchange {
 
-enum class Format : unsigned char { json, csv, tsv, cgats, gpl, kpl, css, ase };
+enum class Format : unsigned char { json, csv, tsv, cgats, gpl, kpl, css, ase, sqlite };
 
 struct FormatInfo {
   Format format;
@@ -71,6 +71,7 @@ class ZOL_INTERCHANGE_API Writer {
   virtual Report finish(std::string* bytes) = 0;
 };
 
+// Null for a format that this build does not write.
 ZOL_INTERCHANGE_API std::unique_ptr<Writer> make_writer(Format format, const WriteOptions& options);
 
 // Reads into a new document. After a fault part of it may be filled.

@@ -15,6 +15,12 @@ void Losses::add(std::string_view kind, std::size_t count) {
   }
 }
 
+void Losses::take_back(std::string_view kind) {
+  all_.erase(
+      std::remove_if(all_.begin(), all_.end(), [&](const Loss& loss) { return loss.kind == kind; }),
+      all_.end());
+}
+
 void Report::assume(std::string note) {
   if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(std::move(note));
 }

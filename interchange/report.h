@@ -22,6 +22,8 @@ class ZOL_INTERCHANGE_API Losses {
   };
 
   void add(std::string_view kind, std::size_t count = 1);
+  // Of what turns out to be held after all.
+  void take_back(std::string_view kind);
   const std::vector<Loss>& all() const { return all_; }
   bool empty() const { return all_.empty(); }
 

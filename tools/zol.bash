@@ -32,7 +32,7 @@ _zol() {
   [[ $command == schema || ($command == validate && $previous == @(--max|--jobs|-j)) ]] && return
   if [[ $command == @(compare|convert|list|report) ]]; then
     case $previous in
-      --to) options='zol json csv tsv cgats gpl kpl css ase' ;;
+      --to) options='zol json csv tsv cgats gpl kpl css ase sqlite' ;;
       --from) options='zol json csv tsv cgats gpl kpl ase' ;;
       --space) options='CIELab CIELCh CIEXYZ CIExyY CIELuv Spectral SRGB RGB CMYK Density' ;;
       --formula) options='76 94 2000 cmc din99 hunter fmc2' ;;

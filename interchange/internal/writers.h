@@ -19,6 +19,8 @@ class RecordWriter : public Writer {
   // Before its colours.
   virtual void add_document(const Zol& document, std::string_view name);
   virtual void add_record(const ColorRecord& record, std::string_view document) = 0;
+  // Behind them.
+  virtual void end_document(const Zol& document);
   virtual void finish_records(std::string* bytes) = 0;
 
   Report& report() { return report_; }
@@ -30,6 +32,7 @@ class RecordWriter : public Writer {
 
 std::unique_ptr<Writer> make_table_writer(Format format, const WriteOptions& options);
 std::unique_ptr<Writer> make_cgats_writer();
+std::unique_ptr<Writer> make_sqlite_writer();
 
 Report read_table(std::string_view text, const ReadOptions& options, Zol* document);
 Report read_cgats(std::string_view text, const ReadOptions& options, Zol* document);

@@ -5,6 +5,7 @@ reads of theirs.
     convert_test.py COMMAND SCHEMA [unittest options]
 """
 
+import collections
 import copy
 import csv
 import io
@@ -14,6 +15,7 @@ import pathlib
 import random
 import re
 import shutil
+import sqlite3
 import struct
 import subprocess
 import sys
@@ -436,6 +438,82 @@ def ase_colors(data):
         number = {"RGB ": 3, "CMYK": 4, "LAB ": 3, "Gray": 1}[model]
         yield name, model, struct.unpack_from(f">{number}f", block, 6 + 2 * size)
     assert at == len(data)
+
+
+class SqliteTest(ConvertTest):
+    def setUp(self):
+        super().setUp()
+        formats = self.run_zol("convert", "--to", "nothing", "a.zol", "-").stderr
+        if b"sqlite" not in formats:
+            self.skipTest("SQLite was left out")
+        path = self.directory / "all.sqlite"
+        self.told = self.expect(0, "convert", *SAMPLES, path).stderr.decode()
+        self.database = sqlite3.connect(path)
+        self.addCleanup(self.database.close)
+        page = (SOURCE / "docs/interchange.md").read_text("utf-8")
+        self.queries = re.findall(r"```sql\n(.*?)```", page, re.S)
+
+    def ask(self, query, **values):
+        return self.database.execute(query, values).fetchall()
+
+    def test_is_sound(self):
+        self.assertEqual(self.ask("PRAGMA integrity_check"), [("ok",)])
+        self.assertEqual(self.ask("PRAGMA foreign_key_check"), [])
+        self.assertEqual(self.ask("SELECT rtreecheck('lab')"), [("ok",)])
+        self.assertNotIn("Tolerance", self.told)
+
+    def test_holds_every_value(self):
+        rows = list(csv.DictReader(io.StringIO(self.convert(*SAMPLES, "--to", "csv").decode(),
+                                               newline="")))
+        expected = sorted((row["Document"], row["Name"], row["Space"], row["Axis"], row["Value"])
+                          for row in rows)
+        found = self.ask("SELECT documents.name, colours.name, space, axis, value FROM colour_values"
+                         " JOIN renderings ON renderings.id = rendering JOIN colours ON colours.id ="
+                         " colour JOIN documents ON documents.id = document UNION ALL SELECT"
+                         " documents.name, colours.name, space, wavelength, value FROM spectra JOIN"
+                         " renderings ON renderings.id = rendering JOIN colours ON colours.id ="
+                         " colour JOIN documents ON documents.id = document")
+        self.assertEqual(len(found), len(expected))
+
+        def plain(value):
+            try:
+                return float(value)
+            except ValueError:
+                return value
+
+        def comparable(entries):
+            return sorted(tuple(str(plain(value)) for value in entry) for entry in entries)
+
+        # A number that is none has no place in a database.
+        def known(entries):
+            return [entry for entry in comparable(entries) if entry[-1] not in ("nan", "None")]
+
+        self.assertEqual(known((d, n, s, a, v) for d, n, s, a, v in found if v is not None),
+                         known(expected))
+
+    def test_nearest_colours(self):
+        query = self.queries[0]
+        colors = self.ask("SELECT l, a, b FROM colours WHERE l IS NOT NULL")
+        self.assertGreater(len(colors), 300)
+        for l, a, b in random.Random(1).sample(colors, 20):
+            found = [round(row[2], 6) for row in self.ask(query, l=l, a=a, b=b)]
+            nearest = sorted(((x - l) ** 2 + (y - a) ** 2 + (z - b) ** 2) ** 0.5
+                             for x, y, z in colors)[:10]
+            self.assertEqual(found, [round(d, 6) for d in nearest if d <= 30][:len(found)])
+            self.assertEqual(found[0], 0)
+        plan = " ".join(row[3] for row in self.ask("EXPLAIN QUERY PLAN " + query, l=1, a=1, b=1))
+        self.assertIn("VIRTUAL TABLE INDEX", plan)
+
+    def test_verdicts_are_those_of_check(self):
+        self.ask(self.queries[1])
+        checked = list(csv.DictReader(io.StringIO(self.run_zol(
+            "check", "--csv", *SAMPLES).stdout.decode())))
+        if not checked:
+            self.skipTest("the library of colorimetry was left out")
+        statuses = collections.Counter(status for status, in
+                                       self.ask("SELECT status FROM verdicts"))
+        self.assertEqual(statuses, collections.Counter(row["Verdict"] for row in checked
+                                                       if row["Verdict"] in statuses))
 
 
 if __name__ == "__main__":
