@@ -13,7 +13,7 @@ install(TARGETS zol EXPORT ZolTargets
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 
-# The library beside it finds the one that it stands on in its own directory.
+# The libraries beside it find the one that they stand on in their own directory.
 if(ZOL_BUILD_COLORIMETRY)
   target_include_directories(zolcolor PUBLIC "$<INSTALL_INTERFACE:${headers_dir}>")
   if(UNIX AND NOT APPLE)
@@ -25,10 +25,24 @@ if(ZOL_BUILD_COLORIMETRY)
     RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()
 
+if(ZOL_BUILD_INTERCHANGE)
+  target_include_directories(zolinterchange PUBLIC "$<INSTALL_INTERFACE:${headers_dir}>")
+  if(UNIX AND NOT APPLE)
+    set_target_properties(zolinterchange PROPERTIES INSTALL_RPATH "$ORIGIN")
+  endif()
+  install(TARGETS zolinterchange EXPORT ZolTargets
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endif()
+
 # The public headers of each room, and those of its inner ones that they include.
 set(rooms_with_headers lmx zip model facade)
 if(ZOL_BUILD_COLORIMETRY)
   list(APPEND rooms_with_headers colorimetry)
+endif()
+if(ZOL_BUILD_INTERCHANGE)
+  list(APPEND rooms_with_headers interchange)
 endif()
 foreach(room IN LISTS rooms_with_headers)
   file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${room}/*.h")
@@ -52,6 +66,7 @@ if(ZOL_BUILD_BRIDGE)
   endif()
 endif()
 install(FILES "${ZOL_GENERATED_DIR}/zol.xsd" DESTINATION "${CMAKE_INSTALL_DATADIR}/xml/zol")
+install(FILES "${ZOL_GENERATED_DIR}/zol.schema.json" DESTINATION "${CMAKE_INSTALL_DATADIR}/zol")
 
 if(ZOL_BUILD_TOOLS)
   # The command finds the library of its own copy, wherever that is moved to.
@@ -75,7 +90,7 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/ZolConfig.cmake"
               "${CMAKE_CURRENT_BINARY_DIR}/ZolConfigVersion.cmake"
         DESTINATION "${package_dir}")
 
-# pkg-config zol and zolcolor. The paths follow from where the file stands, so that the copy can be moved.
+# pkg-config zol, zolcolor and zolinterchange. The paths follow from where the file stands, so that the copy can be moved.
 set(pkgconfig_dir "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig")
 file(RELATIVE_PATH pc_libdir "${pkgconfig_dir}" "${CMAKE_INSTALL_FULL_LIBDIR}")
 file(RELATIVE_PATH pc_includedir "${pkgconfig_dir}" "${CMAKE_INSTALL_FULL_INCLUDEDIR}/zol")
@@ -85,6 +100,12 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zol.pc"
 if(ZOL_BUILD_COLORIMETRY)
   configure_file(cmake/zolcolor.pc.in zolcolor.pc @ONLY)
   install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zolcolor.pc"
+          DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endif()
+
+if(ZOL_BUILD_INTERCHANGE)
+  configure_file(cmake/zolinterchange.pc.in zolinterchange.pc @ONLY)
+  install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zolinterchange.pc"
           DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 endif()
 

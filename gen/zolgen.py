@@ -3,6 +3,7 @@
 
     zolgen.py model --schema DIR --out DIR                 the C++ of the document model
     zolgen.py xsd --schema DIR --out DIR --namespace URI   the XML Schema of documents
+    zolgen.py json-schema --schema DIR --out DIR           the JSON Schema of documents as JSON
     zolgen.py reference --schema DIR --out DIR             reference pages in Markdown
     zolgen.py bridge --schema DIR --api FILE --helpers FILE --out DIR
                                                            the flat exports and their names
@@ -25,6 +26,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).parent))
 import emit_bridge  # noqa: E402
 import emit_calls  # noqa: E402
 import emit_dotnet  # noqa: E402
+import emit_json_schema  # noqa: E402
 import emit_managed  # noqa: E402
 import emit_model  # noqa: E402
 import emit_python  # noqa: E402
@@ -40,6 +42,7 @@ EMITTERS = {
     "bridge-calls": emit_calls.emit,
     "bridge-smoke": emit_smoke.emit,
     "dotnet": emit_dotnet.emit,
+    "json-schema": emit_json_schema.emit,
     "managed": emit_managed.emit,
     "model": emit_model.emit,
     "python": emit_python.emit,

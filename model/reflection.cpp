@@ -224,6 +224,20 @@ void Value::append_text(std::string* out) const {
   out->append(buffer, static_cast<std::size_t>(end - buffer));
 }
 
+void Value::append_exact_text(std::string* out) const {
+  if (row_ == nullptr) return;
+  char buffer[lmx::internal::k_max_datetime_text];
+  const char* end = buffer;
+  if (row_->kind == Kind::real) {
+    end = lmx::internal::format_exact_double(number(), buffer);
+  } else if (row_->kind == Kind::datetime) {
+    end = lmx::internal::format_exact_datetime(date(), buffer);
+  } else {
+    return append_text(out);
+  }
+  out->append(buffer, static_cast<std::size_t>(end - buffer));
+}
+
 // --- Looking at objects --------------------------------------------------------------------------
 
 unsigned ConstRef::count(Row row) const {

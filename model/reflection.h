@@ -333,6 +333,9 @@ class Value {
   // Appends what a document has for the value, in UTF-8 and without the escapes of XML. Nothing for
   // what has no text.
   ZOL_API void append_text(std::string* out) const;
+  // The same without a loss: numbers in the shortest text that reads back equal instead of 14
+  // digits, as many decimals of seconds as they need.
+  ZOL_API void append_exact_text(std::string* out) const;
 
  private:
   ZOL_API const Object* object() const;

@@ -1,4 +1,5 @@
-// zol convert: between the plain and the zipped form, and into the form of this library.
+// zol convert: between the plain and the zipped form, into the form of this library, and from and
+// to the formats of other programs.
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -15,6 +16,7 @@
 #include "port/files.h"
 #include "tools/commands.h"
 #include "tools/document_text.h"
+#include "tools/exchange.h"
 #include "tools/judge.h"
 #include "tools/load.h"
 #include "tools/output.h"
@@ -23,22 +25,34 @@
 #include "tools/text.h"
 #include "tools/verdict.h"
 
+namespace interchange = zol_v2::interchange;
+using interchange::FormatInfo;
+
 namespace {
 
+constexpr char k_document[] = "zol";
+
 struct Options {
+  std::vector<std::string> files;  // OUT is the last
   std::string input;
   std::string output;
+  std::string from;
+  std::string to;
   bool force = false;
   bool rewrite = false;
   bool exact = false;
+  std::string illuminant;
+  std::string observer;
+  std::string separator;
+  bool decimal_comma = false;
+  ExchangeOptions exchange;
 };
 
-// A fault of the argument OUT, or an empty text.
-std::string check_output(const std::string& path) {
+// The name of a document, or of nothing that says what it is.
+bool is_document_name(const std::string& path) {
   const std::size_t dot = path.rfind('.');
   const std::string suffix = dot == std::string::npos ? "" : path.substr(dot);
-  if (path == k_standard_stream || suffix == ".zol" || suffix == ".zolz") return "";
-  return "the name must end in .zol or .zolz, or be -";
+  return path == k_standard_stream || suffix == ".zol" || suffix == ".zolz";
 }
 
 bool exists(const std::string& path) {
@@ -110,31 +124,122 @@ ExitStatus rewrite(const Options& options) {
   return ExitStatus::fault;
 }
 
-ExitStatus run(const Options& options) {
-  if (!options.force && options.output != k_standard_stream && exists(options.output)) {
-    complain(options.output, "exists; --force replaces it");
-    return ExitStatus::trouble;
+ExitStatus misuse(std::string_view subject, std::string_view message) {
+  complain(subject, message);
+  return ExitStatus::trouble;
+}
+
+std::string format_names(bool FormatInfo::*is_able) {
+  std::string names = k_document;
+  for (const FormatInfo& info : interchange::formats()) {
+    if (info.*is_able) names += ", " + std::string(info.name);
   }
-  return options.rewrite ? rewrite(options) : copy(options);
+  return names;
+}
+
+// The format by its name or, without one, by the name of the file; false if neither tells.
+bool choose_format(const std::string& name, const std::string& path, bool FormatInfo::*is_able,
+                   const FormatInfo** format) {
+  *format = nullptr;
+  if (name == k_document || (name.empty() && is_document_name(path))) return true;
+  *format = name.empty() ? interchange::format_of_path(path) : interchange::find_format(name);
+  return *format != nullptr && (*format)->*is_able;
+}
+
+ExitStatus run(Options& options) {
+  if (options.files.size() < 2) return misuse("OUT", "the file to write is not named");
+  options.output = options.files.back();
+  options.files.pop_back();
+  options.input = options.files.front();
+  ExchangeOptions& exchanging = options.exchange;
+  if (!choose_format(options.to, options.output, &FormatInfo::is_written, &exchanging.to)) {
+    return misuse("OUT",
+                  "the name must end in .zol, .zolz or a suffix of another format, or --to "
+                  "be one of " +
+                      format_names(&FormatInfo::is_written));
+  }
+  // Documents may have any name.
+  const bool is_known =
+      choose_format(options.from, options.input, &FormatInfo::is_read, &exchanging.from);
+  if (!is_known && (!options.from.empty() || exchanging.from != nullptr)) {
+    return misuse("IN", "--from must be one of " + format_names(&FormatInfo::is_read));
+  }
+  if (exchanging.to == nullptr && (options.files.size() > 1 || exchanging.is_recursive)) {
+    return misuse("OUT", "a document is made of one file, and not of several");
+  }
+  if (exchanging.to == nullptr && !is_document_name(options.output)) {
+    return misuse("OUT", "the name of a document must end in .zol or .zolz, or be -");
+  }
+  if (!options.force && options.output != k_standard_stream && exists(options.output)) {
+    return misuse(options.output, "exists; --force replaces it");
+  }
+  if (exchanging.to == nullptr && exchanging.from == nullptr) {
+    return options.rewrite ? rewrite(options) : copy(options);
+  }
+  exchanging.inputs = options.files;
+  exchanging.output = options.output;
+  const char decimal = options.decimal_comma ? ',' : '.';
+  const char separator = options.separator.empty()    ? '\0'
+                         : options.separator == "\\t" ? '\t'
+                                                      : options.separator.front();
+  exchanging.writing.decimal = decimal;
+  exchanging.writing.separator = separator == '\0' && options.decimal_comma ? ';' : separator;
+  exchanging.reading.decimal = options.decimal_comma ? ',' : '\0';
+  exchanging.reading.separator = separator;
+  exchanging.reading.conditions[interchange::Condition::illuminant] = options.illuminant;
+  exchanging.reading.conditions[interchange::Condition::observer] = options.observer;
+  return exchange(exchanging);
+}
+
+// One character, or "\\t".
+std::string check_separator(const std::string& text) {
+  const bool is_good = text == "\\t" || (text.size() == 1 && text != "\"" && text != ".");
+  return is_good ? "" : "must be one character";
 }
 
 }  // namespace
 
 void add_convert(CLI::App& app, ExitStatus* status) {
   const auto options = std::make_shared<Options>();
-  CLI::App* const command =
-      app.add_subcommand("convert", "Convert between .zol and .zolz, by the name of OUT");
-  command->add_option("IN", options->input, "Document; - is standard input")->required();
+  CLI::App* const command = app.add_subcommand(
+      "convert",
+      "Convert between .zol, .zolz and the formats of other programs, by the name of OUT");
   command
-      ->add_option("OUT", options->output,
-                   "File to write; - is standard output, which gets the plain form")
+      ->add_option("IN", options->files,
+                   "What to convert, a document or a file of another format, or several for a "
+                   "table or database; - is standard input. Behind it OUT, the file to write; - is "
+                   "standard output, which gets a document in the plain form")
       ->required()
-      ->check(CLI::Validator(check_output, "FILE"));
+      ->type_name("... OUT");
   command->add_flag("-f,--force", options->force, "Replace OUT if it exists");
   CLI::Option* const rewrite = command->add_flag(
       "-w,--rewrite", options->rewrite, "Write the document anew instead of copying its text");
   command->add_flag("--exact", options->exact, "With --rewrite, keep all digits of numbers")
       ->needs(rewrite);
-  command->footer("OUT is replaced when the new file is complete, and not before.");
+  command->add_option("--to", options->to,
+                      "Format of OUT: " + format_names(&FormatInfo::is_written));
+  command->add_option("--from", options->from,
+                      "Format of IN: " + format_names(&FormatInfo::is_read));
+  command->add_flag("-r,--recursive", options->exchange.is_recursive,
+                    "Walk through folders, to every .zol and .zolz");
+  CLI::Option* const wide = command->add_flag(
+      "--wide", options->exchange.writing.is_wide,
+      "Of tables: a line for each colour in one space, instead of one for each value");
+  command
+      ->add_option("--space", options->exchange.writing.space,
+                   "The space of a wide table, CIELab or another")
+      ->needs(wide);
+  command->add_option("--separator", options->separator, "Of tables: between cells")
+      ->check(CLI::Validator(check_separator, "CHARACTER"));
+  command->add_flag("--decimal-comma", options->decimal_comma,
+                    "Of tables: numbers as 1,5, and semicolons between cells");
+  command->add_option("--mapping", options->exchange.mapping_file,
+                      "What the columns of a table mean, a line each: COLUMN = TARGET");
+  command->add_option("--illuminant", options->illuminant,
+                      "Illuminant of values that come without one");
+  command->add_option("--observer", options->observer, "2 or 10, the same");
+  command->footer(
+      "OUT is replaced when the new file is complete, and not before. What a format can't hold is "
+      "told on standard error.");
   command->callback([options, status] { *status = run(*options); });
 }

@@ -28,6 +28,10 @@ bool read_standard_input(std::string* bytes) {
 
 }  // namespace
 
+bool read_bytes(const std::string& path, std::string* bytes) {
+  return path == k_standard_stream ? read_standard_input(bytes) : read_named_file(path, bytes);
+}
+
 bool is_trouble(const zol_v2::LoadReport& report) {
   return report.code == lmx::elmx_no_file ||
          (report.code == lmx::elmx_user_defined_1 && report.archive_cause == 0);
@@ -46,9 +50,7 @@ zol_v2::LoadReport DocumentSource::read_input() {
     (void)zol_v2::readText(bytes_, wide_path(path_), &report);
     return report;
   }
-  const bool is_good =
-      path_ == k_standard_stream ? read_standard_input(&bytes_) : read_named_file(path_, &bytes_);
-  if (is_good) return report;
+  if (read_bytes(path_, &bytes_)) return report;
   report.code = lmx::elmx_no_file;
   report.message = std::strerror(errno);
   return report;

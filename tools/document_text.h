@@ -17,6 +17,9 @@ constexpr char k_standard_stream[] = "-";
 // Whether a file could not be read at all: nothing is said about a document then.
 bool is_trouble(const zol_v2::LoadReport& report);
 
+// What a file holds, whatever it is, or standard input for "-"; false with the reason in `errno`.
+bool read_bytes(const std::string& path, std::string* bytes);
+
 // A file, a plain document or an archive, or standard input for "-", which is read once.
 class DocumentSource {
  public:

@@ -141,7 +141,7 @@ FileStamp stamp_of(const std::string& path) {
 
 bool read_named_file(const std::string& path, std::string* bytes) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
-      zol::port::open_file(native(path).c_str(), "rb"), std::fclose);
+      zol::port::open_file(native_path(path).c_str(), "rb"), std::fclose);
   if (file == nullptr) return false;
   char block[1 << 16];
   errno = 0;

@@ -31,7 +31,7 @@ _zol() {
   case $command in
     validate) options='--first --max --lint --strict --json --sarif --recursive --jobs --resume --quiet --brief --color --help' ;;
     info) options='--json --recursive --help' ;;
-    convert) options='--force --rewrite --exact --help' ;;
+    convert) options='--force --rewrite --exact --to --from --recursive --wide --space --separator --decimal-comma --mapping --illuminant --observer --help' ;;
     list) options='--csv --recursive --illuminant --observer --help' ;;
     get) options='--json --null --recursive --jobs --help' ;;
     set) options='--delete --output --in-place --force --recursive --jobs --help' ;;
@@ -40,7 +40,7 @@ _zol() {
     grep) options='--path --where --ignore-case --list --count --json --recursive --jobs --resume --help' ;;
     explain) options='--paths --help' ;;
     report) options='--output --svg --illuminant --observer --help' ;;
-    schema) options='--help' ;;
+    schema) options='--json --help' ;;
     check) options='--json --csv --warn-as-fail --unjudged-as-fail --fill --output --force --recursive --jobs --resume --help' ;;
     compare) options='--formula --factors --illuminant --observer --adapt --json --csv --help' ;;
     *) options='validate info convert list get set diff merge grep explain report schema check compare --version --help' ;;
@@ -54,10 +54,13 @@ _zol() {
     validate--color) options='auto always never' ;;
     merge--on-conflict) options='keep rename fail' ;;
     diff--formula | compare--formula) options='76 94 2000 cmc din99 hunter fmc2' ;;
-    list--illuminant | report--illuminant | compare--illuminant)
+    convert--to) options='zol json csv tsv cgats gpl kpl css ase sqlite' ;;
+    convert--from) options='zol json csv tsv cgats gpl kpl ase' ;;
+    convert--space) options='CIELab CIELCh CIEXYZ CIExyY CIELuv Spectral SRGB RGB CMYK Density' ;;
+    list--illuminant | report--illuminant | compare--illuminant | convert--illuminant)
       options='A B C D50 D55 D65 D75 E F2 F3 F7 F11 F12 9300'
       ;;
-    list--observer | report--observer | compare--observer) options='2 10' ;;
+    list--observer | report--observer | compare--observer | convert--observer) options='2 10' ;;
     report--svg) options='hues lightness spectra sources swatch: spectrum:' ;;
     schema* | *--max | *--jobs | *-j | grep--path | grep--where | diff--ignore) return ;;
     *) options='' ;;
@@ -72,6 +75,10 @@ _zol() {
     grep) ((operands == 0)) && return ;;
   esac
   compopt -o filenames 2>/dev/null
+  if [[ $command == convert ]]; then
+    mapfile -t COMPREPLY < <(compgen -f -- "$current")
+    return
+  fi
   mapfile -t COMPREPLY < <(compgen -d -- "$current"
                            compgen -f -X '!*.[zZ][oO][lL]' -- "$current"
                            compgen -f -X '!*.[zZ][oO][lL][zZ]' -- "$current")

@@ -41,10 +41,13 @@ class SnippetsTest(unittest.TestCase):
         program = directory / "snippet"
         library = pathlib.Path(LIBRARY)
         libraries = [str(library)]
-        if '"colorimetry/' in code:
-            beside = library.with_name("libzolcolor.so")
+        for room, name in (("colorimetry", "libzolcolor.so"),
+                           ("interchange", "libzolinterchange.so")):
+            if f'"{room}/' not in code:
+                continue
+            beside = library.with_name(name)
             if not beside.exists():
-                self.skipTest("the library of colorimetry was left out")
+                self.skipTest(f"{name} was left out")
             libraries.insert(0, str(beside))
         subprocess.run([COMPILER, "-std=c++17", "-Wall", "-Wextra", "-Wpedantic", "-Werror",
                         *(f"-I{path}" for path in INCLUDES), str(source), *libraries,

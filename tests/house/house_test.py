@@ -10,7 +10,7 @@ import unittest
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 GENERATED = None
-ROOMS = ("bridge", "facade", "model", "lmx", "zip", "port", "colorimetry", "python",
+ROOMS = ("bridge", "facade", "model", "lmx", "zip", "port", "colorimetry", "interchange", "python",
          "tools")
 OTHERS = ("tests", "fuzz", "bench", "examples")
 
@@ -53,7 +53,7 @@ def installed_headers():
     text = (SOURCE / "cmake/ZolInstall.cmake").read_text()
     headers = set(re.findall(r"\b[\w/]+\.h\b", text))
     rooms = re.search(r"set\(rooms_with_headers ([\w ]+)\)", text)[1].split()
-    for room in [*rooms, "colorimetry"]:
+    for room in [*rooms, "colorimetry", "interchange"]:
         headers |= {f"{room}/{path.name}" for path in (SOURCE / room).glob("*.h")}
     return headers | {"model/Zol.h"}
 

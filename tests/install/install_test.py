@@ -53,6 +53,7 @@ class InstallTest(unittest.TestCase):
 
     def test_what_is_there(self):
         for pattern in ("bin/zol", "lib*/**/libzol.so.2", "share/xml/zol/zol.xsd",
+                        "share/zol/zol.schema.json",
                         "share/man/man1/zol.1", "share/bash-completion/completions/zol",
                         "lib*/**/pkgconfig/zol.pc", "lib*/**/ZolConfigVersion.cmake",
                         "include/zol/model/Zol.h", "include/zol/lmx/lmxparse.h",
@@ -105,25 +106,33 @@ class InstallTest(unittest.TestCase):
         version = call("pkg-config", "--modversion", "zol", env=paths)
         self.assertIn(version.strip(), call(self.prefix / "bin/zol", "--version"))
 
-    def test_colorimetry_in_an_installed_copy(self):
-        if not (OPTIONS.build / "libzolcolor.so").exists():
-            self.skipTest("the library of colorimetry was left out")
+    def expect_library(self, name, target, client, printed):
+        """A program of somebody else with a library beside the core, in both ways to link it."""
+        if not (OPTIONS.build / f"lib{name}.so").exists():
+            self.skipTest(f"lib{name} was left out")
         work = self.work_directory()
-        shutil.copy(CLIENT / "colours.cpp", work)
-        (library,) = self.prefix.glob("lib*/**/libzolcolor.so.2")
+        shutil.copy(CLIENT / client, work)
+        (library,) = self.prefix.glob(f"lib*/**/lib{name}.so.2")
         paths = dict(os.environ, PKG_CONFIG_PATH=str(library.parent / "pkgconfig"))
-        flags = call("pkg-config", "--cflags", "--libs", "zolcolor", env=paths).split()
-        call(OPTIONS.compiler, "-std=c++17", work / "colours.cpp", "-o", work / "by_pkg", *flags)
+        flags = call("pkg-config", "--cflags", "--libs", name, env=paths).split()
+        call(OPTIONS.compiler, "-std=c++17", work / client, "-o", work / "by_pkg", *flags)
         here = dict(os.environ, LD_LIBRARY_PATH=str(library.parent))
-        self.assertEqual(call(work / "by_pkg", env=here), "#ffffff\n")
+        self.assertEqual(call(work / "by_pkg", env=here), printed)
         (work / "CMakeLists.txt").write_text(
             "cmake_minimum_required(VERSION 3.21)\nproject(p LANGUAGES CXX)\n"
-            "find_package(Zol REQUIRED)\nadd_executable(by_cmake colours.cpp)\n"
-            "target_link_libraries(by_cmake PRIVATE Zol::colorimetry)\n")
+            f"find_package(Zol REQUIRED)\nadd_executable(by_cmake {client})\n"
+            f"target_link_libraries(by_cmake PRIVATE {target})\n")
         call("cmake", "-S", work, "-B", work / "build", "-G", "Ninja",
              f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_CXX_COMPILER={OPTIONS.compiler}")
         call("cmake", "--build", work / "build")
-        self.assertEqual(call(work / "build/by_cmake"), "#ffffff\n")
+        self.assertEqual(call(work / "build/by_cmake"), printed)
+
+    def test_colorimetry_in_an_installed_copy(self):
+        self.expect_library("zolcolor", "Zol::colorimetry", "colours.cpp", "#ffffff\n")
+
+    def test_interchange_in_an_installed_copy(self):
+        self.expect_library("zolinterchange", "Zol::interchange", "json.cpp",
+                            '{"ColorType":{"ColorName":"red"}}\n')
 
     def test_add_subdirectory(self):
         work = self.work_directory()
@@ -163,16 +172,19 @@ class SymbolsTest(unittest.TestCase):
         self.assertEqual([name for name in tables if not name[:-1].endswith(bases)], [])
 
 
-    def test_colorimetry_exports_its_own_namespace_alone(self):
-        library = OPTIONS.build / "libzolcolor.so"
-        if not library.exists():
-            self.skipTest("the library of colorimetry was left out")
-        names = {line.split()[-1] for line in
-                 call("nm", "-D", "--defined-only", library).splitlines()}
-        self.assertIn("_ZN6zol_v211colorimetry8evaluateERKNS_3ZolE", names)
-        self.assertEqual({name for name in names
-                          if not re.match(r"_ZNK?6zol_v211colorimetry", name)
-                          or "8internal" in name}, set())
+    def test_libraries_beside_it_export_their_own_namespace_alone(self):
+        for name, space, known in (
+                ("zolcolor", "11colorimetry", "_ZN6zol_v211colorimetry8evaluateERKNS_3ZolE"),
+                ("zolinterchange", "11interchange", "_ZN6zol_v211interchange7formatsEv")):
+            library = OPTIONS.build / f"lib{name}.so"
+            if not library.exists():
+                continue
+            names = {line.split()[-1] for line in
+                     call("nm", "-D", "--defined-only", library).splitlines()}
+            self.assertIn(known, names)
+            self.assertEqual({name for name in names
+                              if not re.match(rf"_ZNK?6zol_v2{space}", name)
+                              or f"{space}8internal" in name}, set())
 
 
 @unittest.skipUnless(shutil.which("dpkg-deb"), "not a Debian machine")
