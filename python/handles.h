@@ -73,7 +73,7 @@ class Owner {
   bool is_gone(const void* address, unsigned row, std::uint64_t since) const;
 
   // Numbers of the object itself, of what its row holds, or of everything in it.
-  void lend(const Proxy& proxy, unsigned row) { lent_.push_back({&proxy, row}); }
+  void lend(const Proxy& proxy, unsigned row) { lent_.emplace_back(&proxy, row); }
   void take_back(const Proxy& proxy, unsigned row);
 
  private:
