@@ -59,15 +59,21 @@ DocumentBuilder::DocumentBuilder(Zol* document, Options options, std::string_vie
   header.set_Creator(L"Zol");
   header.set_CreatorVersion(L"2");
   (void)store_text(header, row_of(header, "ChangeHistory"), options_.time);
-  (void)store_text(header, row_of(header, "Purpose"), "Import from " + options_.source);
+  if (!store_text(header, row_of(header, "Purpose"), "Import from " + options_.source).empty()) {
+    header.set_Purpose(L"Import");
+  }
 }
 
 void DocumentBuilder::add_attribute(std::string_view name, std::string_view value) {
   Header& header = document_.get_Preamble().get_Header();
-  const Ref attribute = Ref(header).append(row_of(header, "CustomAttribute"));
+  const Row row = row_of(header, "CustomAttribute");
+  const Ref attribute = Ref(header).append(row);
   const Ref choice = attribute.child(row_of(attribute, "ValueChoice"));
-  (void)store_text(attribute, row_of(attribute, "Name"), name);
-  (void)store_text(choice, row_of(choice, "StringValue"), value);
+  const bool is_kept = store_text(attribute, row_of(attribute, "Name"), name).empty() &&
+                       store_text(choice, row_of(choice, "StringValue"), value).empty();
+  if (is_kept) return;
+  (void)Ref(header).remove(row, header.size_CustomAttribute() - 1);
+  report_.losses.add("keyword with a character that no document can hold");
 }
 
 bool DocumentBuilder::fail(std::string sentence, std::size_t offset) {
@@ -132,6 +138,11 @@ bool DocumentBuilder::add(const ColorRecord& record) {
       {"ChangeHistory", &options_.time}};
   for (const auto& [row, text] : texts) {
     std::string fault = store_attribute(color, row, *text);
+    if (!fault.empty()) return fail(std::move(fault), record.offset);
+  }
+  PaletteType named;
+  for (const std::string* const text : {&record.group, &record.part}) {
+    std::string fault = store_attribute(named, "PaletteName", *text);
     if (!fault.empty()) return fail(std::move(fault), record.offset);
   }
   if (record.renderings.empty()) return fail("The colour has no values", record.offset);

@@ -39,9 +39,27 @@ std::string wanted(Row row, lmx::elmx_error error) {
   return lmx::get_error_description(error);
 }
 
+// Whether a document holds the text, and gives it back: no control characters but tabs and line
+// ends, neither NEL nor LINE SEPARATOR, which its reader takes for line feeds, nor what is no
+// character.
+bool can_be_kept(std::string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const unsigned char byte = static_cast<unsigned char>(text[i]);
+    if (byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') return false;
+    for (const std::string_view bad :
+         {"\xC2\x85", "\xE2\x80\xA8", "\xEF\xBF\xBE", "\xEF\xBF\xBF"}) {
+      if (text.substr(i, bad.size()) == bad) return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 std::string store_text(Ref object, Row row, std::string_view text) {
+  if (!can_be_kept(text)) {
+    return std::string(row.name()) + " has a character that no document can hold";
+  }
   const lmx::elmx_error error = object.set_text(row, text);
   if (error == lmx::elmx_ok) return {};
   constexpr std::size_t k_shown = 60;

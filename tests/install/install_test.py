@@ -183,7 +183,7 @@ class SymbolsTest(unittest.TestCase):
                      call("nm", "-D", "--defined-only", library).splitlines()}
             self.assertIn(known, names)
             self.assertEqual({name for name in names
-                              if not re.match(rf"_ZNK?6zol_v2{space}", name)
+                              if not re.match(rf"_Z(NK?|T[ISV]N)6zol_v2{space}", name)
                               or f"{space}8internal" in name}, set())
 
 
