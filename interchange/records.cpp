@@ -15,7 +15,6 @@ namespace {
 using internal::number_text;
 using reflection::ConstRef;
 using reflection::Row;
-using reflection::Type;
 
 struct Held {
   std::string_view type;
@@ -169,13 +168,13 @@ const Coordinate* Rendering::find(std::string_view axis) const {
   return nullptr;
 }
 
-void Rendering::add(std::string axis, double number, std::size_t from) {
+void Rendering::add(std::string axis, double number, std::size_t offset) {
   Coordinate coordinate;
   coordinate.axis = std::move(axis);
   coordinate.text = number_text(number);
   coordinate.number = number;
   coordinate.is_number = true;
-  coordinate.offset = from;
+  coordinate.offset = offset;
   coordinates.push_back(std::move(coordinate));
 }
 

@@ -141,7 +141,7 @@ std::string store_words(Ref object, std::string_view text) {
   for (const Row row : object.type().elements()) {
     if (row.kind() == Kind::mark) continue;
     const std::size_t end = std::min(text.find(' '), text.size());
-    const std::string fault = store(object, row, text.substr(0, end));
+    std::string fault = store(object, row, text.substr(0, end));
     if (!fault.empty()) return fault;
     text.remove_prefix(std::min(end + 1, text.size()));
   }
@@ -261,7 +261,7 @@ std::string store_conditions(Ref specification, const Conditions& conditions, Re
   for (std::size_t i = 0; i < k_conditions; ++i) {
     const Row row = specification.type().row(k_columns[i].row);
     if (!row || conditions.values[i].empty()) continue;
-    const std::string fault = store(specification, row, conditions.values[i]);
+    std::string fault = store(specification, row, conditions.values[i]);
     if (!fault.empty()) return fault;
   }
   for (const Assumption& assumption : k_assumptions) {

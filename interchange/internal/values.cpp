@@ -34,7 +34,7 @@ std::string wanted(Row row, lmx::elmx_error error) {
     for (const std::string_view value : row.values()) text += ' ' + std::string(value);
     return text;
   }
-  const std::string bounds = bounds_of(row);
+  std::string bounds = bounds_of(row);
   if (!bounds.empty()) return bounds;
   return lmx::get_error_description(error);
 }
