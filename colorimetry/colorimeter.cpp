@@ -80,8 +80,7 @@ const ColorSpaceSpecificationSpectrumSpectralType* spectral_specification(
       });
 }
 
-// --- What a rendering is good for
-// -----------------------------------------------------------------
+// --- What a rendering is good for --------------------------------------------------------------
 
 // Best first.
 enum Rank : int {

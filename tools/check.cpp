@@ -51,7 +51,7 @@ struct Options : BatchOptions {
 };
 
 // What is said of one document.
-struct Checked {
+struct Checked {  // NOLINT(bugprone-exception-escape): to move JSON throws nothing
   ExitStatus status = ExitStatus::ok;
   ::Verdict loading;
   bool is_cut = false;
@@ -62,8 +62,7 @@ struct Checked {
   Evaluation evaluation;
 };
 
-// --- Names
-// -----------------------------------------------------------------------------------------
+// --- Names -------------------------------------------------------------------------------------
 
 std::string numbered(const char* what, unsigned index) {
   return std::string(what) + ' ' + std::to_string(index + 1);
@@ -215,8 +214,7 @@ std::string text_of(const std::string& file, const zol_v2::Zol& document,
   return text + one_line(file) + ": " + summary_text(evaluation) + '\n';
 }
 
-// --- For programs
-// ----------------------------------------------------------------------------------
+// --- For programs ------------------------------------------------------------------------------
 
 Json json_of(const Computed& computed, const Names& names) {
   Json object;
@@ -317,8 +315,7 @@ std::string csv_of(const std::string& file, const zol_v2::Zol& document,
   return text;
 }
 
-// --- The command
-// -----------------------------------------------------------------------------------
+// --- The command -------------------------------------------------------------------------------
 
 // A fault of the argument OUT, or an empty text.
 std::string check_output(const std::string& path) {

@@ -54,8 +54,7 @@ struct Options {
   bool csv = false;
 };
 
-// --- Matching
-// --------------------------------------------------------------------------------------
+// --- Matching ----------------------------------------------------------------------------------
 
 std::string id_of(const zol_v2::ColorType& color) { return utf8(color.get_UniqueID()); }
 std::string number_of(const zol_v2::ColorType& color) { return utf8(color.get_ColorNumber()); }
@@ -99,8 +98,7 @@ std::vector<Match> matches_of(const std::vector<PlacedColor>& first,
   return matches;
 }
 
-// --- Comparing
-// -------------------------------------------------------------------------------------
+// --- Comparing ---------------------------------------------------------------------------------
 
 struct Pair {
   Match match;
@@ -200,8 +198,7 @@ Comparison compare(const std::vector<PlacedColor>& first, const std::vector<Plac
   return result;
 }
 
-// --- Output
-// ------------------------------------------------------------------------------------------
+// --- Output ------------------------------------------------------------------------------------
 
 // One side of the comparison.
 struct Side {
@@ -312,8 +309,7 @@ void print_json(const Side& first, const Side& second, const Comparison& compari
   print(all.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
 }
 
-// --- The command
-// -----------------------------------------------------------------------------------
+// --- The command -------------------------------------------------------------------------------
 
 // "FILE#NAME" is a part of a file, unless a file has that name.
 ExitStatus load_side(const std::string& argument, Side* side) {

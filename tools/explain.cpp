@@ -18,7 +18,6 @@
 
 namespace {
 
-using zol_v2::reflection::ConstRef;
 using zol_v2::reflection::End;
 using zol_v2::reflection::Kind;
 using zol_v2::reflection::Row;

@@ -120,7 +120,7 @@ Hits search_in(const std::string& file, const Options& options, const Search& se
   std::size_t count = 0;
   std::string text;
   for_each_value(
-      item_of(document), std::string(document.k_class.name),
+      item_of(document), std::string(zol_v2::Zol::k_class.name),
       [&](const std::string& path, const Item& item) {
         if (!search.finds(path, item, &text)) return true;
         ++count;

@@ -18,12 +18,13 @@ using zol_v2::SourcePlace;
 
 // The path as a reference of RFC 3986, byte by byte, and on Windows as RFC 8089, appendix E, spells
 // drives and servers.
-std::string uri_of(std::string path) {
+std::string uri_of(const std::string& given) {
   constexpr std::string_view k_plain =
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~/";
   constexpr char k_hex[] = "0123456789ABCDEF";
-  std::string uri = path.compare(0, 1, "/") == 0 ? "file://" : "";
+  std::string uri = given.compare(0, 1, "/") == 0 ? "file://" : "";
 #if defined(_WIN32)
+  std::string path = given;
   std::replace(path.begin(), path.end(), '\\', '/');
   if (path.compare(0, 2, "//") == 0) {
     uri = "file:";
@@ -31,6 +32,8 @@ std::string uri_of(std::string path) {
     uri = "file:///" + path.substr(0, 2);
     path.erase(0, 2);
   }
+#else
+  const std::string& path = given;
 #endif
   for (const char c : path) {
     const auto byte = static_cast<unsigned char>(c);

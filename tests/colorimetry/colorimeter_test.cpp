@@ -234,8 +234,7 @@ TEST_F(ColorimeterTest, DisplaysAreInSrgb) {
   }
 }
 
-// --- Profiles
-// --------------------------------------------------------------------------------------
+// --- Profiles ----------------------------------------------------------------------------------
 
 std::string profile_element(const std::string& bytes) {
   const lmx::c_binary binary(reinterpret_cast<const unsigned char*>(bytes.data()),

@@ -290,8 +290,7 @@ TEST(Faults, AreToldInASentence) {
   }
 }
 
-// --- More than one
-// --------------------------------------------------------------------------------
+// --- More than one -----------------------------------------------------------------------------
 
 TEST(Faults, AreFoundBehindOneAnother) {
   std::string text = k_frame;
@@ -470,8 +469,7 @@ TEST(Faults, StandWhereTheirReferencesStand) {
   }
 }
 
-// --- What is shown of them
-// ------------------------------------------------------------------------
+// --- What is shown of them ---------------------------------------------------------------------
 
 TEST(Faults, ShowNoMoreOfAValueThanIsOfUse) {
   std::string value;
@@ -526,8 +524,7 @@ TEST(Faults, StandInAnExcerptOfTheirLine) {
   EXPECT_EQ(excerptOf("", Fault()).text, "");
 }
 
-// --- Files that are no documents
-// ------------------------------------------------------------------
+// --- Files that are no documents ---------------------------------------------------------------
 
 std::string archive(const std::string& name, const std::string& text, const std::string& second) {
   RawEntry first = stored(text);
@@ -602,8 +599,7 @@ TEST(Faults, GoByBytesAndNotByNames) {
   }
 }
 
-// --- Streams
-// --------------------------------------------------------------------------------------
+// --- Streams -----------------------------------------------------------------------------------
 
 class FailingBuffer : public std::stringbuf {
  public:
