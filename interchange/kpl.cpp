@@ -1,6 +1,7 @@
 // Palettes of Krita: an archive with colorset.xml, whose groups hold named entries.
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -96,11 +97,14 @@ class KplWriter : public PaletteWriter {
 
  private:
   static constexpr std::size_t k_columns = 16;
+  // The first day that an archive knows, of 1980: the same palette is the same bytes at any time.
+  static constexpr std::uint16_t k_first_day = 1 << 5 | 1;
 
   static void add(CZipArchive* archive, const wchar_t* name, const std::string& content,
                   int level) {
     auto header = std::make_unique<CZipFileHeader>();
     header->SetFileName(name);
+    header->date = k_first_day;
     (void)archive->OpenNewEntry(std::move(header), level);
     (void)archive->WriteNewEntry(content.data(), static_cast<std::uint32_t>(content.size()));
     (void)archive->CloseNewEntry();
