@@ -342,7 +342,9 @@ class Session {
     if (parameter.is_raising && input_.byte() >= k_null && !arguments->has_null) {
       arguments->has_null = true;
     } else if (parameter.is_size) {
-      value.number = static_cast<std::int64_t>(arguments->texts.back().size());
+      // That of nothing, where null stands for the text.
+      const auto& texts = arguments->texts;
+      value.number = texts.empty() ? 0 : static_cast<std::int64_t>(texts.back().size());
     } else {
       give(function, parameter, self, arguments, &value);
     }
