@@ -13,27 +13,22 @@ install(TARGETS zol EXPORT ZolTargets
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 
-# The libraries beside it find the one that they stand on in their own directory.
+# A library beside it finds the one that it stands on in its own directory.
+function(zol_install_beside target)
+  target_include_directories(${target} PUBLIC "$<INSTALL_INTERFACE:${headers_dir}>")
+  if(UNIX AND NOT APPLE)
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
+  endif()
+  install(TARGETS ${target} EXPORT ZolTargets
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endfunction()
 if(ZOL_BUILD_COLORIMETRY)
-  target_include_directories(zolcolor PUBLIC "$<INSTALL_INTERFACE:${headers_dir}>")
-  if(UNIX AND NOT APPLE)
-    set_target_properties(zolcolor PROPERTIES INSTALL_RPATH "$ORIGIN")
-  endif()
-  install(TARGETS zolcolor EXPORT ZolTargets
-    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  zol_install_beside(zolcolor)
 endif()
-
 if(ZOL_BUILD_INTERCHANGE)
-  target_include_directories(zolinterchange PUBLIC "$<INSTALL_INTERFACE:${headers_dir}>")
-  if(UNIX AND NOT APPLE)
-    set_target_properties(zolinterchange PROPERTIES INSTALL_RPATH "$ORIGIN")
-  endif()
-  install(TARGETS zolinterchange EXPORT ZolTargets
-    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  zol_install_beside(zolinterchange)
 endif()
 
 # The public headers of each room, and those of its inner ones that they include.

@@ -1,6 +1,5 @@
 // zol convert: between the plain and the zipped form, into the form of this library, and from and
 // to the formats of other programs.
-#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -13,7 +12,6 @@
 #include "facade/check.h"
 #include "facade/files.h"
 #include "model/Zol.h"
-#include "port/files.h"
 #include "tools/commands.h"
 #include "tools/document_text.h"
 #include "tools/exchange.h"
@@ -21,6 +19,7 @@
 #include "tools/load.h"
 #include "tools/output.h"
 #include "tools/progress.h"
+#include "tools/save.h"
 #include "tools/terminal.h"
 #include "tools/text.h"
 #include "tools/verdict.h"
@@ -47,18 +46,6 @@ struct Options {
   bool decimal_comma = false;
   ExchangeOptions exchange;
 };
-
-// The name of a document, or of nothing that says what it is.
-bool is_document_name(const std::string& path) {
-  const std::size_t dot = path.rfind('.');
-  const std::string suffix = dot == std::string::npos ? "" : path.substr(dot);
-  return path == k_standard_stream || suffix == ".zol" || suffix == ".zolz";
-}
-
-bool exists(const std::string& path) {
-  std::uint32_t attributes = 0;
-  return zol::port::get_attributes(wide_path(path), attributes);
-}
 
 // Prints what a report says beyond success, too: how safe the new file is.
 ExitStatus judge(const std::string& path, const zol_v2::SaveReport& report) {
@@ -170,9 +157,7 @@ ExitStatus run(Options& options) {
   if (exchanging.to == nullptr && !is_document_name(options.output)) {
     return misuse("OUT", "the name of a document must end in .zol or .zolz, or be -");
   }
-  if (!options.force && options.output != k_standard_stream && exists(options.output)) {
-    return misuse(options.output, "exists; --force replaces it");
-  }
+  if (is_in_the_way({options.output, options.force})) return ExitStatus::trouble;
   if (exchanging.to == nullptr && exchanging.from == nullptr) {
     return options.rewrite ? rewrite(options) : copy(options);
   }

@@ -14,10 +14,14 @@
 #include "tools/text.h"
 #include "tools/verdict.h"
 
-std::string check_document_name(const std::string& path) {
+bool is_document_name(const std::string& path) {
   const std::size_t dot = path.rfind('.');
   const std::string suffix = dot == std::string::npos ? "" : path.substr(dot);
-  if (path == k_standard_stream || suffix == ".zol" || suffix == ".zolz") return "";
+  return path == k_standard_stream || suffix == ".zol" || suffix == ".zolz";
+}
+
+std::string check_document_name(const std::string& path) {
+  if (is_document_name(path)) return "";
   return "the name must end in .zol or .zolz, or be -";
 }
 

@@ -15,6 +15,9 @@ struct SaveTarget {
   bool replaces = false;  // an older file
 };
 
+// By its suffix; standard output may be one, too.
+bool is_document_name(const std::string& path);
+
 // A fault of an argument that names a file to write, or an empty text.
 std::string check_document_name(const std::string& path);
 

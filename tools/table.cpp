@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "interchange/csv.h"
+
 namespace {
 
 // Code points, which is what most cells take.
@@ -52,18 +54,6 @@ std::string TextTable::text() const {
 
 std::string comma_separated(const std::vector<std::string>& fields) {
   std::string line;
-  for (const std::string& field : fields) {
-    if (&field != &fields.front()) line += ',';
-    if (field.find_first_of(",\"\r\n") == std::string::npos) {
-      line += field;
-      continue;
-    }
-    line += '"';
-    for (const char c : field) {
-      if (c == '"') line += '"';
-      line += c;
-    }
-    line += '"';
-  }
-  return line + '\n';
+  zol_v2::interchange::append_cells(fields, ',', "\n", &line);
+  return line;
 }

@@ -1,8 +1,10 @@
 """Objects, values and lists: what they give, refuse and outlive."""
 
+import ast
 import datetime
 import enum
 import os
+import pathlib
 import pydoc
 import resource
 import subprocess
@@ -325,9 +327,6 @@ def test_help_and_stubs_know_every_attribute():
     text = pydoc.render_doc(zol.CieLab, renderer=pydoc.plaintext)
     assert "Lightness L*." in text and "At least 0 and at most 150." in text
     assert "In documents: element L of ColorSpaceCIELabType. Here: float." in text
-    import ast
-    import pathlib
-
     stub = ast.parse(pathlib.Path(zol._model.__file__).with_suffix(".pyi").read_text("utf-8"))
     typed = {one.name: {line.target.id for line in one.body if isinstance(line, ast.AnnAssign)}
              for one in stub.body if isinstance(one, ast.ClassDef)}
