@@ -6,25 +6,15 @@
 #include <cstdint>
 #include <cstring>
 
-#include "lmx/internal/lanes.h"
+#include "lmx/internal/vector.h"
 #include "lmx/internal/word.h"
 
 namespace lmx::internal {
 
 #if ZOL_LANES
-
 inline constexpr std::size_t k_unit_block = 16;
-
-inline __m128i load_lanes(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
-inline void store_lanes(void* p, __m128i lanes) {
-  _mm_storeu_si128(static_cast<__m128i*>(p), lanes);
-}
-inline unsigned lane_bits(__m128i flags) { return static_cast<unsigned>(_mm_movemask_epi8(flags)); }
-
 #else
-
 inline constexpr std::size_t k_unit_block = 8;
-
 #endif
 
 // The most bytes that narrow_block may touch.
@@ -43,11 +33,11 @@ struct WideUnits {
     return static_cast<std::uint32_t>(unit);
   }
 #if ZOL_LANES
-  static __m128i load(const char* p) {
+  static Vector load(const char* p) {
     if constexpr (k_size == 2) {
-      return load_lanes(p);
+      return load_vector(p);
     } else {
-      return _mm_packs_epi32(load_lanes(p), load_lanes(p + 16));
+      return signed_words_as_units(load_vector(p), load_vector(p + 16));
     }
   }
 #endif
@@ -60,7 +50,7 @@ struct LittleEndianUnits {
            static_cast<std::uint32_t>(static_cast<unsigned char>(p[1])) << 8;
   }
 #if ZOL_LANES
-  static __m128i load(const char* p) { return load_lanes(p); }
+  static Vector load(const char* p) { return load_vector(p); }
 #endif
 };
 
@@ -71,9 +61,9 @@ struct BigEndianUnits {
            static_cast<std::uint32_t>(static_cast<unsigned char>(p[0])) << 8;
   }
 #if ZOL_LANES
-  static __m128i load(const char* p) {
-    const __m128i swapped = load_lanes(p);
-    return _mm_or_si128(_mm_slli_epi16(swapped, 8), _mm_srli_epi16(swapped, 8));
+  static Vector load(const char* p) {
+    const Vector swapped = load_vector(p);
+    return either(shift_units_left<8>(swapped), shift_units_right<8>(swapped));
   }
 #endif
 };
@@ -82,10 +72,7 @@ struct Latin1Units {
   static constexpr std::size_t k_size = 1;
   static std::uint32_t at(const char* p) { return static_cast<unsigned char>(*p); }
 #if ZOL_LANES
-  static __m128i load(const char* p) {
-    return _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)),
-                             _mm_setzero_si128());
-  }
+  static Vector load(const char* p) { return load_bytes_as_units(p); }
 #endif
 };
 
@@ -93,7 +80,7 @@ struct Latin1Units {
 struct NoneOwn {
   static constexpr bool has(std::uint32_t) { return false; }
 #if ZOL_LANES
-  static unsigned find(__m128i, __m128i) { return 0; }
+  static unsigned find(Vector, Vector) { return 0; }
 #endif
 };
 
@@ -103,11 +90,10 @@ struct EscapesOwn {
     return unit == '"' || unit == '\'' || unit == '&' || unit == '<';
   }
 #if ZOL_LANES
-  static unsigned find(__m128i low, __m128i high) {
-    const __m128i bytes = _mm_packus_epi16(low, high);  // what is not ASCII stays so
-    const auto equals = [bytes](char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
-    return lane_bits(_mm_or_si128(_mm_or_si128(equals('"'), equals('\'')),
-                                  _mm_or_si128(equals('&'), equals('<'))));
+  static unsigned find(Vector low, Vector high) {
+    const Vector bytes = signed_units_as_bytes(low, high);  // what is not ASCII stays so
+    const auto equals = [bytes](char c) { return equal_bytes(bytes, all_bytes(c)); };
+    return high_bits(either(either(equals('"'), equals('\'')), either(equals('&'), equals('<'))));
   }
 #endif
 };
@@ -117,10 +103,10 @@ struct NextLineOwn {
   static constexpr std::uint32_t k_next_line = 0x85;
   static constexpr bool has(std::uint32_t unit) { return unit == k_next_line; }
 #if ZOL_LANES
-  static unsigned find(__m128i low, __m128i high) {
-    const __m128i next_line = _mm_set1_epi16(k_next_line);
-    return lane_bits(
-        _mm_packs_epi16(_mm_cmpeq_epi16(low, next_line), _mm_cmpeq_epi16(high, next_line)));
+  static unsigned find(Vector low, Vector high) {
+    const Vector next_line = all_units(k_next_line);
+    return high_bits(
+        unit_flags_as_bytes(equal_units(low, next_line), equal_units(high, next_line)));
   }
 #endif
 };
@@ -149,21 +135,20 @@ inline constexpr BitRanks k_bit_ranks;
 // In a block that holds both, each byte is given the unit that it would begin; that of a byte which
 // begins none is overwritten by the next.
 inline std::size_t widen_block(const char* in, wchar_t** out) {
-  const __m128i bytes = load_lanes(in);
-  const __m128i zero = _mm_setzero_si128();
-  const auto put = [zero](wchar_t* to, __m128i units) {
+  const Vector bytes = load_vector(in);
+  const auto put = [](wchar_t* to, Vector units) {
     if constexpr (sizeof(wchar_t) == 2) {
-      store_lanes(to, units);
+      store_vector(to, units);
     } else {
-      store_lanes(to, _mm_unpacklo_epi16(units, zero));
-      store_lanes(to + 4, _mm_unpackhi_epi16(units, zero));
+      store_vector(to, low_units_as_words(units));
+      store_vector(to + 4, high_units_as_words(units));
     }
   };
   const auto put_plain = [&] {
-    put(*out, _mm_unpacklo_epi8(bytes, zero));
-    put(*out + 8, _mm_unpackhi_epi8(bytes, zero));
+    put(*out, low_bytes_as_units(bytes));
+    put(*out + 8, high_bytes_as_units(bytes));
   };
-  const unsigned others = lane_bits(bytes);
+  const unsigned others = high_bits(bytes);
   if (others == 0) {
     put_plain();
     *out += k_unit_block;
@@ -171,11 +156,11 @@ inline std::size_t widen_block(const char* in, wchar_t** out) {
   }
 
   const auto has_bits = [bytes](char mask, char value) {
-    return _mm_cmpeq_epi8(_mm_and_si128(bytes, _mm_set1_epi8(mask)), _mm_set1_epi8(value));
+    return equal_bytes(both(bytes, all_bytes(mask)), all_bytes(value));
   };
-  const __m128i is_lead = has_bits('\xE0', '\xC0');
-  const unsigned leads = lane_bits(is_lead);
-  const unsigned tails = lane_bits(has_bits('\xC0', '\x80'));
+  const Vector is_lead = has_bits('\xE0', '\xC0');
+  const unsigned leads = high_bits(is_lead);
+  const unsigned tails = high_bits(has_bits('\xC0', '\x80'));
   if ((leads | tails) != others || tails != (leads << 1 & 0xFFFF)) {
     const auto run = static_cast<std::size_t>(lowest_bit(others));
     if (run != 0) put_plain();
@@ -183,17 +168,16 @@ inline std::size_t widen_block(const char* in, wchar_t** out) {
     return run;
   }
 
-  const __m128i six_bits = _mm_and_si128(_mm_srli_si128(bytes, 1), _mm_set1_epi8(0x3F));
-  const auto join = [](__m128i lead_flags, __m128i first, __m128i tail) {
-    const __m128i high = _mm_slli_epi16(_mm_and_si128(first, _mm_set1_epi16(0x1F)), 6);
-    return _mm_or_si128(_mm_and_si128(lead_flags, _mm_or_si128(high, tail)),
-                        _mm_andnot_si128(lead_flags, first));
+  const Vector six_bits = both(shift_bytes_down(bytes), all_bytes(0x3F));
+  const auto join = [](Vector lead_flags, Vector first, Vector tail) {
+    const Vector high = shift_units_left<6>(both(first, all_units(0x1F)));
+    return choose(lead_flags, either(high, tail), first);
   };
   std::uint16_t units[k_unit_block];
-  store_lanes(units, join(_mm_unpacklo_epi8(is_lead, is_lead), _mm_unpacklo_epi8(bytes, zero),
-                          _mm_unpacklo_epi8(six_bits, zero)));
-  store_lanes(units + 8, join(_mm_unpackhi_epi8(is_lead, is_lead), _mm_unpackhi_epi8(bytes, zero),
-                              _mm_unpackhi_epi8(six_bits, zero)));
+  store_vector(units, join(low_bytes_twice(is_lead), low_bytes_as_units(bytes),
+                           low_bytes_as_units(six_bits)));
+  store_vector(units + 8, join(high_bytes_twice(is_lead), high_bytes_as_units(bytes),
+                               high_bytes_as_units(six_bits)));
   // A lead at the end has its tail in the next block.
   const unsigned cut = leads & 0x8000;
   const unsigned begins = ~(tails | cut);
@@ -211,39 +195,33 @@ inline std::size_t widen_block(const char* in, wchar_t** out) {
 // Returns the units taken and moves `*out` behind the bytes.
 template <class Form, class Own>
 std::size_t narrow_block(const char* in, char** out) {
-  const __m128i low = Form::load(in);
-  const __m128i high = Form::load(in + 8 * Form::k_size);
+  const Vector low = Form::load(in);
+  const Vector high = Form::load(in + 8 * Form::k_size);
   const auto are_below = [&](short limit) {
-    const auto flags = [limit](__m128i units) {
-      return _mm_andnot_si128(_mm_srai_epi16(units, 15),
-                              _mm_cmplt_epi16(units, _mm_set1_epi16(limit)));
-    };
-    return lane_bits(_mm_packs_epi16(flags(low), flags(high)));
+    return high_bits(unit_flags_as_bytes(units_below(low, limit), units_below(high, limit)));
   };
   const unsigned longs = are_below(0x80) ^ 0xFFFF;
   const unsigned own = Own::find(low, high);
   if ((longs | own) == 0) {
-    store_lanes(*out, _mm_packus_epi16(low, high));
+    store_vector(*out, signed_units_as_bytes(low, high));
     *out += k_unit_block;
     return k_unit_block;
   }
   if (own != 0 || are_below(0x800) != 0xFFFF) {
     const auto run = static_cast<std::size_t>(lowest_bit(longs | own));
-    store_lanes(*out, _mm_packus_epi16(low, high));
+    store_vector(*out, signed_units_as_bytes(low, high));
     *out += run;
     return run;
   }
 
-  const auto spell = [](__m128i units) {
-    const __m128i is_long = _mm_cmpgt_epi16(units, _mm_set1_epi16(0x7F));
-    const __m128i second = _mm_slli_epi16(_mm_and_si128(units, _mm_set1_epi16(0x3F)), 8);
-    const __m128i pair = _mm_or_si128(_mm_or_si128(_mm_srli_epi16(units, 6), second),
-                                      _mm_set1_epi16(static_cast<short>(0x80C0)));
-    return _mm_or_si128(_mm_and_si128(is_long, pair), _mm_andnot_si128(is_long, units));
+  const auto spell = [](Vector units) {
+    const Vector second = shift_units_left<8>(both(units, all_units(0x3F)));
+    const Vector pair = either(either(shift_units_right<6>(units), second), all_units(0x80C0));
+    return choose(units_below(units, 0x80), units, pair);
   };
   std::uint16_t pairs[k_unit_block];
-  store_lanes(pairs, spell(low));
-  store_lanes(pairs + 8, spell(high));
+  store_vector(pairs, spell(low));
+  store_vector(pairs + 8, spell(high));
   const auto place = [longs, &pairs](unsigned half, char* to) {
     const unsigned flags = longs >> 8 * half & 0xFF;
     const unsigned char* const ranks = k_bit_ranks.of[flags];

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "lmx/internal/lanes.h"
 #include "lmx/internal/number_text.h"
 #include "lmx/internal/plain_stream.h"
 #include "lmx/internal/unicode.h"
