@@ -15,7 +15,8 @@
 namespace zol::port {
 namespace {
 
-constexpr wchar_t k_last_unit = 0xFFFF;
+// Whether a wide character takes two units. Some processors give wchar_t a sign, others none.
+bool is_pair(wchar_t c) { return static_cast<std::int32_t>(c) > 0xFFFF; }
 
 #if defined(_WIN32)
 
@@ -46,7 +47,7 @@ void* allocate(std::size_t bytes) {
 char16_t* give_wide(const std::wstring& text) {
   // Nearly every text has only units, and is copied in one straight loop.
   std::size_t units = text.size();
-  for (const wchar_t c : text) units += c > k_last_unit;
+  for (const wchar_t c : text) units += is_pair(c);
   char16_t* const out = static_cast<char16_t*>(allocate(units * sizeof(char16_t)));
   if (out == nullptr) return nullptr;
   if (units == text.size()) {
@@ -56,7 +57,7 @@ char16_t* give_wide(const std::wstring& text) {
   }
   char16_t* to = out;
   for (const wchar_t c : text) {
-    if (c <= k_last_unit) {
+    if (!is_pair(c)) {
       *to++ = static_cast<char16_t>(c);
     } else {
       const std::uint32_t rest = static_cast<std::uint32_t>(c) - 0x10000;

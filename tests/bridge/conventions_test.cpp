@@ -65,6 +65,9 @@ TEST_F(Bridge, AUnitThatIsACodePointLeavesAsTwo) {
   zol_v2::Header header;
   header.set_Name(std::wstring(1, static_cast<wchar_t>(0x1F308)));
   EXPECT_EQ(text(_CSharp_Header_get_Name(&header)), u"\U0001F308");
+  // One that is negative where it has a sign is none.
+  header.set_Name(std::wstring(1, static_cast<wchar_t>(0x80000041)));
+  EXPECT_EQ(text(_CSharp_Header_get_Name(&header)), u"A");
 }
 #endif
 
