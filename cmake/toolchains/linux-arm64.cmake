@@ -1,0 +1,5 @@
+set(ZOL_CROSS_PROCESSOR arm64)
+set(ZOL_CROSS_TRIPLE aarch64-linux-gnu)
+set(ZOL_CROSS_LIBRARIES aarch64-linux-gnu)
+set(CMAKE_SYSTEM_PROCESSOR aarch64)
+include("${CMAKE_CURRENT_LIST_DIR}/linux-foreign.cmake")

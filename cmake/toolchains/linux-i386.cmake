@@ -1,0 +1,5 @@
+set(ZOL_CROSS_PROCESSOR i386)
+set(ZOL_CROSS_TRIPLE i686-linux-gnu)
+set(ZOL_CROSS_LIBRARIES i386-linux-gnu)
+set(CMAKE_SYSTEM_PROCESSOR i386)
+include("${CMAKE_CURRENT_LIST_DIR}/linux-foreign.cmake")

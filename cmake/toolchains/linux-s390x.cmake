@@ -1,0 +1,5 @@
+set(ZOL_CROSS_PROCESSOR s390x)
+set(ZOL_CROSS_TRIPLE s390x-linux-gnu)
+set(ZOL_CROSS_LIBRARIES s390x-linux-gnu)
+set(CMAKE_SYSTEM_PROCESSOR s390x)
+include("${CMAKE_CURRENT_LIST_DIR}/linux-foreign.cmake")
