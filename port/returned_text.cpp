@@ -15,8 +15,12 @@
 namespace zol::port {
 namespace {
 
-// Whether a wide character takes two units. Some processors give wchar_t a sign, others none.
-bool is_pair(wchar_t c) { return static_cast<std::int32_t>(c) > 0xFFFF; }
+// Whether a wide character takes two units. Some processors give wchar_t a sign, others none, and
+// some systems no more than one unit.
+bool is_pair(wchar_t c) {
+  const auto value = static_cast<std::int32_t>(c);
+  return value > 0xFFFF;
+}
 
 #if defined(_WIN32)
 

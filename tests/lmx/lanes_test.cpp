@@ -171,7 +171,9 @@ TEST(LanesTest, ANarrowedBlockIsTheTextOfItsUnits) {
       expect_narrow<LittleEndianUnits>(units, in_order(units, false));
       expect_narrow<BigEndianUnits>(units, in_order(units, true));
     }
-    expect_narrow<WideUnits>(units, as_bytes(std::vector<wchar_t>(units.begin(), units.end())));
+    if (sizeof(wchar_t) > 2 || kinds <= k_of_two_bytes) {
+      expect_narrow<WideUnits>(units, as_bytes(std::vector<wchar_t>(units.begin(), units.end())));
+    }
     if (HasFatalFailure()) return;
   }
 }

@@ -10,11 +10,13 @@ emulator the client is linked and not run.
 """
 
 import argparse
+import contextlib
 import json
 import os
 import pathlib
 import re
 import shutil
+import sqlite3
 import subprocess
 import sys
 import tempfile
@@ -47,7 +49,10 @@ def run(program, *arguments, **options):
 
 class LibraryTest(unittest.TestCase):
     def setUp(self):
-        self.headers = call(OPTIONS.objdump, "-p", OPTIONS.build / "bin/zol.dll")
+        self.headers = self.headers_of(OPTIONS.build / "bin/zol.dll")
+
+    def headers_of(self, file):
+        return call(OPTIONS.objdump, "-p", file)
 
     def test_exports(self):
         names = re.findall(r"^\s*\[ *\d+\] (\S+)$", self.headers, re.M)
@@ -67,8 +72,13 @@ class LibraryTest(unittest.TestCase):
             self.assertIn("_zol_text_free@4", names)
 
     def test_needs_nothing_beside_it(self):
-        needed = {name.lower() for name in re.findall(r"DLL Name: (\S+)", self.headers)}
-        self.assertEqual(needed - SYSTEM_LIBRARIES, set())
+        for name, others in (("zol.dll", set()), ("zolcolor.dll", {"zol.dll"}),
+                             ("zolinterchange.dll", {"zol.dll", "zolcolor.dll"}),
+                             ("zol.exe", {"zol.dll", "zolcolor.dll", "zolinterchange.dll"})):
+            with self.subTest(name):
+                headers = self.headers_of(OPTIONS.build / "bin" / name)
+                needed = {name.lower() for name in re.findall(r"DLL Name: (\S+)", headers)}
+                self.assertEqual(needed - SYSTEM_LIBRARIES - others, set())
 
 
 class CommandTest(unittest.TestCase):
@@ -88,6 +98,9 @@ class CommandTest(unittest.TestCase):
             calls += [("list", "--illuminant", "A"), ("check",), ("check", "--json")]
         calls = [(*call, *SAMPLES) for call in calls]
         calls += [("convert", "--rewrite", "--exact", sample, "-") for sample in SAMPLES]
+        calls += [("convert", "--to", form, sample, "-")
+                  for form in ("json", "csv", "cgats", "css", "gpl", "ase", "kpl")
+                  for sample in SAMPLES[:3]]
         calls += [("report", SAMPLES[-1]), ("convert", SAMPLES[0], "-"), ("schema",),
                   ("validate", *SAMPLES, damaged), ("validate", "--sarif", damaged),
                   ("info", "missing.zol"), ("--help",), ("validate", "--no-such-option")]
@@ -95,9 +108,31 @@ class CommandTest(unittest.TestCase):
             with self.subTest(arguments):
                 given = run(self.zol, *arguments, cwd=self.directory)
                 wanted = run(OPTIONS.native, *arguments, cwd=self.directory)
-                self.assertEqual(given[:2], wanted[:2])
+                self.assertTrue(given[:2] == wanted[:2], (given[0], given[1][:500], given[2]))
                 # Standard error is text, whose lines end as they do there.
                 self.assertEqual(given[2].replace(b"\r\n", b"\n"), wanted[2])
+
+    def test_fills_the_same_database(self):
+        if not OPTIONS.native.is_file():
+            self.skipTest(f"{OPTIONS.native} is not built")
+        # What is computed ends in the rounding of the system's own functions.
+        def rounded(value):
+            return float(f"{value:.12g}") if isinstance(value, float) else value
+
+        tables = []
+        for program in (self.zol, OPTIONS.native):
+            file = self.directory / "colours.sqlite"
+            status, _, errors = run(program, "convert", *SAMPLES, file.name, cwd=self.directory)
+            self.assertEqual(status, 0, errors)
+            with contextlib.closing(sqlite3.connect(file)) as database:
+                names = database.execute("SELECT name FROM sqlite_master WHERE type = 'table'")
+                tables.append({name: [tuple(map(rounded, row))
+                                      for row in database.execute(f'SELECT * FROM "{name}"')]
+                               for (name,) in names if not name.startswith("lab_")})
+            file.unlink()
+        self.assertGreater(len(tables[0]["colours"]), 100)
+        for name, rows in tables[0].items():
+            self.assertTrue(rows == tables[1][name], name)
 
     def test_spells_paths_as_uris(self):
         (self.directory / "a b").mkdir()
