@@ -26,14 +26,39 @@ constexpr double k_powers_of_ten[k_max_exact_power + 1] = {
 
 bool is_digit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 
-// A text that is lexically a number, with its sign taken off: digits * 10^exponent. No text of more
-// characters is scanned, so nothing overflows.
-constexpr std::ptrdiff_t k_max_scanned = 17;
+// A text that is lexically a number, with its sign taken off: digits * 10^exponent. What has more
+// digits in front of the exponent or in it is not scanned, so nothing overflows.
+constexpr std::ptrdiff_t k_max_digits = 19;
+constexpr std::ptrdiff_t k_max_power_digits = 17;
 
 struct ScannedNumber {
   std::uint64_t digits = 0;
   std::int64_t exponent = 0;
 };
+
+// The value of eight bytes that are digits, the first in the lowest byte, less '0' each: pairs are
+// summed.
+std::uint32_t value_of_eight(std::uint64_t word) {
+  word = word * 10 + (word >> 8);
+  return static_cast<std::uint32_t>(((word & 0x000000FF000000FF) * 0x000F424000000064 +
+                                     ((word >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >>
+                                    32);
+}
+
+// Has the high bit of each byte that is no digit, given the bytes less '0'; a byte above such a one
+// may have it too. A byte above 9 carries into its high bit.
+std::uint64_t find_others(std::uint64_t word) { return ((word + k_ones * 0x76) | word) & k_highs; }
+
+// Reads digits by eights, where as many follow each other, and gives the end of what it read.
+const char* scan_eights(const char* next, const char* end, std::uint64_t* digits) {
+  while (end - next >= 8) {
+    const std::uint64_t word = load_word(next) ^ (k_ones * '0');
+    if (find_others(word) != 0) break;
+    *digits = *digits * 100000000 + value_of_eight(word);
+    next += 8;
+  }
+  return next;
+}
 
 // Reads digits and gives the end of their run.
 const char* scan_digits(const char* next, const char* end, std::uint64_t* digits) {
@@ -50,17 +75,17 @@ bool scan_number(const char* next, const char* end, ScannedNumber* number) {
   std::ptrdiff_t characters = next - integer;
   if (next != end && *next == '.') {
     const char* const fraction = ++next;
-    next = scan_digits(next, end, &digits);
+    next = scan_digits(scan_eights(next, end, &digits), end, &digits);
     number->exponent = fraction - next;
     characters += next - fraction;
   }
-  if (characters == 0) return false;
+  if (characters == 0 || characters > k_max_digits) return false;
   number->digits = digits;
   if (next != end && (*next == 'e' || *next == 'E')) {
     ++next;
     const bool is_negative = next != end && *next == '-';
     if (next != end && (*next == '-' || *next == '+')) ++next;
-    if (next == end) return false;
+    if (next == end || end - next > k_max_power_digits) return false;
     std::uint64_t power = 0;
     next = scan_digits(next, end, &power);
     number->exponent +=
@@ -85,6 +110,23 @@ namespace parser = fast_float;
 #else
 namespace parser = std;
 #endif
+
+// The nearest double to any scanned number. False if that takes more than the digits at hand.
+bool convert_scanned(const ScannedNumber& number, double* value) {
+#if ZOL_FAST_FLOAT
+  using Format = parser::binary_format<double>;
+  const auto rounded = parser::compute_float<Format>(number.exponent, number.digits);
+  if (rounded.power2 < 0) return false;
+  const std::uint64_t bits = rounded.mantissa | static_cast<std::uint64_t>(rounded.power2)
+                                                    << Format::mantissa_explicit_bits();
+  std::memcpy(value, &bits, sizeof bits);
+  return true;
+#else
+  static_cast<void>(number);
+  static_cast<void>(value);
+  return false;
+#endif
+}
 
 // What stands for a number, without its sign, that is beyond the range of a double: the place of
 // its first digit tells on which side.
@@ -275,18 +317,11 @@ inline const char* take_digits(const char* at, std::uint64_t* digits) {
   constexpr std::uint64_t k_tens[] = {1,      10,      100,      1000,     10000,
                                       100000, 1000000, 10000000, 100000000};
   const std::uint64_t word = load_word(at) ^ (k_ones * '0');
-  // A byte above 9 carries into its high bit.
-  const std::uint64_t others = (word + k_ones * 0x76) | word;
-  const std::uint64_t stops = others & k_highs;
+  const std::uint64_t stops = find_others(word);
   const int count = stops == 0 ? 8 : lowest_byte(stops);
   if (count == 0) return at;
-  // The last digit goes to the highest byte, zeros come before the first; then pairs are summed.
-  std::uint64_t value = word << (64 - 8 * count);
-  value = value * 10 + (value >> 8);
-  value = ((value & 0x000000FF000000FF) * 0x000F424000000064 +
-           ((value >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >>
-          32;
-  *digits = *digits * k_tens[count] + static_cast<std::uint32_t>(value);
+  // The last digit goes to the highest byte, zeros come before the first.
+  *digits = *digits * k_tens[count] + value_of_eight(word << (64 - 8 * count));
   return at + count;
 }
 
@@ -327,8 +362,8 @@ bool read_double(std::string_view text, double* value) {
 
   ScannedNumber number;
   double magnitude;
-  const bool is_done = last - first <= k_max_scanned && scan_number(first, last, &number) &&
-                       convert_exactly(number, &magnitude);
+  const bool is_done = scan_number(first, last, &number) &&
+                       (convert_exactly(number, &magnitude) || convert_scanned(number, &magnitude));
   if (!is_done && !convert_any(first, last, &magnitude)) return read_word(text, value);
   *value = is_negative ? -magnitude : magnitude;
   return true;
