@@ -1,34 +1,46 @@
-# What an installed copy holds, and the packages made of it.
+# What an installed copy holds, and which of its parts each file belongs to: `cmake --install BUILD
+# --component zol_tools` installs one alone, and each is a Debian package.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME zol_development)
+
 # Headers stand in a directory of their own, which is on the include path of a client.
 set(headers_dir "${CMAKE_INSTALL_INCLUDEDIR}/zol")
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Zol")
-target_include_directories(zol PUBLIC "$<INSTALL_INTERFACE:${headers_dir}>")
 
-install(TARGETS zol EXPORT ZolTargets
-  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-  ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-  RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-
-# A library beside it finds the one that it stands on in its own directory.
-function(zol_install_beside target)
-  target_include_directories(${target} PUBLIC "$<INSTALL_INTERFACE:${headers_dir}>")
-  if(UNIX AND NOT APPLE)
-    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
-  endif()
-  install(TARGETS ${target} EXPORT ZolTargets
-    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+# zol_install_library(TARGET): the kinds of it that are built, each with a file for find_package.
+function(zol_install_library name)
+  get_target_property(component ${name} EXPORT_NAME)
+  foreach(target IN ITEMS ${name} ${name}_static)
+    if(NOT TARGET ${target})
+      continue()
+    endif()
+    get_target_property(type ${target} TYPE)
+    string(REGEX REPLACE "_LIBRARY$" "" kind "${type}")
+    string(TOLOWER "${kind}" kind)
+    set(export "Zol-${component}-${kind}")
+    target_include_directories(${target} PUBLIC "$<INSTALL_INTERFACE:${headers_dir}>")
+    if(UNIX AND NOT APPLE AND kind STREQUAL "shared")
+      # A library finds the one that it stands on in its own directory.
+      set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    endif()
+    install(TARGETS ${target} EXPORT ${export}
+      RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT zol_runtime
+      LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT zol_runtime
+              NAMELINK_COMPONENT zol_development
+      ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT zol_development)
+    install(EXPORT ${export} NAMESPACE Zol:: DESTINATION "${package_dir}"
+      FILE ${export}.cmake COMPONENT zol_development)
+  endforeach()
 endfunction()
+zol_install_library(zol)
 if(ZOL_BUILD_COLORIMETRY)
-  zol_install_beside(zolcolor)
+  zol_install_library(zolcolor)
 endif()
 if(ZOL_BUILD_INTERCHANGE)
-  zol_install_beside(zolinterchange)
+  zol_install_library(zolinterchange)
 endif()
 
 # The public headers of each room, and those of its inner ones that they include.
@@ -57,11 +69,14 @@ if(ZOL_BUILD_BRIDGE)
                 "${ZOL_GENERATED_DIR}/bridge/zol_exports.h"
           DESTINATION "${headers_dir}/bridge")
   if(ZOL_BUILD_MANAGED)
-    install(FILES "${ZOL_MANAGED_DIR}/Zol.Net.dll" DESTINATION "${CMAKE_INSTALL_LIBDIR}/zol" OPTIONAL)
+    install(FILES "${ZOL_MANAGED_DIR}/Zol.Net.dll" DESTINATION "${CMAKE_INSTALL_LIBDIR}/zol"
+            COMPONENT zol_managed OPTIONAL)
   endif()
 endif()
-install(FILES "${ZOL_GENERATED_DIR}/zol.xsd" DESTINATION "${CMAKE_INSTALL_DATADIR}/xml/zol")
-install(FILES "${ZOL_GENERATED_DIR}/zol.schema.json" DESTINATION "${CMAKE_INSTALL_DATADIR}/zol")
+install(FILES "${ZOL_GENERATED_DIR}/zol.xsd" DESTINATION "${CMAKE_INSTALL_DATADIR}/xml/zol"
+        COMPONENT zol_tools)
+install(FILES "${ZOL_GENERATED_DIR}/zol.schema.json" DESTINATION "${CMAKE_INSTALL_DATADIR}/zol"
+        COMPONENT zol_tools)
 
 if(ZOL_BUILD_TOOLS)
   # The command finds the library of its own copy, wherever that is moved to.
@@ -69,66 +84,82 @@ if(ZOL_BUILD_TOOLS)
   if(UNIX AND NOT APPLE)
     set_target_properties(zol_command PROPERTIES INSTALL_RPATH "$ORIGIN/${library_dir}")
   endif()
+  set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME zol_tools)
   install(TARGETS zol_command DESTINATION "${CMAKE_INSTALL_BINDIR}")
   install(FILES tools/zol.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
   install(FILES tools/zol.bash RENAME zol
           DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
   install(FILES tools/_zol DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
+  set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME zol_development)
 endif()
 
 # find_package(Zol)
-install(EXPORT ZolTargets NAMESPACE Zol:: DESTINATION "${package_dir}")
+set(ZOL_WITH_SQLITE OFF)
+if(ZOL_BUILD_INTERCHANGE)
+  get_target_property(libraries zolinterchange LINK_LIBRARIES)
+  if("SQLite::SQLite3" IN_LIST libraries)
+    set(ZOL_WITH_SQLITE ON)
+  endif()
+endif()
+set(ZOL_WITH_DEFLATE OFF)
+if(TARGET Zol::deflate)
+  set(ZOL_WITH_DEFLATE ON)
+  install(FILES cmake/ZolDeflate.cmake DESTINATION "${package_dir}")
+endif()
 configure_package_config_file(cmake/ZolConfig.cmake.in ZolConfig.cmake
-  INSTALL_DESTINATION "${package_dir}" NO_SET_AND_CHECK_MACRO)
+  INSTALL_DESTINATION "${package_dir}" NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
 write_basic_package_version_file(ZolConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/ZolConfig.cmake"
               "${CMAKE_CURRENT_BINARY_DIR}/ZolConfigVersion.cmake"
         DESTINATION "${package_dir}")
 
-# pkg-config zol, zolcolor and zolinterchange. The paths follow from where the file stands, so that the copy can be moved.
+# pkg-config. The paths follow from where a file stands, so that the copy can be moved. What a static
+# library is linked with is told to those who ask with --static, and to all if there is no other kind.
 set(pkgconfig_dir "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig")
 file(RELATIVE_PATH pc_libdir "${pkgconfig_dir}" "${CMAKE_INSTALL_FULL_LIBDIR}")
 file(RELATIVE_PATH pc_includedir "${pkgconfig_dir}" "${CMAKE_INSTALL_FULL_INCLUDEDIR}/zol")
-configure_file(cmake/zol.pc.in zol.pc @ONLY)
-install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zol.pc"
-        DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+# zol_pkg_config(NAME DESCRIPTION text [REQUIRES libraries of ours] [NEEDS modules] [FLAGS flags])
+function(zol_pkg_config name)
+  cmake_parse_arguments(PC "" "DESCRIPTION" "REQUIRES;NEEDS;FLAGS" ${ARGN})
+  string(REGEX REPLACE "^zol(.*)$" "Zol \\1" pc_title "${name}")
+  string(STRIP "${pc_title}" pc_title)
+  list(TRANSFORM PC_REQUIRES APPEND " = ${PROJECT_VERSION}")
+  if(ZOL_LIBRARY_KIND STREQUAL "STATIC")
+    list(APPEND PC_REQUIRES ${PC_NEEDS})
+    set(pc_libs ${PC_FLAGS})
+  elseif(ZOL_BUILD_STATIC)
+    set(pc_requires_private ${PC_NEEDS})
+    set(pc_libs_private ${PC_FLAGS})
+  endif()
+  list(JOIN PC_REQUIRES ", " pc_requires)
+  list(JOIN pc_requires_private ", " pc_requires_private)
+  list(JOIN pc_libs_private " " pc_libs_private)
+  list(TRANSFORM pc_libs PREPEND " ")
+  list(JOIN pc_libs "" pc_libs)
+  configure_file(cmake/zol.pc.in ${name}.pc @ONLY)
+  install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${name}.pc"
+          DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endfunction()
+set(deflate_flag "")
+if(ZOL_WITH_DEFLATE)
+  set(deflate_flag -ldeflate)
+endif()
+zol_pkg_config(zol DESCRIPTION "${PROJECT_DESCRIPTION}"
+  NEEDS libxml-2.0 zlib FLAGS ${deflate_flag} -lbz2)
 if(ZOL_BUILD_COLORIMETRY)
-  configure_file(cmake/zolcolor.pc.in zolcolor.pc @ONLY)
-  install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zolcolor.pc"
-          DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+  zol_pkg_config(zolcolor
+    DESCRIPTION "Colour of colour-data documents: spectra, conversions, differences, verdicts"
+    REQUIRES zol NEEDS lcms2)
 endif()
-
 if(ZOL_BUILD_INTERCHANGE)
-  configure_file(cmake/zolinterchange.pc.in zolinterchange.pc @ONLY)
-  install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zolinterchange.pc"
-          DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
-endif()
-
-# cpack: a Debian package, and an archive.
-set(CPACK_PACKAGE_NAME zol)
-set(CPACK_PACKAGE_VENDOR "The Zol project")
-set(CPACK_PACKAGE_CONTACT "The Zol project <zol@example.org>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
-set(CPACK_GENERATOR DEB TGZ)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-  "A C++ library with its headers, the command zol, and an XML Schema of the format.")
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "python3-numpy, python3-pandas")
-find_program(ZOL_SHLIBDEPS dpkg-shlibdeps)
-mark_as_advanced(ZOL_SHLIBDEPS)
-if(ZOL_SHLIBDEPS)
-  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}")
-else()
-  set(CPACK_DEBIAN_PACKAGE_DEPENDS "libstdc++6, libxml2, zlib1g, libbz2-1.0")
-  if(ZOL_LIBDEFLATE_LIBRARY)
-    string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", libdeflate0")
-  endif()
+  set(needs libxml-2.0)
   if(ZOL_BUILD_COLORIMETRY)
-    string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", liblcms2-2")
+    list(PREPEND needs "zolcolor = ${PROJECT_VERSION}")
   endif()
+  if(ZOL_WITH_SQLITE)
+    list(APPEND needs sqlite3)
+  endif()
+  zol_pkg_config(zolinterchange
+    DESCRIPTION "Colour-data documents in the formats of other programs"
+    REQUIRES zol NEEDS ${needs})
 endif()
-include(CPack)

@@ -6,6 +6,20 @@ include_guard(GLOBAL)
 # any header that was written by hand.
 set(ZOL_GENERATED_DIR "${PROJECT_BINARY_DIR}/generated")
 
+# A project that takes this one in says nothing of it most often, and gets a shared library.
+set(ZOL_LIBRARY_KIND SHARED)
+if(WIN32)
+  # The headers say what comes out of a library there, and objects for one can't make the other.
+  if(ZOL_BUILD_STATIC OR (DEFINED BUILD_SHARED_LIBS AND NOT BUILD_SHARED_LIBS))
+    message(STATUS "On Windows the libraries are shared: no static ones are made")
+  endif()
+  set(ZOL_BUILD_STATIC OFF)
+elseif(DEFINED BUILD_SHARED_LIBS AND NOT BUILD_SHARED_LIBS)
+  set(ZOL_LIBRARY_KIND STATIC)
+  # There is nothing to stand beside.
+  set(ZOL_BUILD_STATIC OFF)
+endif()
+
 # zol_static_runtime(TARGET): what is linked needs no library of the compiler beside it.
 function(zol_static_runtime target)
   if(MINGW AND ZOL_STATIC_RUNTIME)
@@ -59,6 +73,65 @@ function(zol_room name)
   target_compile_definitions(zol_${name} PRIVATE ZOL_BUILDING)
   target_include_directories(zol_${name} PUBLIC "${PROJECT_SOURCE_DIR}" "${ZOL_GENERATED_DIR}")
   target_link_libraries(zol_${name} PUBLIC ${ROOM_LIBRARIES})
+endfunction()
+
+# zol_library(NAME EXPORT_NAME EXPORTED OBJECTS targets... [PUBLIC ...] [LIBRARIES ...]): a library
+# that is installed, under the name Zol::EXPORTED. It is shared unless BUILD_SHARED_LIBS says
+# otherwise; ZOL_BUILD_STATIC makes the target NAME_static beside it, of the same objects. PUBLIC are
+# libraries of the project that clients need, LIBRARIES what it is linked with itself.
+function(zol_library name)
+  cmake_parse_arguments(LIBRARY "" "EXPORT_NAME" "OBJECTS;PUBLIC;LIBRARIES" ${ARGN})
+  add_library(${name} ${ZOL_LIBRARY_KIND})
+  add_library(Zol::${LIBRARY_EXPORT_NAME} ALIAS ${name})
+  set(targets ${name})
+  if(ZOL_BUILD_STATIC)
+    add_library(${name}_static STATIC)
+    list(APPEND targets ${name}_static)
+    set_target_properties(${name}_static PROPERTIES OUTPUT_NAME ${name})
+  endif()
+
+  foreach(target IN LISTS targets)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    target_include_directories(${target} PUBLIC
+      "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>" "$<BUILD_INTERFACE:${ZOL_GENERATED_DIR}>")
+    if(MINGW AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+      # A time of 64 bits, in the library and in its clients alike.
+      target_compile_definitions(${target} PUBLIC __MINGW_USE_VC2005_COMPAT)
+    endif()
+    set_target_properties(${target} PROPERTIES
+      LINKER_LANGUAGE CXX EXPORT_NAME ${LIBRARY_EXPORT_NAME}
+      LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}")
+
+    get_target_property(type ${target} TYPE)
+    set(public ${LIBRARY_PUBLIC})
+    set(libraries ${LIBRARY_LIBRARIES})
+    if(type STREQUAL "STATIC_LIBRARY")
+      if(NOT target STREQUAL name)
+        list(TRANSFORM public APPEND _static)
+        list(TRANSFORM libraries REPLACE "^(zol[a-z]+)$" "\\1_static")
+      endif()
+      foreach(objects IN LISTS LIBRARY_OBJECTS)
+        target_sources(${target} PRIVATE $<TARGET_OBJECTS:${objects}>)
+      endforeach()
+      target_compile_definitions(${target} PUBLIC ZOL_STATIC)
+      set_target_properties(${target} PROPERTIES
+        ARCHIVE_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}")
+    else()
+      target_link_libraries(${target} PRIVATE ${LIBRARY_OBJECTS})
+      zol_static_runtime(${target})
+      set_target_properties(${target} PROPERTIES
+        VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+      if(WIN32)
+        # What a managed client asks for, with whatever compiler the library was built.
+        set_target_properties(${target} PROPERTIES PREFIX "")
+      elseif(NOT APPLE)
+        set(symbols "${PROJECT_SOURCE_DIR}/cmake/${name}.map")
+        target_link_options(${target} PRIVATE "LINKER:--version-script=${symbols}")
+        set_target_properties(${target} PROPERTIES LINK_DEPENDS "${symbols}")
+      endif()
+    endif()
+    target_link_libraries(${target} PUBLIC ${public} PRIVATE ${libraries})
+  endforeach()
 endfunction()
 
 # zol_small_code(SOURCES...): optimised for size in what is shipped.

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Installs the build, and uses the copy as others would.
 
-install_test.py --build DIR --compiler CXX [--bridge] [unittest options]
+install_test.py --build DIR --compiler CXX [--bridge] [--beside] [unittest options]
 """
 
 import argparse
@@ -17,6 +17,9 @@ import unittest
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 CLIENT = pathlib.Path(__file__).resolve().parent / "client"
 OPTIONS = None
+# What the programs of the project client print.
+PRINTED = {"client": "read back client\n", "colours": "#ffffff\n",
+           "json": '{"ColorType":{"ColorName":"red"}}\n'}
 
 
 def call(*arguments, **options):
@@ -39,13 +42,13 @@ class InstallTest(unittest.TestCase):
         built.rename(cls.prefix)
 
     def work_directory(self):
-        path = self.directory / self.id().rsplit(".", 1)[1]
+        number = len(list(self.directory.glob("work*")))
+        path = self.directory / f"work{number}"
         path.mkdir()
         return path
 
     def run_client(self, program, **options):
-        work = program.parent
-        self.assertEqual(call(program, cwd=work, **options), "read back client\n")
+        self.assertEqual(call(program, cwd=program.parent, **options), PRINTED[program.name])
 
     def files(self, pattern):
         return sorted(str(path.relative_to(self.prefix)) for path in self.prefix.glob(pattern)
@@ -81,12 +84,53 @@ class InstallTest(unittest.TestCase):
                 call(OPTIONS.compiler, "-std=c++17", "-Wall", "-Wextra", "-Wpedantic", "-Werror",
                      "-fsyntax-only", f"-I{include}", *flags, source)
 
-    def test_find_package(self):
+    def build_client(self, *definitions, targets=()):
+        """The programs of the project client, each run, and the directory that it was built in."""
         work = self.work_directory()
-        call("cmake", "-S", CLIENT, "-B", work, "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={self.prefix}",
-             f"-DCMAKE_CXX_COMPILER={OPTIONS.compiler}")
-        call("cmake", "--build", work)
-        self.run_client(work / "client")
+        call("cmake", "-S", CLIENT, "-B", work, "-G", "Ninja",
+             f"-DCMAKE_CXX_COMPILER={OPTIONS.compiler}", *definitions)
+        call("cmake", "--build", work, *(["--target", *targets] if targets else []))
+        for program in filter(lambda name: (work / name).exists(), PRINTED):
+            self.run_client(work / program)
+        return work
+
+    def assertStatic(self, program, is_static=True):
+        needed = call("readelf", "-d", program)
+        self.assertEqual("libzol" not in needed, is_static, needed)
+
+    def test_find_package(self):
+        for kind, components in (("shared", []), ("static", ["static"]), ("shared", ["colorimetry"]),
+                                 ("static", ["static", "colorimetry", "interchange"])):
+            if not OPTIONS.beside:
+                components = [name for name in components if name == "static"]
+            with self.subTest(kind, components=components):
+                work = self.build_client(f"-DCMAKE_PREFIX_PATH={self.prefix}",
+                                         f"-DCOMPONENTS={';'.join(components)}")
+                programs = [name for name in PRINTED if (work / name).exists()]
+                wanted = {"colours": {"colorimetry"}, "json": {"interchange"}, "client": {"client"}}
+                named = {"client", *components} - {"static"}
+                if len(named) > 1:
+                    self.assertEqual(set().union(*map(wanted.get, programs)), named)
+                for program in programs:
+                    self.assertStatic(work / program, kind == "static")
+
+    def test_find_package_says_what_is_missing(self):
+        work = self.work_directory()
+        (work / "CMakeLists.txt").write_text(
+            "cmake_minimum_required(VERSION 3.21)\nproject(p LANGUAGES CXX)\n"
+            "find_package(Zol REQUIRED COMPONENTS ${COMPONENTS})\n")
+        for components, told in (
+                ("spectrograph", "has no spectrograph among its shared libraries"),
+                ("static;spectrograph", "has no spectrograph among its static libraries"),
+                ("static;shared", "not as both")):
+            with self.subTest(components):
+                result = subprocess.run(
+                    ["cmake", "-S", work, "-B", work / "build", "-G", "Ninja",
+                     f"-DCMAKE_CXX_COMPILER={OPTIONS.compiler}",
+                     f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCOMPONENTS={components}"],
+                    stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+                self.assertEqual(result.returncode, 1)
+                self.assertIn(told, " ".join(result.stdout.split()))
 
     def test_another_major_version_is_refused(self):
         work = self.work_directory()
@@ -97,53 +141,59 @@ class InstallTest(unittest.TestCase):
                                        f"-DCMAKE_PREFIX_PATH={self.prefix}"))
 
     def test_pkg_config(self):
-        work = self.work_directory()
         (library,) = self.prefix.glob("lib*/**/libzol.so.2")
         paths = dict(os.environ, PKG_CONFIG_PATH=str(library.parent / "pkgconfig"))
-        flags = call("pkg-config", "--cflags", "--libs", "zol", env=paths).split()
-        call(OPTIONS.compiler, "-std=c++17", CLIENT / "client.cpp", "-o", work / "client", *flags)
-        self.run_client(work / "client", env=dict(os.environ, LD_LIBRARY_PATH=str(library.parent)))
+        here = dict(os.environ, LD_LIBRARY_PATH=str(library.parent))
+        work = self.work_directory()
+        for name, client in (("zol", "client"), ("zolcolor", "colours"), ("zolinterchange", "json")):
+            if not self.files(f"lib*/**/pkgconfig/{name}.pc"):
+                self.assertFalse(OPTIONS.beside)
+                continue
+            for kind in ("shared", "static"):
+                with self.subTest(name, kind=kind):
+                    flags = call("pkg-config", *(["--static"] if kind == "static" else []),
+                                 "--cflags", "--libs", name, env=paths).split()
+                    if kind == "static":  # both stand in one directory
+                        flags = [re.sub("^-l(zol.*)", r"-l:lib\1.a", flag) for flag in flags]
+                    program = work / client
+                    call(OPTIONS.compiler, "-std=c++17", CLIENT / f"{client}.cpp", "-o", program,
+                         *flags)
+                    self.assertStatic(program, kind == "static")
+                    self.run_client(program, env=here)
         version = call("pkg-config", "--modversion", "zol", env=paths)
         self.assertIn(version.strip(), call(self.prefix / "bin/zol", "--version"))
 
-    def expect_library(self, name, target, client, printed):
-        """A program of somebody else with a library beside the core, in both ways to link it."""
-        if not (OPTIONS.build / f"lib{name}.so").exists():
-            self.skipTest(f"lib{name} was left out")
-        work = self.work_directory()
-        shutil.copy(CLIENT / client, work)
-        (library,) = self.prefix.glob(f"lib*/**/lib{name}.so.2")
-        paths = dict(os.environ, PKG_CONFIG_PATH=str(library.parent / "pkgconfig"))
-        flags = call("pkg-config", "--cflags", "--libs", name, env=paths).split()
-        call(OPTIONS.compiler, "-std=c++17", work / client, "-o", work / "by_pkg", *flags)
-        here = dict(os.environ, LD_LIBRARY_PATH=str(library.parent))
-        self.assertEqual(call(work / "by_pkg", env=here), printed)
-        (work / "CMakeLists.txt").write_text(
-            "cmake_minimum_required(VERSION 3.21)\nproject(p LANGUAGES CXX)\n"
-            f"find_package(Zol REQUIRED)\nadd_executable(by_cmake {client})\n"
-            f"target_link_libraries(by_cmake PRIVATE {target})\n")
-        call("cmake", "-S", work, "-B", work / "build", "-G", "Ninja",
-             f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_CXX_COMPILER={OPTIONS.compiler}")
-        call("cmake", "--build", work / "build")
-        self.assertEqual(call(work / "build/by_cmake"), printed)
+    def taken_in(self, *definitions, **options):
+        """A project that builds the library itself, most quickly."""
+        definitions = [*definitions, "-DCMAKE_CXX_FLAGS=-O0", "-DZOL_BUILD_BRIDGE=OFF"]
+        if shutil.which("ccache"):
+            definitions.append("-DCMAKE_CXX_COMPILER_LAUNCHER=ccache")
+        return self.build_client(*definitions, **options)
 
-    def test_colorimetry_in_an_installed_copy(self):
-        self.expect_library("zolcolor", "Zol::colorimetry", "colours.cpp", "#ffffff\n")
-
-    def test_interchange_in_an_installed_copy(self):
-        self.expect_library("zolinterchange", "Zol::interchange", "json.cpp",
-                            '{"ColorType":{"ColorName":"red"}}\n')
-
-    def test_add_subdirectory(self):
-        work = self.work_directory()
-        call("cmake", "-S", CLIENT, "-B", work, "-G", "Ninja", f"-DZOL_SOURCE={SOURCE}",
-             "-DZOL_BUILD_BRIDGE=OFF", "-DCMAKE_CXX_FLAGS=-O0",
-             f"-DCMAKE_CXX_COMPILER={OPTIONS.compiler}")
-        call("cmake", "--build", work, "--target", "client")
-        self.run_client(work / "client")
-        # Its own installation holds nothing of ours.
-        call("cmake", "--install", work, "--prefix", work / "copy")
-        self.assertFalse((work / "copy").exists())
+    def test_taken_in(self):
+        os.environ.update(CCACHE_DIR=str(OPTIONS.build.resolve() / "clients-ccache"),
+                          CCACHE_BASEDIR=str(self.directory), CCACHE_NOHASHDIR="1")
+        with self.subTest("add_subdirectory"):
+            work = self.taken_in(f"-DZOL_SOURCE={SOURCE}", targets=["client"])
+            self.assertStatic(work / "client", False)
+            # What the project installs holds nothing of ours.
+            call("cmake", "--install", work, "--prefix", work / "copy")
+            self.assertEqual([path.name for path in (work / "copy").rglob("*") if path.is_file()],
+                             ["client"])
+        with self.subTest("FetchContent, static, installed with the project"):
+            work = self.taken_in(f"-DZOL_FETCHED={SOURCE}", "-DBUILD_SHARED_LIBS=OFF",
+                                 "-DZOL_INSTALL=ON")
+            self.assertStatic(work / "client")
+            call("cmake", "--install", work, "--prefix", work / "copy")
+            (work / "copy").rename(work / "moved")
+            self.assertEqual([*(work / "moved").rglob("*.so")], [])
+            clients = self.build_client(f"-DCMAKE_PREFIX_PATH={work / 'moved'}")
+            self.assertStatic(clients / "client")
+            (module,) = (work / "moved").rglob("zol.pc")
+            flags = call("pkg-config", "--cflags", "--libs", "zol",
+                         env=dict(os.environ, PKG_CONFIG_PATH=str(module.parent))).split()
+            call(OPTIONS.compiler, "-std=c++17", CLIENT / "client.cpp", "-o", work / "client", *flags)
+            self.run_client(work / "client")
 
 
 class SymbolsTest(unittest.TestCase):
@@ -187,50 +237,11 @@ class SymbolsTest(unittest.TestCase):
                               or f"{space}8internal" in name}, set())
 
 
-@unittest.skipUnless(shutil.which("dpkg-deb"), "not a Debian machine")
-class PackageTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.directory = pathlib.Path(tempfile.mkdtemp())
-        cls.addClassCleanup(shutil.rmtree, cls.directory)
-        call("cpack", "-G", "DEB", "-B", cls.directory, "--config",
-             OPTIONS.build / "CPackConfig.cmake")
-        (cls.package,) = cls.directory.glob("*.deb")
-
-    def test_contents(self):
-        contents = call("dpkg-deb", "-c", self.package)
-        for path in ("./usr/bin/zol\n", "/libzol.so.2 ->", "./usr/include/zol/model/Zol.h\n",
-                     "./usr/share/xml/zol/zol.xsd\n", "/pkgconfig/zol.pc\n"):
-            self.assertIn(path, contents)
-        modes = {line.split()[0] for line in contents.splitlines()}
-        self.assertLessEqual(modes, {"drwxr-xr-x", "-rw-r--r--", "-rwxr-xr-x", "lrwxrwxrwx"})
-        depends = call("dpkg-deb", "-f", self.package, "Depends")
-        for library in ("libxml2", "zlib1g", "libbz2-1.0", "libstdc++6"):
-            self.assertIn(library, depends)
-
-    @unittest.skipUnless(os.geteuid() == 0, "only root installs packages")
-    def test_installs_and_goes_without_a_trace(self):
-        root = self.directory / "root"
-        for path in ("updates", "info", "triggers"):
-            (root / "var/lib/dpkg" / path).mkdir(parents=True)
-        (root / "var/lib/dpkg/status").touch()
-        dpkg = ["dpkg", f"--root={root}", "--force-depends", "--force-script-chrootless",
-                f"--log={os.devnull}"]
-
-        def installed():
-            return {path for path in root.rglob("*") if root / "var" not in path.parents}
-        before = installed()
-        call(*dpkg, "-i", self.package)
-        sample = SOURCE / "examples/documents/spectra.zol"
-        self.assertIn("valid", call(root / "usr/bin/zol", "validate", sample))
-        call(*dpkg, "-P", "zol")
-        self.assertEqual(installed(), before)
-
-
 if __name__ == "__main__":
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", type=pathlib.Path, required=True)
     parser.add_argument("--compiler", required=True)
     parser.add_argument("--bridge", action="store_true")
+    parser.add_argument("--beside", action="store_true", help="with the libraries beside the core")
     OPTIONS, rest = parser.parse_known_args()
     unittest.main(argv=[sys.argv[0], *rest])
