@@ -495,37 +495,6 @@ void Item::append_step(std::string* out) const {
 
 namespace {
 
-struct Step {
-  std::string_view name;
-  unsigned number = 1;
-  bool is_numbered = false;
-  bool is_attribute = false;
-  bool is_content = false;
-};
-
-// "NAME", "NAME[NUMBER]", "@NAME", "text()".
-bool parse_step(std::string_view text, Step* step) {
-  if (text == "text()") {
-    step->is_content = true;
-    return true;
-  }
-  if (!text.empty() && text.front() == '@') {
-    step->is_attribute = true;
-    text.remove_prefix(1);
-  }
-  const std::size_t bracket = text.find('[');
-  step->name = text.substr(0, bracket);
-  if (step->name.empty() || step->name.find_first_of("]()@") != std::string_view::npos) {
-    return false;
-  }
-  if (bracket == std::string_view::npos) return true;
-  const char* const end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data() + bracket + 1, end, step->number);
-  step->is_numbered = true;
-  return error == std::errc() && step->number != 0 && end - rest == 1 && *rest == ']' &&
-         !step->is_attribute;
-}
-
 Item item_in(ConstRef parent, Row row, unsigned entry) {
   return {parent, row, entry, parent, row, entry};
 }
@@ -625,6 +594,25 @@ class Search {
 };
 
 }  // namespace
+
+bool parse_step(std::string_view text, Step* step) {
+  *step = Step();
+  step->is_content = text == "text()";
+  if (step->is_content) return true;
+  step->is_attribute = text.substr(0, 1) == "@";
+  if (step->is_attribute) text.remove_prefix(1);
+  const std::size_t bracket = text.find('[');
+  step->name = text.substr(0, bracket);
+  if (step->name.empty() || step->name.find_first_of("]()@") != std::string_view::npos) {
+    return false;
+  }
+  if (bracket == std::string_view::npos) return true;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data() + bracket + 1, end, step->number);
+  step->is_numbered = true;
+  return error == std::errc() && step->number != 0 && end - rest == 1 && *rest == ']' &&
+         !step->is_attribute;
+}
 
 Found find(ConstRef root, std::string_view path) {
   Found found;

@@ -526,6 +526,17 @@ Items ConstRef::children() const { return Items(*this); }
 //
 // The number is written for rows that are lists, and from the second on for members of a list of
 // holders; a path without one means the first. A foreign element goes by the name of its row.
+struct Step {
+  std::string_view name;
+  unsigned number = 1;
+  bool is_numbered = false;
+  bool is_attribute = false;
+  bool is_content = false;
+};
+
+// One step of a path: "NAME", "NAME[NUMBER]", "@NAME" or "text()". False for anything else.
+ZOL_API bool parse_step(std::string_view text, Step* step);
+
 enum class PathError {
   none,
   malformed,

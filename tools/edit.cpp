@@ -15,6 +15,7 @@ using zol_v2::reflection::Item;
 using zol_v2::reflection::Place;
 using zol_v2::reflection::Ref;
 using zol_v2::reflection::Row;
+using zol_v2::reflection::Step;
 
 namespace {
 
@@ -158,7 +159,7 @@ class Setter {
   Ref at_;
   const Assignment& assignment_;
   std::string_view step_text_;
-  PathStep step_;
+  Step step_;
   bool is_set_ = false;
   std::string fault_;
 };

@@ -21,6 +21,7 @@ namespace {
 using zol_v2::reflection::End;
 using zol_v2::reflection::Kind;
 using zol_v2::reflection::Row;
+using zol_v2::reflection::Step;
 using zol_v2::reflection::Type;
 
 struct Options {
@@ -38,7 +39,7 @@ struct SchemaPlace {
 Type root_type() { return zol_v2::Zol::k_class; }
 
 // A member of a family may be of any type that it can name.
-bool descend(const PathStep& step, SchemaPlace* place) {
+bool descend(const Step& step, SchemaPlace* place) {
   const auto enter = [&](Type type) {
     const RowPlace rows = find_row(type, step);
     if (!rows) return false;
@@ -57,7 +58,7 @@ std::string find_place(std::string_view path, SchemaPlace* place) {
   for (std::size_t begin = 0; begin <= path.size();) {
     const std::size_t end = std::min(path.find('/', begin), path.size());
     const std::string_view text = path.substr(begin, end - begin);
-    PathStep step;
+    Step step;
     if (!parse_step(text, &step)) {
       return '\'' + one_line(text) + "' is no step of a path: NAME, NAME[NUMBER], @NAME or text()";
     }
@@ -233,7 +234,7 @@ ExitStatus print_paths(const std::string& prefix) {
   SchemaPlace place;
   if (!find_place(prefix.substr(0, slash), &place).empty() || !place.type) return ExitStatus::fault;
   for (const std::string& step : steps_below(place.type)) {
-    PathStep parsed;
+    Step parsed;
     SchemaPlace below = place;
     if (parse_step(step, &parsed) && descend(parsed, &below)) {
       offer(step, static_cast<bool>(below.type));

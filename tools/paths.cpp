@@ -1,8 +1,6 @@
 #include "tools/paths.h"
 
 #include <algorithm>
-#include <charconv>
-#include <system_error>
 
 #include "facade/faults.h"
 #include "tools/text.h"
@@ -12,6 +10,7 @@ using zol_v2::reflection::Found;
 using zol_v2::reflection::PathError;
 using zol_v2::reflection::Place;
 using zol_v2::reflection::Row;
+using zol_v2::reflection::Step;
 using zol_v2::reflection::Type;
 
 namespace {
@@ -27,25 +26,7 @@ std::string_view name_in(std::string_view step) { return step.substr(0, step.fin
 
 }  // namespace
 
-bool parse_step(std::string_view text, PathStep* step) {
-  *step = PathStep();
-  step->is_content = text == k_content;
-  if (step->is_content) return true;
-  step->is_attribute = text.substr(0, 1) == "@";
-  if (step->is_attribute) text.remove_prefix(1);
-  const std::size_t bracket = text.find('[');
-  step->name = text.substr(0, bracket);
-  if (step->name.empty() || step->name.find_first_of("]()@") != std::string_view::npos) {
-    return false;
-  }
-  if (bracket == std::string_view::npos) return true;
-  const char* const end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data() + bracket + 1, end, step->number);
-  return error == std::errc() && step->number != 0 && end - rest == 1 && *rest == ']' &&
-         !step->is_attribute;
-}
-
-RowPlace find_row(Type type, const PathStep& step) {
+RowPlace find_row(Type type, const Step& step) {
   if (step.is_content) return {type.content(), type.content()};
   for (const Row row : type.rows()) {
     if (row.place() == Place::content || row.is_attribute() != step.is_attribute) continue;
@@ -103,7 +84,7 @@ std::string path_fault(ConstRef root, std::string_view path, const Found& found)
   if (!parent) return std::string(above) + " is a value with nothing below it";
   if (found.error == PathError::no_such_row) return unknown_step(parent.type(), step);
   if (parent.is_nil()) return "It is not there: " + std::string(above) + " is nil";
-  PathStep parsed;
+  Step parsed;
   const RowPlace place = parse_step(step, &parsed) ? find_row(parent.type(), parsed) : RowPlace();
   if (!place || !place.way.is_list()) return quoted(step) + " is not there";
   std::size_t count = 0;

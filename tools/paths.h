@@ -7,15 +7,6 @@
 
 #include "model/reflection.h"
 
-// "NAME", "NAME[NUMBER]", "@NAME" or "text()".
-struct PathStep {
-  std::string_view name;
-  unsigned number = 1;
-  bool is_attribute = false;
-  bool is_content = false;
-};
-bool parse_step(std::string_view text, PathStep* step);
-
 // A row of a type by the name that a step has; `way` is the row of the type that leads there,
 // itself or that of the holder in between.
 struct RowPlace {
@@ -23,7 +14,7 @@ struct RowPlace {
 
   explicit operator bool() const { return static_cast<bool>(row); }
 };
-RowPlace find_row(zol_v2::reflection::Type type, const PathStep& step);
+RowPlace find_row(zol_v2::reflection::Type type, const zol_v2::reflection::Step& step);
 
 // The steps that may stand below an object of the type, in the order of a document.
 std::vector<std::string> steps_below(zol_v2::reflection::Type type);
