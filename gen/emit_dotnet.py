@@ -133,10 +133,9 @@ def emit_table(model, table, shown):
 
 
 def emit_enumeration(out, model, enum):
-    rows = [row for info in model.classes.values() for row in info.rows if row.enum == enum.name]
-    notes = list(dict.fromkeys(row.note for row in rows if row.note))
-    values = [f"/// <summary>{escaped(value)} in documents.</summary>\n{name} = {i}," for i, (name, value)
-              in enumerate(zip(value_names(enum.values), enum.values), 1)]
+    values = [f"/// <summary>{escaped(note)} {escaped(value)} in documents.</summary>\n{name} = {i},"
+              for i, (name, value, note)
+              in enumerate(zip(value_names(enum.values), enum.values, enum.notes), 1)]
     out.emit("""
         /// <summary>$summary$</summary>
         public enum $name$
@@ -145,8 +144,7 @@ def emit_enumeration(out, model, enum):
             None = 0,
             $values$
         }
-        """, summary=escaped(notes[0] if len(notes) == 1 else f"The values of {enum.name}."),
-        name=enum_name(enum.name), values="\n".join(values))
+        """, summary=escaped(enum.comment), name=enum_name(enum.name), values="\n".join(values))
 
 
 def emit_class(out, model, info):
@@ -178,7 +176,7 @@ public {name}() : base({info.number}) {{ }}""")
         {
             $members$
         }
-        """, comment=summary(info.comment or f"The class {info.name} of documents."), kind=kind,
+        """, comment=summary(info.comment), kind=kind,
         Class=name, Base=class_name(base) if base else "ZolObject",
         members="\n\n".join(m.strip("\n") for m in members))
     if info.alternatives:
@@ -192,7 +190,7 @@ public {name}() : base({info.number}) {{ }}""")
                 $values$
             }
             """, Class=name, values="\n".join(
-                f'/// <summary><see cref="{name}.{property_name(row)}"/>.</summary>\n'
+                f'/// <summary><see cref="{name}.{property_name(row)}"/>: {escaped(row.note)}</summary>\n'
                 f"{property_name(row)} = {i}," for i, row in enumerate(info.alternatives, 1)))
 
 
@@ -213,12 +211,6 @@ def telling_rows(info):
 
 def summary(text, tag="summary"):
     return f"/// <{tag}>{escaped(text)}</{tag}>"
-
-
-def humanised(name):
-    spaced = "".join(f" {c.lower()}" if c.isupper() and i and not name[i - 1].isupper() else c
-                     for i, c in enumerate(name))
-    return f"The {spaced[:1].lower() + spaced[1:]}." if name[1:2].islower() else f"The value {name}."
 
 
 def number(bound):
@@ -259,7 +251,7 @@ def facts(row):
 
 
 def documented(row, code, refuses=False):
-    lines = [summary(row.note or humanised(property_name(row)))]
+    lines = [summary(row.note)]
     if text := facts(row):
         lines.append(summary(text, "value"))
     if refuses:

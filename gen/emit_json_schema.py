@@ -8,7 +8,7 @@ stands a second time, with that member.
 import json
 
 from rows import INTEGER_LIMITS
-from emit_xsd import limits
+from emit_xsd import described, limits
 from schema import SchemaError
 
 CONTENT = "value"
@@ -52,7 +52,7 @@ class Definitions:
             name = self.wanted.pop(0)
             self.printed[name] = None
             if name.endswith(VALUES):
-                self.printed[name] = {"enum": list(self.model.enums[name.removesuffix(VALUES)].values)}
+                self.printed[name] = values_of(self.model.enums[name.removesuffix(VALUES)])
             else:
                 info = self.model[name.removesuffix(NAMED)]
                 self.printed[name] = self.type_of(info, is_named=name.endswith(NAMED))
@@ -95,8 +95,7 @@ class Definitions:
         if choices:
             filled["allOf"] = [{"oneOf": [{"required": [name]} for name in names]}
                                for names in choices]
-        result = {"description": info.comment} if info.comment else {}
-        result |= {"type": "object", "properties": properties}
+        result = {"description": info.comment, "type": "object", "properties": properties}
         if info.nillable:
             if attributes:
                 result["required"] = attributes
@@ -114,8 +113,7 @@ class Definitions:
         value = self.value(row)
         if row.is_list:
             value = {"type": "array", "items": value} | ({"minItems": 1} if row.low else {})
-        note = " ".join(filter(None, (row.note, row.unit and f"Unit: {row.unit}.")))
-        return {"description": note} | value if note else value
+        return {"description": described(row)} | value
 
     def value(self, row):
         if row.kind == "any":
@@ -141,6 +139,11 @@ class Definitions:
             length = {} if row.length is None else {"minLength": row.length, "maxLength": row.length}
             return {"type": "string"} | length
         return number(row)
+
+
+def values_of(enum):
+    told = [f"{value}: {note}" for value, note in zip(enum.values, enum.notes)]
+    return {"description": "\n".join([enum.comment, *told]), "enum": list(enum.values)}
 
 
 def number(row):

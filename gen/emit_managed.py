@@ -222,9 +222,9 @@ class ProxyClass:
     def emit(self, out):
         info, name = self.info, self.name
         base = info.schema.base if info and info.schema.base else None
-        summary = (info.comment if info else "") or f"The class {name}."
+        summary = info.comment if info else f"The class {name}."
         if base and info.is_wrapper:
-            summary = f"The element {name}, of type {base}."
+            summary = f"{info.comment} The element {name}, of type {base}."
         is_poly = info is not None and info.is_poly
         made = f"({name})DynamicTypes.Wrap(handle, owned, parent)" if is_poly else \
             f"new {name}(handle, owned, parent)"

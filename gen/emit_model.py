@@ -9,7 +9,7 @@
 from model_classes import banner
 from model_header import emit_header
 from model_source import emit_source, source_name
-from printer import Printer, wrap_list
+from printer import Printer, block, wrap_list
 from rows import quoted
 
 
@@ -72,9 +72,13 @@ def emit_enumerations(model):
               $values$
             };
             static const WideTexts k_$name$_wide(k_$name$_narrow);
-            const EnumTable k_$name${k_$name$_wide.text, k_$name$_narrow, $size$};
+            static constexpr const char* k_$name$_notes[] = {
+              $notes$
+            };
+            const EnumTable k_$name${k_$name$_wide.text, k_$name$_narrow, k_$name$_notes, $size$};
             """, name=name, size=len(enum.values),
-            values=wrap_list(quoted(value) for value in enum.values))
+            values=wrap_list(quoted(value) for value in enum.values),
+            notes=block(f"{quoted(note)}," for note in enum.notes))
     out.blank()
     out.emit("}  // namespace zol_v2::internal")
     return out.cpp_text()

@@ -11,8 +11,7 @@ import keyword
 import re
 
 import dotnet_names
-from emit_dotnet import (content_class, facts, humanised, shown_classes, stands_itself,
-                         telling_rows)
+from emit_dotnet import content_class, facts, shown_classes, stands_itself, telling_rows
 from emit_managed import row_number
 from printer import Printer
 from resolve import snake_case
@@ -105,12 +104,11 @@ def doc_string(text, *, format_name):
 
 def about(row, way):
     """The doc string of an attribute."""
-    first = row.note or humanised(dotnet_names.property_name(row))
     told = facts(row)
     told = re.sub(r"\bnull\b", "None", re.sub(r"\bNull\b", "None", told))
     place = PLACES.get(row.kind, "element")
     name = "" if row.kind in ("content", "group", "any") else f" {row.name}"
-    lines = [first, "", f"In documents: {place}{name} of {row.owner.name}. "
+    lines = [row.note, "", f"In documents: {place}{name} of {row.owner.name}. "
              f"Here: {type_of(row, way)}."]
     if told:
         lines.append(told)
@@ -141,7 +139,9 @@ def emit_module(model, shown):
 
                 $members$
             ''', Name=dotnet_names.enum_name(enum.name),
-            doc=doc_string(f"The values of {enum.name}.", format_name=enum.name),
+            doc=doc_string("\n".join([enum.comment, "", *(
+                f"{name}: {note}" for name, note in zip(member_names(enum), enum.notes))]),
+                format_name=enum.name),
             members="\n".join(f"{name} = {quoted(value)}"
                               for name, value in zip(member_names(enum), enum.values)))
     for info in shown:
@@ -192,8 +192,7 @@ def emit_class(out, model, info):
         ''', number=info.number, format=quoted(info.name), Name=class_name(info),
         abstract="" if stands_itself(model, info) else ", is_abstract=True",
         bases=", ".join(bases(info)),
-        doc=doc_string(info.comment or f"The class {info.name} of documents.",
-                       format_name=info.name),
+        doc=doc_string(info.comment, format_name=info.name),
         telling=f"_telling = {tuple(telling)!r}" if telling else "",
         fields="\n".join(lines))
 

@@ -8,6 +8,7 @@ import pathlib
 import re
 
 from printer import Printer, block
+from resolve import first_sentence
 from rows import enumerator, shape_of
 
 BANNER = ("<!-- Generated from model/schema{table} by gen/emit_reference.py: edit those, "
@@ -105,7 +106,7 @@ def emit_index(model):
         banner=BANNER.format(table=""),
         pages=block(f"- [{title(t)}]({page_name(t)})" for t in model.schema.files),
         classes=table_of(("Class", "What it is"),
-                         [(link(info), first_sentence(info.comment) or SHAPES[info.shape])
+                         [(link(info), as_markdown(first_sentence(info.comment)))
                           for info in by_name(model) if not info.is_wrapper]),
         elements=table_of(("Element", "Type"), [(described(info), link(info.base))
                                                 for info in by_name(model) if info.is_wrapper]))
@@ -114,10 +115,6 @@ def emit_index(model):
 
 def by_name(model):
     return sorted(model.classes.values(), key=lambda info: info.name.lower())
-
-
-def first_sentence(text):
-    return re.split(r"(?<=\.)\s", text, maxsplit=1)[0]
 
 
 # One page.
@@ -151,7 +148,7 @@ def emit_page(model, table):
 
 
 def emit_class(out, model, info):
-    paragraphs = [f"## {info.name}", info.comment,
+    paragraphs = [f"## {info.name}", as_markdown(info.comment),
                   block("- " + fact for fact in facts_of(model, info))]
     if info.rows:
         paragraphs.append(rows_table(info))
@@ -166,13 +163,8 @@ def as_markdown(text):
 
 
 def rows_table(info):
-    """The rows, with a column of notes if there are any."""
-    head = ("Row", "Kind", "Type", "Occurs", "Facets", "Accessors")
-    cells = [row_cells(row) for row in info.rows]
-    if any(row.note for row in info.rows):
-        head += ("Meaning",)
-        cells = [row_cells(row) + (as_markdown(row.note),) for row in info.rows]
-    return table_of(head, cells)
+    return table_of(("Row", "Meaning", "Kind", "Type", "Occurs", "Facets", "Accessors"),
+                    [row_cells(row) for row in info.rows])
 
 
 def facts_of(model, info):
@@ -221,7 +213,7 @@ def row_cells(row):
     held = row.type_class
     row_type = "" if row.kind == "any" else f"`{row.type}`" if held is None else described(held)
     accessors = " ".join(accessors_of(row))
-    return (name, KINDS[row.kind], row_type, occurrence(row), ", ".join(facets_of(row)),
+    return (name, as_markdown(row.note), KINDS[row.kind], row_type, occurrence(row), ", ".join(facets_of(row)),
             f"`{accessors}`" if accessors else "")
 
 
@@ -263,16 +255,16 @@ def accessors_of(row):
 def emit_enumeration(out, model, enum):
     rows = [row for info in model.classes.values() for row in info.rows if row.enum == enum.name]
     shared = {tuple(enumerator(row, value) for value in enum.values) for row in rows}
-    head = ["Number", "Value"] + (["Enumerator"] if len(shared) == 1 else [])
+    head = ["Number", "Value", "Meaning"] + (["Enumerator"] if len(shared) == 1 else [])
     names = next(iter(shared)) if len(shared) == 1 else None
-    cells = [[str(i + 1), f"`{value}`"] + ([f"`{names[i]}`"] if names else [])
-             for i, value in enumerate(enum.values)]
+    cells = [[str(i + 1), f"`{value}`", as_markdown(note)] + ([f"`{names[i]}`"] if names else [])
+             for i, (value, note) in enumerate(zip(enum.values, enum.notes))]
     places = ", ".join(link(row.owner, f"{row.owner.name}::{row.name}") for row in rows)
     out.blank()
     out.emit("""
         ## Values of $name$
 
-        Of $places$.
+        $comment$ Of $places$.
 
         $table$
-        """, name=enum.name, places=places, table=table_of(head, cells))
+        """, name=enum.name, comment=as_markdown(enum.comment), places=places, table=table_of(head, cells))

@@ -76,14 +76,17 @@ def spelled(attributes):
 
 
 def documentation(text):
-    if not text:
-        return []
     return wrapped("annotation", [f"<xs:documentation>{escape(text)}</xs:documentation>"])
 
 
+def described(row):
+    """What the row means and the unit of its number."""
+    return f"{row.note} Unit: {row.unit}." if row.unit else row.note
+
+
 def annotation(row):
-    """What the row means and the unit of its number; neither makes a difference to a validator."""
-    return documentation(" ".join(filter(None, (row.note, row.unit and f"Unit: {row.unit}."))))
+    """The same as an element, which makes no difference to a validator."""
+    return documentation(described(row))
 
 
 # Elements.
@@ -109,10 +112,11 @@ def global_elements(model):
         if not is_global(info):
             continue
         head = head_of(model, info.family_root) if info.is_wrapper else None
-        parts.append(tag("element", name=info.name, type=type_name(info),
-                         substitutionGroup=f"Zol:{head.name}" if head not in (None, info) else None,
-                         abstract="true" if info.shape == "abstract" else None,
-                         nillable="true" if info.nillable else None))
+        parts.append(block(wrapped(
+            "element", documentation(info.comment), name=info.name, type=type_name(info),
+            substitutionGroup=f"Zol:{head.name}" if head not in (None, info) else None,
+            abstract="true" if info.shape == "abstract" else None,
+            nillable="true" if info.nillable else None)))
     return parts
 
 
@@ -126,11 +130,12 @@ def simple_types(model):
                                 restriction("xs:dateTime", [
                                     tag("pattern", value=r".+T.+(Z|[+\-].+)")])))
     for name, enum in model.enums.items():
-        parts.append(named_type(f"{name}Enum", "", restriction("xs:string", [
-            tag("enumeration", value=value) for value in enum.values])))
+        parts.append(named_type(f"{name}Enum", enum.comment, restriction("xs:string", [
+            line for value, note in zip(enum.values, enum.notes)
+            for line in wrapped("enumeration", documentation(note), value=value)])))
     for row in rows:
         if row.kind == "content" and facets_of(row):
-            parts.append(named_type(f"{row.owner.name}Content", "",
+            parts.append(named_type(f"{row.owner.name}Content", described(row),
                                     restriction(BUILT_IN[row.type], facets_of(row))))
     return parts
 

@@ -64,12 +64,13 @@ def emit_header(model):
 def class_comment(info):
     base = info.schema.base
     if info.shape == "element":
-        text = f"The element {info.name}, of type {base}."
+        text = f"{info.comment} The element {info.name}, of type {base}."
     elif info.shape == "abstract":
-        text = f"The head element {info.name} of its family, which can be read but not written."
+        text = (f"{info.comment} The head element {info.name} of its family, which can be read but "
+                "not written.")
     else:
         text = info.comment
-    return wrap_comment(text) if text else ""
+    return wrap_comment(text)
 
 
 def row_comment(row):
@@ -94,7 +95,7 @@ def row_comment(row):
     if row.default:
         words.append(f"default {row.default}")
     text = f"{row.name}: {', '.join(words)}"
-    return wrap_comment(f"{text}. {row.note}" if row.note else text)
+    return wrap_comment(f"{text}. {row.note}")
 
 
 def emit_class(out, info):
@@ -106,8 +107,7 @@ def emit_class(out, info):
         if accessors:
             parts = [row_comment(shape.row), shape.types(), accessors]
             sections.append("\n".join(part for part in parts if part))
-    if class_comment(info):
-        out.raw(class_comment(info))
+    out.raw(class_comment(info))
     bases = [base_of(info)] + ([f"internal::Document<{info.name}>"] if info.is_document else [])
     out.raw(f"class ZOL_API {info.name} : public {', public '.join(bases)} {{")
     for access, text in (("public", "\n\n".join(s.strip("\n") for s in sections if s)),

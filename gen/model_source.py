@@ -137,6 +137,5 @@ def description(info):
                                       ("document", info.is_document)) if holds]
     if marks:
         words.append("marked(" + " | ".join(f"Class::k_{mark}" for mark in marks) + ")")
-    if info.comment:
-        words.append(f"about({quoted(info.comment)})")
+    words.append(f"about({quoted(info.comment)})")
     return words

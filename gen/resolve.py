@@ -34,6 +34,7 @@ class Model:
         self.events = _number_events(self)
         for number, info in enumerate(self.classes.values()):
             info.number = number
+        _give_meanings(self)
 
     def __getitem__(self, name):
         return self.classes[name]
@@ -47,7 +48,7 @@ class ClassInfo:
         self.schema = schema_class
         self.name = schema_class.name
         self.shape = schema_class.shape
-        self.comment = schema_class.comment
+        self.comment = schema_class.comment  # of an element that of its type
         self.where = schema_class.where
         self.flags = schema_class.flags
         self.factory = schema_class.factory
@@ -242,7 +243,7 @@ class RowInfo:
         self.xsi_type = row.xsi_type
         self.adopt = row.adopt
         self.unit = row.unit
-        self.note = row.note
+        self.note = row.note  # _give_meanings() sees to it that there is one
 
     @property
     def bit(self):
@@ -446,3 +447,67 @@ def _number_events(model):
             if row.is_named and row.name not in events:
                 events[row.name] = FIRST_EVENT + len(events)
     return events
+
+
+_AS = re.compile(r"As (\w+)\.(\w+)\.$")
+
+
+def _give_meanings(model):
+    """Sees to it that everything has a meaning, and that each is told in one place."""
+    for info in model.classes.values():
+        if info.is_wrapper:
+            info.comment = info.comment or info.base.comment
+        if not info.comment:
+            raise SchemaError(info.where, f"nothing tells what {info.name} is")
+    for enum in model.enums.values():
+        if not enum.comment:
+            raise SchemaError(enum.where, f"nothing tells what {enum.name} enumerates")
+        for value, note, where in zip(enum.values, enum.notes, enum.places):
+            if not note:
+                raise SchemaError(where, f"nothing tells what {value} means")
+    rows = [row for info in model.classes.values() for row in info.rows]
+    _refuse_repetition(model, rows)
+    for row in rows:
+        if not _AS.match(row.note):
+            row.note = row.note or _meaning_of(model, row)
+    for row in rows:
+        if reference := _AS.match(row.note):
+            row.note = _told_at(model, row, *reference.groups())
+
+
+def _refuse_repetition(model, rows):
+    told = {shared.note: shared.where for shared in model.schema.shared.values()}
+    for row in rows:
+        if row.note and not _AS.match(row.note):
+            if row.note in told:
+                raise SchemaError(row.where, f"the note of {row.name} stands already at "
+                                             f"{told[row.note]}")
+            told[row.note] = row.where
+    used = {(row.name, row.type) for row in rows if not row.note}
+    for key, shared in model.schema.shared.items():
+        if key not in used:
+            raise SchemaError(shared.where, f"no row takes the note of {' '.join(key)}")
+
+
+def _meaning_of(model, row):
+    """That of its name, of the values that it may have, or of what stands there."""
+    if shared := model.schema.shared.get((row.name, row.type)):
+        return shared.note
+    if row.enum:
+        return model.enums[row.enum].comment
+    held = row.owner if row.kind == "content" else row.type_class
+    if held is None:
+        raise SchemaError(row.where, f"nothing tells what {row.name} of {row.owner.name} means")
+    return first_sentence(held.comment)
+
+
+def first_sentence(text):
+    """What something is, without what else is to be known of it."""
+    return re.split(r"(?<=\.)\s", text, maxsplit=1)[0]
+
+
+def _told_at(model, row, owner, name):
+    told = owner in model.classes and model[owner].find_row(name)
+    if not told or _AS.match(told.note):
+        raise SchemaError(row.where, f"nothing is told at {owner}.{name}")
+    return told.note

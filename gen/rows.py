@@ -127,8 +127,7 @@ class RowShape:
             yield "adopting()"
         if row.unit:
             yield f"in({quoted(row.unit)})"
-        if row.note:
-            yield f"about({quoted(row.note)})"
+        yield f"about({quoted(row.note)})"
 
 
 class Enumerable(RowShape):

@@ -90,13 +90,25 @@ class Class:
 class Enumeration:
     name: str
     where: Where
+    comment: str = ""
     values: List[str] = dataclasses.field(default_factory=list)
+    notes: List[str] = dataclasses.field(default_factory=list)  # what each value means
+    places: List[Where] = dataclasses.field(default_factory=list)
+
+
+@dataclasses.dataclass
+class SharedNote:
+    """What rows of a name and type mean wherever nothing else is said of them."""
+
+    note: str
+    where: Where
 
 
 @dataclasses.dataclass
 class Schema:
     classes: Dict[str, Class] = dataclasses.field(default_factory=dict)
     enums: Dict[str, Enumeration] = dataclasses.field(default_factory=dict)
+    shared: Dict[tuple, SharedNote] = dataclasses.field(default_factory=dict)  # by name and type
     files: List[str] = dataclasses.field(default_factory=list)
 
 
@@ -114,28 +126,34 @@ def read_directory(directory):
 def read_text(schema, file, text):
     """Adds the classes and enumerations of one file's text to the schema."""
     schema.files.append(file)
-    comment, note, open_class, open_enum = [], [], None, None
+    comment, note, open_class, open_enum, is_shared = [], [], None, None, False
     for number, line in enumerate(text.splitlines() + [""], 1):  # nothing is left open at the end
         where = Where(file, number)
         stripped = line.strip()
         is_indented = line[:1].isspace()
-        if note and not (stripped and is_indented and open_class is not None):
+        if note and not (stripped and is_indented and (open_class is not None or is_shared)):
             raise SchemaError(where, "a note without a row below it")
         if not stripped:
             comment = []
         elif stripped.startswith("#"):
             (note if is_indented else comment).append(stripped.lstrip("# "))
         elif not is_indented:
-            open_class, open_enum = None, None
+            open_class, open_enum, is_shared = None, None, False
             words = stripped.split()
             if words[0] == "enum":
                 open_enum = _open_enum(schema, words, where)
+                open_enum.comment = " ".join(comment)
+            elif words == ["shared"]:
+                is_shared = True
             else:
                 open_class = _open_class(schema, words, where)
                 open_class.comment = " ".join(comment)
             comment = []
         elif open_enum is not None:
-            _add_values(open_enum, stripped.split(), where)
+            _add_value(open_enum, stripped, where)
+        elif is_shared:
+            _add_shared(schema, stripped.split(), where, " ".join(note))
+            note = []
         elif open_class is not None:
             _add_row(open_class, stripped.split(), where, " ".join(note))
             comment, note = [], []
@@ -153,18 +171,29 @@ def _open_enum(schema, words, where):
     return schema.enums[words[1]]
 
 
-def _add_values(enum, values, where):
-    for value in values:
-        if value in enum.values:
-            raise SchemaError(where, f"value {value} stands twice in enumeration {enum.name}")
-        enum.values.append(value)
+def _add_value(enum, line, where):
+    value, _, note = line.partition(" ")
+    if value in enum.values:
+        raise SchemaError(where, f"value {value} stands twice in enumeration {enum.name}")
+    enum.values.append(value)
+    enum.notes.append(note.strip())
+    enum.places.append(where)
+
+
+def _add_shared(schema, words, where, note):
+    if len(words) != 2 or not note:
+        raise SchemaError(where, "expected a note, and below it 'NAME TYPE'")
+    if tuple(words) in schema.shared:
+        raise SchemaError(where, f"{' '.join(words)} is told already at "
+                                 f"{schema.shared[tuple(words)].where}")
+    schema.shared[tuple(words)] = SharedNote(note, where)
 
 
 def _open_class(schema, words, where):
     words = list(words)
     shape = words.pop(0)
     if shape not in CLASS_SHAPES:
-        raise SchemaError(where, f"unknown word '{shape}' (expected enum or one of "
+        raise SchemaError(where, f"unknown word '{shape}' (expected enum, shared or one of "
                                  f"{', '.join(CLASS_SHAPES)})")
     if not words or not _NAME.match(words[0]):
         raise SchemaError(where, f"'{shape}' needs a name")

@@ -62,6 +62,7 @@ class Type {
   bool operator!=(Type other) const { return table_ != other.table_; }
 
   std::string_view name() const { return table_->name; }
+  // What objects of it are, in a sentence or two; no class is without.
   std::string_view note() const { return table_->note; }
   Shape shape() const { return table_->shape; }
   Type base() const { return of(table_->base); }
@@ -152,15 +153,18 @@ class EnumValues {
  public:
   EnumValues() = default;
   explicit EnumValues(const internal::EnumTable& table)
-      : first_(table.narrow), size_(static_cast<std::size_t>(table.size)) {}
+      : first_(table.narrow), notes_(table.notes), size_(static_cast<std::size_t>(table.size)) {}
   const std::string_view* begin() const { return first_; }
   const std::string_view* end() const { return first_ + size_; }
   std::size_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
   std::string_view operator[](std::size_t index) const { return first_[index]; }
+  // What the value of that index means, in one sentence.
+  std::string_view note(std::size_t index) const { return notes_[index]; }
 
  private:
   const std::string_view* first_ = nullptr;
+  const char* const* notes_ = nullptr;
   std::size_t size_ = 0;
 };
 
@@ -210,17 +214,16 @@ class Row {
   ZOL_API bool collapses() const;
   // Whether the element may, or must, name its type.
   NamedType named_type() const { return table_->named_type; }
-  // As in "nm", and what the row is for; empty if there is none.
-  std::string_view unit() const { return view(table_->unit); }
-  std::string_view note() const { return view(table_->note); }
+  // What a number counts, as in "nm"; empty if it is a ratio, a coordinate or a mark on a scale.
+  std::string_view unit() const {
+    return table_->unit != nullptr ? std::string_view(table_->unit) : std::string_view();
+  }
+  // What the row means, in one sentence; no row is without.
+  std::string_view note() const { return table_->note; }
 
   const internal::Row& table() const { return *table_; }
 
  private:
-  static std::string_view view(const char* text) {
-    return text != nullptr ? std::string_view(text) : std::string_view();
-  }
-
   const internal::Row* table_ = nullptr;
 };
 

@@ -150,14 +150,6 @@ void print_fact(const std::string& name, const std::string& text) {
   print(line + text + '\n');
 }
 
-std::string on_one_line(std::string_view note) {
-  std::string text(note);
-  for (char& c : text) {
-    if (c == '\n') c = ' ';
-  }
-  return text;
-}
-
 void print_rows(Type type) {
   struct Line {
     std::string step, text;
@@ -184,6 +176,17 @@ void print_rows(Type type) {
   }
 }
 
+// Each with what it means.
+void print_words(zol_v2::reflection::EnumValues values) {
+  std::size_t width = 0;
+  for (const std::string_view value : values) width = std::max(width, value.size());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    std::string word(values[i]);
+    word.resize(width + 2, ' ');
+    print("    " + word + std::string(values.note(i)) + '\n');
+  }
+}
+
 ExitStatus explain(const std::string& path) {
   SchemaPlace place;
   const std::string fault = find_place(path, &place);
@@ -194,7 +197,7 @@ ExitStatus explain(const std::string& path) {
   print(path + '\n');
   const Row row = place.rows.row;
   if (row) {
-    print_fact("Meaning", on_one_line(row.note()));
+    print_fact("Meaning", std::string(row.note()));
     print_fact("Kind", kind_text(row));
     print_fact("Unit", std::string(row.unit()));
     print_fact("Range", range_text(row));
@@ -206,13 +209,13 @@ ExitStatus explain(const std::string& path) {
     print_fact("Default", default_text(place.parent, row));
     if (!row.values().empty()) {
       print("  Words:\n");
-      for (const std::string_view value : row.values()) print("    " + std::string(value) + '\n');
+      print_words(row.values());
     }
   }
   if (place.type) {
-    print_fact("Type",
-               std::string(place.type.name()) +
-                   (place.type.note().empty() ? "" : ": " + on_one_line(place.type.note())));
+    std::string text(place.type.name());
+    if (!row || row.note() != place.type.note()) text.append(": ").append(place.type.note());
+    print_fact("Type", text);
     print_fact("Nil", place.type.is_nillable() ? "allowed" : "");
     print_rows(place.type);
   }

@@ -34,6 +34,7 @@ struct Class;
 struct EnumTable {
   const std::wstring* first;
   const std::string_view* narrow;
+  const char* const* notes;  // what each value means
   int size;
 
   // 0 if the text is none of the values.

@@ -5,6 +5,7 @@
 """
 
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -35,7 +36,7 @@ FAULTS = [
     ("plain A\n  elem  X  string  1  loud", 2, "unknown facet 'loud'"),
     ("plain A\n  elem  X  double  1  >= many", 2, "'>=' needs a number"),
     ("plain A\n  elem  X  string  1  length", 2, "'length' needs a value"),
-    ("enum E\n  a b\n  a", 3, "value a stands twice in enumeration E"),
+    ("enum E\n  a\n  a", 3, "value a stands twice in enumeration E"),
     ("enum E\n  a\nenum E\n  b", 3, "enumeration E stands already at bad.rows:1"),
     ("holder H of A\n", 1, "a holder needs 'of ROOT' and 'none N'"),
     ("plain A\n  elem  X  B  1", 2, "unknown type B"),
@@ -52,6 +53,20 @@ FAULTS = [
     ("plain A\n  elem  X  string  1\n  # Lost.", 4, "a note without a row below it"),
     ("poly A\n  # Lost.\n  factory A", 3, "a note without a row below it"),
     ("enum E\n  # Lost.\n  a", 3, "a note without a row below it"),
+    ("shared\n  X  string", 2, "expected a note, and below it 'NAME TYPE'"),
+    ("shared\n  # M.\n  X", 3, "expected a note, and below it 'NAME TYPE'"),
+    ("shared\n  # M.\n  X  string\n  # N.\n  X  string", 5, "X string is told already at bad.rows:3"),
+    ("shared\n  # Lost.\n\n", 3, "a note without a row below it"),
+    ("shared\n  # M.\n  X  string\n# A.\nplain A\n  # Own.\n  elem  X  string  1", 3,
+     "no row takes the note of X string"),
+    ("plain A", 1, "nothing tells what A is"),
+    ("# A.\nplain A\n  elem  X  string  1", 3, "nothing tells what X of A means"),
+    ("enum E\n  a  One.", 1, "nothing tells what E enumerates"),
+    ("# E.\nenum E\n  a  One.\n  b", 4, "nothing tells what b means"),
+    ("# A.\nplain A\n  # M.\n  elem  X  int  1\n  # M.\n  elem  Y  int  1", 6,
+     "the note of Y stands already at bad.rows:4"),
+    ("# A.\nplain A\n  # As A.Y.\n  elem  X  int  1", 4, "nothing is told at A.Y"),
+    ("# A.\nplain A\n  # As A.X.\n  elem  X  int  1", 4, "nothing is told at A.X"),
     ("plain A\n  elem  X  string  1  zoned", 2, "only a dateTime is zoned"),
     ("plain A\n  elem  X  int  0..n", 2, "a list of int values is not known here"),
     ("plain A\n  elem  X  string  0..n  length 64", 2, "the setters of a list check no length"),
@@ -80,6 +95,17 @@ FAULTS = [
 ]
 
 
+def with_meanings(text):
+    """The same with something told of every class, row and value."""
+    lines = []
+    for number, line in enumerate(text.split("\n")):
+        if len(line.split()) == 1:
+            lines.append(f"{line}  Value {number}.")
+        else:
+            lines += [f"{'  ' * line.startswith(' ')}# Meaning {number}.", line]
+    return "\n".join(lines)
+
+
 class FaultsTest(unittest.TestCase):
     def test_every_fault_names_its_place(self):
         for text, line, reason in FAULTS:
@@ -98,7 +124,7 @@ class FaultsTest(unittest.TestCase):
                              ("enum E\n  a-b\n  a_b", "C# has a value of E twice")):
             with self.subTest(text):
                 rows = schema.Schema()
-                schema.read_text(rows, "bad.rows", text)
+                schema.read_text(rows, "bad.rows", with_meanings(text))
                 with self.assertRaisesRegex(schema.SchemaError, reason):
                     emit_dotnet.emit(resolve.Model(rows))
 
@@ -110,7 +136,7 @@ class FaultsTest(unittest.TestCase):
                              ("enum E\n  a-b\n  a_b", "Python has a member of E twice")):
             with self.subTest(text):
                 rows = schema.Schema()
-                schema.read_text(rows, "bad.rows", text)
+                schema.read_text(rows, "bad.rows", with_meanings(text))
                 with self.assertRaisesRegex(schema.SchemaError, reason):
                     emit_python.emit(resolve.Model(rows))
 
@@ -158,6 +184,46 @@ class GoldenTest(unittest.TestCase):
         for info in model.ordered:
             for needed, _ in resolve._held_by_value(info):
                 self.assertLess(place[needed.name], place[info.name])
+
+
+# What is counted in each unit, as meanings name it.
+QUANTITIES = {
+    "nm": r"\bwavelength",
+    "degree": r"\bangle",
+    "percent": r"\btone value|how much of the channel's ink",
+    "K": r"\btemperature",
+    "mm": r"\bdiameter|\bhow (thick|wide|high)",
+    "g/m2": r"\bmass per area",
+    "cd/m2": r"\bluminance(?! factor)|\btristimulus value . of the light",
+    "W/(sr.m2.nm)": r"\bspectral radiance",
+}
+# What ambient light is counted in instead, without the solid angle.
+AMBIENT = {"cd/m2": "lx", "W/(sr.m2.nm)": "W/(m2.nm)"}
+
+
+class MeaningsTest(unittest.TestCase):
+    """Of the real schema; that each row has one is the generator's to see to."""
+
+    def setUp(self):
+        model = resolve.Model(schema.read_directory(ROOT / "model" / "schema"))
+        self.rows = [row for info in model.classes.values() for row in info.rows]
+        self.assertGreater(len(self.rows), 300)
+
+    def test_a_quantity_has_its_unit(self):
+        for row in self.rows:
+            if row.type in ("double", "int", "uint", "byte"):
+                with self.subTest(f"{row.where}: {row.name}: {row.note}"):
+                    found = [unit for unit, words in QUANTITIES.items()
+                             if re.search(words, row.note, re.I)]
+                    self.assertEqual(found, [row.unit] if row.unit else [])
+
+    def test_a_meaning_names_no_other_unit(self):
+        units = {row.unit for row in self.rows if row.unit} | set(AMBIENT.values())
+        for row in self.rows:
+            named = {unit for unit in units
+                     if re.search(rf"(?<![\w/(.]){re.escape(unit)}s?(?![\w/()])", row.note)}
+            with self.subTest(f"{row.where}: {row.name}: {row.note}"):
+                self.assertLessEqual(named, {row.unit, AMBIENT.get(row.unit)})
 
 
 def accept():

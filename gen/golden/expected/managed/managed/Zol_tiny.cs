@@ -197,7 +197,7 @@ namespace Zol.Interop
     public uint size_any() { return Native.Zol_size_any(Self); }
   }
 
-  /// <summary>A box, which may be empty.</summary>
+  /// <summary>A box. It may be empty.</summary>
   public partial class Box : Proxy
   {
     internal Box(IntPtr handle, bool owned, Proxy parent)
@@ -268,7 +268,7 @@ namespace Zol.Interop
     }
   }
 
-  /// <summary>The class Seal.</summary>
+  /// <summary>That it is sealed.</summary>
   public partial class Seal : Proxy
   {
     internal Seal(IntPtr handle, bool owned, Proxy parent)
@@ -396,7 +396,7 @@ namespace Zol.Interop
     }
   }
 
-  /// <summary>The class anon_Tag.</summary>
+  /// <summary>What it is tagged with.</summary>
   public partial class anon_Tag : Proxy
   {
     internal anon_Tag(IntPtr handle, bool owned, Proxy parent)
@@ -487,7 +487,7 @@ namespace Zol.Interop
     public void unset_Choice() { Native.ShapeType_unset_Choice(Self); }
   }
 
-  /// <summary>The class RoundType.</summary>
+  /// <summary>Something round.</summary>
   public partial class RoundType : ShapeType
   {
     internal RoundType(IntPtr handle, bool owned, Proxy parent)
@@ -529,7 +529,7 @@ namespace Zol.Interop
     }
   }
 
-  /// <summary>The class RingType.</summary>
+  /// <summary>Something round with a hole.</summary>
   public partial class RingType : RoundType
   {
     internal RingType(IntPtr handle, bool owned, Proxy parent)
@@ -564,7 +564,7 @@ namespace Zol.Interop
     }
   }
 
-  /// <summary>The class sg_Shape.</summary>
+  /// <summary>One of the family.</summary>
   public partial class sg_Shape : Proxy
   {
     internal sg_Shape(IntPtr handle, bool owned, Proxy parent)
@@ -646,7 +646,7 @@ namespace Zol.Interop
     }
   }
 
-  /// <summary>The element AnyShape, of type ShapeType.</summary>
+  /// <summary>A family. The element AnyShape, of type ShapeType.</summary>
   public partial class AnyShape : ShapeType
   {
     internal AnyShape(IntPtr handle, bool owned, Proxy parent)
@@ -662,7 +662,7 @@ namespace Zol.Interop
       : this(Pending.Checked(Native.new_AnyShape__SWIG_1(Of(other))), true, null) { }
   }
 
-  /// <summary>The element Round, of type RoundType.</summary>
+  /// <summary>Something round. The element Round, of type RoundType.</summary>
   public partial class Round : RoundType
   {
     internal Round(IntPtr handle, bool owned, Proxy parent)
@@ -678,7 +678,7 @@ namespace Zol.Interop
       : this(Pending.Checked(Native.new_Round__SWIG_1(Of(other))), true, null) { }
   }
 
-  /// <summary>The element Ring, of type RingType.</summary>
+  /// <summary>Something round with a hole. The element Ring, of type RingType.</summary>
   public partial class Ring : RingType
   {
     internal Ring(IntPtr handle, bool owned, Proxy parent)

@@ -51,7 +51,7 @@ class AnyShape;
 class Round;
 class Ring;
 
-// A box, which may be empty.
+// A box. It may be empty.
 class ZOL_API Box : public internal::Plain {
  public:
   Box();
@@ -70,7 +70,7 @@ class ZOL_API Box : public internal::Plain {
   void setnil_Box() { touch(6); }
   bool isnil_Box() const { return has(6); }
 
-  // Grade: attribute, string, required, one of Grade
+  // Grade: attribute, string, required, one of Grade. How it is graded.
   enum Eenum_Grade : int {
     Grade_unknown = 0, Grade_A = 1, Grade_B_plus = 2
   };
@@ -81,7 +81,8 @@ class ZOL_API Box : public internal::Plain {
   }
   bool setenum_Grade(Eenum_Grade value) { return set_number(*this, k_rows[0], value); }
 
-  // Spare: attribute, string, optional, one of the Grade values, default Grade_A
+  // Spare: attribute, string, optional, one of the Grade values, default Grade_A. How a spare one
+  // is graded.
   enum Eenum_Spare : int {
     Spare_unknown = 0, Spare_Grade_A = 1, Spare_Grade_B_plus = 2
   };
@@ -98,11 +99,11 @@ class ZOL_API Box : public internal::Plain {
   unsigned char get_Count() const { return count_; }
   lmx::elmx_error set_Count(unsigned char value) { return set(*this, k_rows[2], value); }
 
-  // Code: element, string, required, 1 character
+  // Code: element, string, required, 1 character. A letter.
   const std::wstring& get_Code() const { return code_.get(); }
   lmx::elmx_error set_Code(const std::wstring& value) { return set(*this, k_rows[3], value); }
 
-  // Weight: element, double, required, > 0, <= 2.5, unit kg, default 1.5
+  // Weight: element, double, required, > 0, <= 2.5, unit kg, default 1.5. How heavy it is.
   double get_Weight() const { return weight_; }
   lmx::elmx_error set_Weight(double value) { return set(*this, k_rows[4], value); }
 
@@ -116,6 +117,7 @@ class ZOL_API Box : public internal::Plain {
   double weight_ = 1.5;
 };
 
+// What it is tagged with.
 class ZOL_API anon_Tag : public internal::Object {
  public:
   anon_Tag();
@@ -154,13 +156,13 @@ class ZOL_API anon_Tag : public internal::Object {
     }
   }
 
-  // TagText: alternative, string
+  // TagText: alternative, string. What it says.
   const std::wstring& get_TagText() const {
     return internal::text_of(chosen_ == 0 ? slot_.text : nullptr);
   }
   lmx::elmx_error set_TagText(const std::wstring& value) { return set(*this, k_rows[0], value); }
 
-  // TagNumber: alternative, double
+  // TagNumber: alternative, double. A number.
   double get_TagNumber() const { return chosen_ == 1 ? slot_.real : 0.0; }
   lmx::elmx_error set_TagNumber(double value) { return set(*this, k_rows[1], value); }
 
@@ -219,7 +221,7 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   const std::wstring& get_Note() const { return note_.get(); }
   lmx::elmx_error set_Note(const std::wstring& value) { return set(*this, k_rows[0], value); }
 
-  // Stamp: element, dateTime, at least one
+  // Stamp: element, dateTime, at least one. When it was stamped.
   const lmx::c_datetime& get_Stamp(unsigned index) const { return stamp_.at(index); }
   lmx::elmx_error set_Stamp(unsigned index, const lmx::c_datetime& value) {
     return stamp_.set(index, value);
@@ -232,7 +234,7 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   void clear_Stamp() { stamp_.clear(); }
   unsigned size_Stamp() const { return stamp_.size(); }
 
-  // Alias: element, string, any number
+  // Alias: element, string, any number. Another name.
   const std::wstring& get_Alias(unsigned index) const { return alias_.at(index); }
   lmx::elmx_error set_Alias(unsigned index, const std::wstring& value) {
     return alias_.set(index, value);
@@ -245,25 +247,25 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   void clear_Alias() { alias_.clear(); }
   unsigned size_Alias() const { return alias_.size(); }
 
-  // Size: element, uint, optional, > 0 on reading, <= 9
+  // Size: element, uint, optional, > 0 on reading, <= 9. How big it is.
   unsigned get_Size() const { return size_; }
   lmx::elmx_error set_Size(unsigned value) { return set(*this, k_rows[3], value); }
   bool isset_Size() const { return has(4); }
   void unset_Size() { drop(4); }
 
-  // Box: element, Box, required
+  // Box: element, Box, required. A box.
   const Box& get_Box() const { return box_; }
   Box& get_Box() { touch(5); return box_; }
   Box& assign_Box(const Box& value) { return get_Box() = value; }
 
-  // Lid: element, Box, optional
+  // Lid: element, Box, optional. What shuts the box.
   const Box& get_Lid() const { return internal::child_of<Box>(lid_); }
   Box& get_Lid() { touch(6); return internal::made<Box>(lid_); }
   Box& assign_Lid(const Box& value) { return internal::assigned(get_Lid(), value); }
   bool isset_Lid() const { return has(6); }
   void unset_Lid() { drop(6); }
 
-  // Part: element, Part, any number
+  // Part: element, Part, any number. A value with an attribute.
   const Part& get_Part(unsigned index) const { return part_.at(index); }
   Part& get_Part(unsigned index) { return part_.grow_to(index); }
   Part& assign_Part(unsigned index, const Part& value) {
@@ -278,7 +280,7 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   internal::Each<Part> each_Part() { return part_.each(); }
   internal::Each<const Part> each_Part() const { return part_.each(); }
 
-  // Shape: element, sg_Shape, any number
+  // Shape: element, sg_Shape, any number. One of the family.
   const sg_Shape& get_Shape(unsigned index) const { return shape_.at(index); }
   sg_Shape& get_Shape(unsigned index) { return shape_.grow_to(index); }
   sg_Shape& assign_Shape(unsigned index, const sg_Shape& value) {
@@ -293,19 +295,19 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   internal::Each<sg_Shape> each_Shape() { return shape_.each(); }
   internal::Each<const sg_Shape> each_Shape() const { return shape_.each(); }
 
-  // Outline: element, sg_Shape, required
+  // Outline: element, sg_Shape, required. One of the family.
   const sg_Shape& get_Outline() const { return internal::child_of<sg_Shape>(outline_); }
   sg_Shape& get_Outline() { touch(9); return internal::made<sg_Shape>(outline_); }
   sg_Shape& assign_Outline(const sg_Shape& value) {
     return internal::assigned(get_Outline(), value);
   }
 
-  // anon_Tag: one value of a group, anon_Tag, required
+  // anon_Tag: one value of a group, anon_Tag, required. What it is tagged with.
   const anon_Tag& get_anon_Tag() const { return anon_tag_; }
   anon_Tag& get_anon_Tag() { touch(10); return anon_tag_; }
   anon_Tag& assign_anon_Tag(const anon_Tag& value) { return get_anon_Tag() = value; }
 
-  // any: foreign elements, any number
+  // any: foreign elements, any number. Whatever else there is.
   // An element's full name, its namespace and its whole text, each unless the pointer is
   // null. An entry that was appended has a text alone. Nothing if there is no such entry.
   void get_any(unsigned index, std::string* full_name, std::string* namespace_uri,
@@ -337,6 +339,7 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   internal::Values<internal::AnyElement> any_;
 };
 
+// That it is sealed.
 class ZOL_API Seal : public internal::Plain {
  public:
   Seal();
@@ -365,7 +368,7 @@ class ZOL_API Part : public internal::Plain {
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   static const internal::Class k_class;
 
-  // Unit: attribute, string, optional
+  // Unit: attribute, string, optional. What it is counted in.
   const std::wstring& get_Unit() const { return unit_.get(); }
   lmx::elmx_error set_Unit(const std::wstring& value) { return set(*this, k_rows[0], value); }
   bool isset_Unit() const { return has(1); }
@@ -416,7 +419,7 @@ class ZOL_API PartChoice : public internal::Plain {
     }
   }
 
-  // Grade: alternative, string, one of Grade
+  // Grade: alternative, string, one of Grade. How it is graded.
   enum Eenum_Grade : int {
     Grade_unknown = 0, Grade_A = 1, Grade_B_plus = 2
   };
@@ -429,21 +432,21 @@ class ZOL_API PartChoice : public internal::Plain {
   }
   bool setenum_Grade(Eenum_Grade value) { return set_number(*this, k_rows[0], value); }
 
-  // Text: alternative, string
+  // Text: alternative, string. What it says.
   const std::wstring& get_Text() const {
     return internal::text_of(chosen_ == 1 ? slot_.text : nullptr);
   }
   lmx::elmx_error set_Text(const std::wstring& value) { return set(*this, k_rows[1], value); }
 
-  // Amount: alternative, double, >= 0, unit percent
+  // Amount: alternative, double, >= 0, unit percent. A share.
   double get_Amount() const { return chosen_ == 2 ? slot_.real : 0.0; }
   lmx::elmx_error set_Amount(double value) { return set(*this, k_rows[2], value); }
 
-  // Number: alternative, int, >= -2147483648, <= 2147483647
+  // Number: alternative, int, >= -2147483648, <= 2147483647. A number.
   int get_Number() const { return chosen_ == 3 ? slot_.int32 : 0; }
   lmx::elmx_error set_Number(int value) { return set(*this, k_rows[3], value); }
 
-  // Box: alternative, Box
+  // Box: alternative, Box. A box.
   // The const form gives an empty object unless this alternative is chosen; the other two
   // choose it.
   const Box& get_Box() const {
@@ -480,13 +483,13 @@ class ZOL_API ShapeType : public internal::Polymorphic {
     return static_cast<ShapeType*>(internal::make_named(k_class, ns_id, type_name, nullptr));
   }
 
-  // Name: attribute, string, optional
+  // Name: attribute, string, optional. What it is called.
   const std::wstring& get_Name() const { return name_.get(); }
   lmx::elmx_error set_Name(const std::wstring& value) { return set(*this, k_rows[0], value); }
   bool isset_Name() const { return has(1); }
   void unset_Name() { drop(1); }
 
-  // Choice: element, PartChoice, optional
+  // Choice: element, PartChoice, optional. One of several.
   const PartChoice& get_Choice() const { return internal::child_of<PartChoice>(choice_); }
   PartChoice& get_Choice() { touch(2); return internal::made<PartChoice>(choice_); }
   PartChoice& assign_Choice(const PartChoice& value) {
@@ -502,6 +505,7 @@ class ZOL_API ShapeType : public internal::Polymorphic {
   internal::Object* choice_ = nullptr;
 };
 
+// Something round.
 class ZOL_API RoundType : public ShapeType {
  public:
   RoundType();
@@ -523,7 +527,7 @@ class ZOL_API RoundType : public ShapeType {
     return static_cast<RoundType*>(internal::make_named(k_class, ns_id, type_name, nullptr));
   }
 
-  // Radius: element, double, required, >= 0
+  // Radius: element, double, required, >= 0. From its middle to its edge.
   double get_Radius() const { return radius_; }
   lmx::elmx_error set_Radius(double value) { return set(*this, k_rows[0], value); }
 
@@ -533,6 +537,7 @@ class ZOL_API RoundType : public ShapeType {
   double radius_ = 0;
 };
 
+// Something round with a hole.
 class ZOL_API RingType : public RoundType {
  public:
   RingType();
@@ -549,7 +554,7 @@ class ZOL_API RingType : public RoundType {
 
   static const char* id;
 
-  // Inner: element, double, required
+  // Inner: element, double, required. From its middle to the hole.
   double get_Inner() const { return inner_; }
   lmx::elmx_error set_Inner(double value) { return set(*this, k_rows[0], value); }
 
@@ -559,6 +564,7 @@ class ZOL_API RingType : public RoundType {
   double inner_ = 0;
 };
 
+// One of the family.
 class ZOL_API sg_Shape : public internal::Object {
  public:
   sg_Shape();
@@ -600,7 +606,7 @@ class ZOL_API sg_Shape : public internal::Object {
   // The const get_X gives an empty object unless X is chosen; the other one and assign_X
   // choose it.
 
-  // Shape: alternative, ShapeType
+  // Shape: alternative, ShapeType. A family.
   const ShapeType& get_Shape() const {
     return internal::child_of<ShapeType>(chosen_ == 0 ? slot_.object : nullptr);
   }
@@ -611,7 +617,7 @@ class ZOL_API sg_Shape : public internal::Object {
   // as it is, and cannot be written: 45.
   ShapeType& assign_Shape(ShapeType* value) { return adopt_as(k_rows[0], value); }
 
-  // Round: alternative, RoundType
+  // Round: alternative, RoundType. Something round.
   const RoundType& get_Round() const {
     return internal::child_of<RoundType>(chosen_ == 1 ? slot_.object : nullptr);
   }
@@ -622,7 +628,7 @@ class ZOL_API sg_Shape : public internal::Object {
   // as it is, and cannot be written: 45.
   RoundType& assign_Round(RoundType* value) { return adopt_as(k_rows[1], value); }
 
-  // Ring: alternative, RingType
+  // Ring: alternative, RingType. Something round with a hole.
   const RingType& get_Ring() const {
     return internal::child_of<RingType>(chosen_ == 2 ? slot_.object : nullptr);
   }
@@ -635,7 +641,7 @@ class ZOL_API sg_Shape : public internal::Object {
   internal::Slot slot_;
 };
 
-// The head element AnyShape of its family, which can be read but not written.
+// A family. The head element AnyShape of its family, which can be read but not written.
 class ZOL_API AnyShape : public ShapeType {
  public:
   AnyShape();
@@ -653,7 +659,7 @@ class ZOL_API AnyShape : public ShapeType {
   }
 };
 
-// The element Round, of type RoundType.
+// Something round. The element Round, of type RoundType.
 class ZOL_API Round : public RoundType, public internal::Document<Round> {
  public:
   Round();
@@ -677,7 +683,7 @@ class ZOL_API Round : public RoundType, public internal::Document<Round> {
   using RoundType::unmarshal;
 };
 
-// The element Ring, of type RingType.
+// Something round with a hole. The element Ring, of type RingType.
 class ZOL_API Ring : public RingType, public internal::Document<Ring> {
  public:
   Ring();

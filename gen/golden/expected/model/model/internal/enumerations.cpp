@@ -20,6 +20,10 @@ static constexpr std::string_view k_Grade_narrow[] = {
   "Grade_A", "Grade_B-plus"
 };
 static const WideTexts k_Grade_wide(k_Grade_narrow);
-const EnumTable k_Grade{k_Grade_wide.text, k_Grade_narrow, 2};
+static constexpr const char* k_Grade_notes[] = {
+  "The best.",
+  "Nearly \"as good\", a | b & <c>.",
+};
+const EnumTable k_Grade{k_Grade_wide.text, k_Grade_narrow, k_Grade_notes, 2};
 
 }  // namespace zol_v2::internal
