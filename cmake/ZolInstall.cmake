@@ -44,6 +44,7 @@ foreach(room IN LISTS rooms_with_headers)
   install(FILES ${headers} DESTINATION "${headers_dir}/${room}")
 endforeach()
 install(FILES "${ZOL_GENERATED_DIR}/model/Zol.h" DESTINATION "${headers_dir}/model")
+install(FILES "${ZOL_GENERATED_DIR}/facade/version.h" DESTINATION "${headers_dir}/facade")
 install(FILES port/export.h port/files.h port/replacement_file.h port/wide_text.h
         DESTINATION "${headers_dir}/port")
 install(FILES lmx/internal/pool.h DESTINATION "${headers_dir}/lmx/internal")
