@@ -15,6 +15,7 @@
 #include "lmx/internal/lexical.h"
 #include "lmx/internal/number_text.h"
 #include "lmx/internal/transcode.h"
+#include "lmx/internal/write_block.h"
 #include "lmx/text.h"
 #include "lmx/tokeniser.h"
 #include "lmx/writer.h"

@@ -93,10 +93,11 @@ zol_outcome* ZOL_CALL zol_open(void* zol, const char16_t* path, const void* byte
   return outcome_of([=](Outcome& outcome) {
     LoadReport report;
     if (path != nullptr) {
-      openFile(as<Zol>(zol), wide(path), &report);
+      (void)openFile(as<Zol>(zol), wide(path), &report);
     } else {
       const auto first = static_cast<const char*>(bytes);
-      openText(as<Zol>(zol), std::string_view(first, static_cast<std::size_t>(size)), &report);
+      (void)openText(as<Zol>(zol), std::string_view(first, static_cast<std::size_t>(size)),
+                     &report);
     }
     outcome.take(report);
   });
@@ -106,9 +107,9 @@ zol_outcome* ZOL_CALL zol_save(void* zol, const char16_t* path) {
   return outcome_of([=](Outcome& outcome) {
     SaveReport report;
     if (path != nullptr) {
-      saveFile(as<Zol>(zol), wide(path), &report);
+      (void)saveFile(as<Zol>(zol), wide(path), &report);
     } else {
-      saveString(as<Zol>(zol), outcome.text_bytes, &report);
+      (void)saveString(as<Zol>(zol), outcome.text_bytes, &report);
     }
     outcome.take(report);
   });

@@ -13,6 +13,7 @@
 #include "bridge/bridge.h"
 #include "bridge/zol_helpers.h"
 #include "bridge/zol_model.h"
+#include "facade/version.h"
 #include "lmx/internal/number_text.h"
 #include "model/Zol.h"
 #include "model/internal/footprint.h"
@@ -260,7 +261,7 @@ Points points_of(Type type) {
 
 // --- Does an assembly fit the library? -----------------------------------------------------------
 
-unsigned ZOL_CALL zol_version() { return ZOL_VERSION_NUMBER; }
+unsigned ZOL_CALL zol_version() { return zol_v2::version(); }
 unsigned ZOL_CALL zol_model() { return ZOL_MODEL_NUMBER; }
 
 // --- Objects -------------------------------------------------------------------------------------

@@ -56,11 +56,10 @@ foreach(room IN LISTS rooms_with_headers)
   install(FILES ${headers} DESTINATION "${headers_dir}/${room}")
 endforeach()
 install(FILES "${ZOL_GENERATED_DIR}/model/Zol.h" DESTINATION "${headers_dir}/model")
-install(FILES port/export.h port/files.h port/replacement_file.h port/wide_text.h
+install(FILES "${ZOL_GENERATED_DIR}/facade/version.h" DESTINATION "${headers_dir}/facade")
+install(FILES port/export.h port/files.h port/narrow_text.h port/replacement_file.h port/wide_text.h
         DESTINATION "${headers_dir}/port")
-install(FILES lmx/internal/byte_buffer.h lmx/internal/pool.h
-              lmx/internal/unicode_predicates.h lmx/internal/write_block.h
-        DESTINATION "${headers_dir}/lmx/internal")
+install(FILES lmx/internal/pool.h DESTINATION "${headers_dir}/lmx/internal")
 install(FILES model/internal/bases.h model/internal/object.h model/internal/tables.h
               model/internal/walkers.h
         DESTINATION "${headers_dir}/model/internal")

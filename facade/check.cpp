@@ -12,6 +12,7 @@
 #include "facade/internal/text_flaws.h"
 #include "lmx/internal/lexical.h"
 #include "lmx/internal/number_text.h"
+#include "lmx/internal/reader_state.h"
 #include "lmx/reader.h"
 #include "model/internal/values.h"
 #include "model/reflection.h"

@@ -10,6 +10,7 @@
 #include "facade/files.h"
 #include "model/internal/object.h"
 #include "port/export.h"
+#include "port/narrow_text.h"
 
 namespace zol_v2 {
 
@@ -66,19 +67,23 @@ struct CheckReport {
 // Judges a document, or any other object, whose path begins with the name of its class. What nests
 // deeper than a reader follows is not looked at. Takes no memory where all is well, but for the
 // identifiers if warnings are wanted. If memory runs out, std::bad_alloc passes.
-ZOL_API CheckReport check(const internal::Object& object, const CheckOptions& options = {});
+[[nodiscard]] ZOL_API CheckReport check(const internal::Object& object,
+                                        const CheckOptions& options = {});
 
 // Judges a file as openFile loads it, and what it holds as check() does, and keeps nothing: a
 // document in order takes no memory but that of its text. Codes and report are those of openFile,
 // and 46 for a document that loads and lacks what it needs to be written again. What else would not
 // come back is a warning here, like the rest: the document itself is good. `report` may be null.
-ZOL_API lmx::elmx_error judgeFile(const std::wstring& path, LoadReport* report,
-                                  const LoadOptions& options = {},
-                                  CheckLevel level = CheckLevel::writing) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error judgeFile(const std::wstring& path, LoadReport* report,
+                                                const LoadOptions& options = {},
+                                                CheckLevel level = CheckLevel::writing) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error judgeFile(zol::port::FilePath path, LoadReport* report,
+                                                const LoadOptions& options = {},
+                                                CheckLevel level = CheckLevel::writing) noexcept;
 // The same for bytes, of a document or an archive.
-ZOL_API lmx::elmx_error judgeText(std::string_view bytes, LoadReport* report,
-                                  const LoadOptions& options = {},
-                                  CheckLevel level = CheckLevel::writing) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error judgeText(std::string_view bytes, LoadReport* report,
+                                                const LoadOptions& options = {},
+                                                CheckLevel level = CheckLevel::writing) noexcept;
 
 // Gives faults of a tree the places where they stand in the text that it was loaded from: of the
 // attribute or element, or of the element in which it is missing. The bytes are those of the file,

@@ -238,6 +238,17 @@ elmx_error guarded(Report* report, const std::wstring& path, Operation operation
   return code;
 }
 
+// The same on the wide form of a path, which may take memory that is not there.
+template <class Report, class Operation>
+elmx_error on_wide_path(port::FilePath path, Report* report, Operation operation) noexcept {
+  std::wstring wide;
+  const elmx_error error = guarded(report, {}, [&] {
+    wide = path.wide();
+    return Report();
+  });
+  return error != lmx::elmx_ok ? error : operation(wide);
+}
+
 LoadReport unusable(const internal::PackedDocument& packed) {
   LoadReport report =
       failure<LoadReport>(k_archive_error, packed.complaint(), CZipException::generic);
@@ -633,6 +644,13 @@ elmx_error openFile(Object& document, const std::wstring& path, LoadReport* repo
                       [&](Loading loading) { return loading.read_file(path); });
 }
 
+elmx_error openFile(Object& document, port::FilePath path, LoadReport* report,
+                    const LoadOptions& options) noexcept {
+  return on_wide_path(path, report, [&](const std::wstring& wide) {
+    return openFile(document, wide, report, options);
+  });
+}
+
 elmx_error openText(Object& document, std::string_view bytes, LoadReport* report,
                     const LoadOptions& options) noexcept {
   return load_guarded(document, {}, report, options,
@@ -646,6 +664,13 @@ elmx_error judgeFile(const std::wstring& path, LoadReport* report, const LoadOpt
     Loading loading(none, options, true);
     loading.check_only(level);
     return loading.read_file(path);
+  });
+}
+
+elmx_error judgeFile(port::FilePath path, LoadReport* report, const LoadOptions& options,
+                     CheckLevel level) noexcept {
+  return on_wide_path(path, report, [&](const std::wstring& wide) {
+    return judgeFile(wide, report, options, level);
   });
 }
 
@@ -675,6 +700,13 @@ elmx_error checkText(std::string_view text, LoadReport* report) noexcept {
 elmx_error readText(std::string& text, const std::wstring& path, LoadReport* report,
                     const LoadOptions& options) noexcept {
   return guarded(report, path, [&] { return take_text(text, path, options); });
+}
+
+elmx_error readText(std::string& text, port::FilePath path, LoadReport* report,
+                    const LoadOptions& options) noexcept {
+  return on_wide_path(path, report, [&](const std::wstring& wide) {
+    return readText(text, wide, report, options);
+  });
 }
 
 elmx_error unpackText(std::string& text, std::string_view archive, LoadReport* report,
@@ -868,6 +900,13 @@ elmx_error saveFile(const Object& document, const std::wstring& path, SaveReport
                       [&] { return save(giver_of(document, options), path); });
 }
 
+elmx_error saveFile(const Object& document, port::FilePath path, SaveReport* report,
+                    const SaveOptions& options) noexcept {
+  return on_wide_path(path, report, [&](const std::wstring& wide) {
+    return saveFile(document, wide, report, options);
+  });
+}
+
 elmx_error saveStream(const Object& document, std::ostream& stream, SaveReport* report,
                       const SaveOptions& options) noexcept {
   return save_guarded(document, {}, report, options,
@@ -899,6 +938,11 @@ elmx_error saveText(std::string_view text, const std::wstring& path, SaveReport*
     return lmx::elmx_ok;
   };
   return guarded(report, path, [&] { return save(give, path); });
+}
+
+elmx_error saveText(std::string_view text, port::FilePath path, SaveReport* report) noexcept {
+  return on_wide_path(path, report,
+                      [&](const std::wstring& wide) { return saveText(text, wide, report); });
 }
 
 }  // namespace zol_v2

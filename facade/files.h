@@ -12,6 +12,7 @@
 #include "facade/faults.h"
 #include "lmx/errors.h"
 #include "port/export.h"
+#include "port/narrow_text.h"
 
 namespace zol_v2 {
 
@@ -20,6 +21,11 @@ class Zol;
 namespace internal {
 class Object;
 }
+
+// Every path is a std::wstring, or a std::filesystem::path, or text in UTF-8. A narrow path that is
+// no UTF-8 names no file: 1.
+//
+// The codes are in the reports too; who looks there may leave the result alone by a cast to void.
 
 struct LoadOptions {
   // In bytes, unpacked. What is larger is refused before memory is taken for it: a few hundred
@@ -89,9 +95,12 @@ struct SaveOptions {
 // a document that is too large, and when memory runs out; or the code of the fault in the text.
 // 16 also for an object whose class is no element that a document may begin with. `report` may be
 // null; what was in it is replaced.
-ZOL_API lmx::elmx_error openFile(internal::Object& document, const std::wstring& path,
-                                 LoadReport* report = nullptr,
-                                 const LoadOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error openFile(internal::Object& document, const std::wstring& path,
+                                               LoadReport* report = nullptr,
+                                               const LoadOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error openFile(internal::Object& document, zol::port::FilePath path,
+                                               LoadReport* report = nullptr,
+                                               const LoadOptions& options = {}) noexcept;
 
 // Writes a file by the rule of Zol::writeFile, the same bytes: ".zol" for XML, ".zolz" for an
 // archive. Any object whose class is an element that a document may begin with can be written. The
@@ -103,21 +112,26 @@ ZOL_API lmx::elmx_error openFile(internal::Object& document, const std::wstring&
 // tells, and no other file is left behind or touched. Once the new file is there the code is 0.
 // Like every writing it stamps the Header of a document, but not with 1001. `report` may be null;
 // what was in it is replaced.
-ZOL_API lmx::elmx_error saveFile(const internal::Object& document, const std::wstring& path,
-                                 SaveReport* report = nullptr,
-                                 const SaveOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error saveFile(const internal::Object& document,
+                                               const std::wstring& path,
+                                               SaveReport* report = nullptr,
+                                               const SaveOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error saveFile(const internal::Object& document,
+                                               zol::port::FilePath path,
+                                               SaveReport* report = nullptr,
+                                               const SaveOptions& options = {}) noexcept;
 
 // Writes XML to a stream, whose flags and locale take no part and stay, and flushes it. Gives 1,
 // and not only its state, if the stream failed, by an exception too; a part may then be there.
 // Other codes as above.
-ZOL_API lmx::elmx_error saveStream(const internal::Object& document, std::ostream& stream,
-                                   SaveReport* report = nullptr,
-                                   const SaveOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error saveStream(const internal::Object& document,
+                                                 std::ostream& stream, SaveReport* report = nullptr,
+                                                 const SaveOptions& options = {}) noexcept;
 
 // The same as a string in UTF-8; on failure `text` stays as it was.
-ZOL_API lmx::elmx_error saveString(const internal::Object& document, std::string& text,
-                                   SaveReport* report = nullptr,
-                                   const SaveOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error saveString(const internal::Object& document,
+                                                 std::string& text, SaveReport* report = nullptr,
+                                                 const SaveOptions& options = {}) noexcept;
 
 #if !defined(_WIN32)
 // For a signal handler that is about to end the process while another file is saved: takes the
@@ -129,34 +143,40 @@ ZOL_API void removeWorkingFiles() noexcept;
 
 // What the file at `path` holds, out of the archive if it is one; not judged. Codes as above; on
 // failure `text` stays as it was.
-ZOL_API lmx::elmx_error readText(std::string& text, const std::wstring& path,
-                                 LoadReport* report = nullptr,
-                                 const LoadOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error readText(std::string& text, const std::wstring& path,
+                                               LoadReport* report = nullptr,
+                                               const LoadOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error readText(std::string& text, zol::port::FilePath path,
+                                               LoadReport* report = nullptr,
+                                               const LoadOptions& options = {}) noexcept;
 
 // The same for an archive that is in memory.
-ZOL_API lmx::elmx_error unpackText(std::string& text, std::string_view archive,
-                                   LoadReport* report = nullptr,
-                                   const LoadOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error unpackText(std::string& text, std::string_view archive,
+                                                 LoadReport* report = nullptr,
+                                                 const LoadOptions& options = {}) noexcept;
 
 // Loads a document, or an archive, from its bytes, as openFile does.
-ZOL_API lmx::elmx_error openText(internal::Object& document, std::string_view bytes,
-                                 LoadReport* report = nullptr,
-                                 const LoadOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error openText(internal::Object& document, std::string_view bytes,
+                                               LoadReport* report = nullptr,
+                                               const LoadOptions& options = {}) noexcept;
 
 // The same from a stream, which is read to its end: 1 if it fails before that.
-ZOL_API lmx::elmx_error openStream(internal::Object& document, std::istream& stream,
-                                   LoadReport* report = nullptr,
-                                   const LoadOptions& options = {}) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error openStream(internal::Object& document, std::istream& stream,
+                                                 LoadReport* report = nullptr,
+                                                 const LoadOptions& options = {}) noexcept;
 
 // Whether a text is XML by the book, whatever it has to say: the part of `strict` that goes beyond
 // the reader, by itself. Judged by libxml2, which is given nothing outside of the text. Gives 0; 23
 // at the first fault, also for an encoding that is not known and for entities that expand to more
 // than 8 MiB and 100 times the text; 1000 when memory runs out. The report has all faults, up to
 // the first that leaves doubt about what follows.
-ZOL_API lmx::elmx_error checkText(std::string_view text, LoadReport* report = nullptr) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error checkText(std::string_view text,
+                                                LoadReport* report = nullptr) noexcept;
 
 // Writes the text as it stands, unjudged and without a stamp, as saveFile does.
-ZOL_API lmx::elmx_error saveText(std::string_view text, const std::wstring& path,
-                                 SaveReport* report = nullptr) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error saveText(std::string_view text, const std::wstring& path,
+                                               SaveReport* report = nullptr) noexcept;
+[[nodiscard]] ZOL_API lmx::elmx_error saveText(std::string_view text, zol::port::FilePath path,
+                                               SaveReport* report = nullptr) noexcept;
 
 }  // namespace zol_v2

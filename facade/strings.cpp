@@ -20,6 +20,11 @@ lmx::elmx_error Zol::loadString(const std::wstring& text) {
   return unmarshal(reader);
 }
 
+lmx::elmx_error Zol::loadString(zol::port::Utf8Text text) {
+  lmx::c_xml_reader_memory reader(text.view().data(), text.view().size());
+  return unmarshal(reader);
+}
+
 XMLDocumentResult Zol::writeString() const {
   lmx::internal::StringSink sink;
   std::ostream stream(&sink);

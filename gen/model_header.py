@@ -42,6 +42,7 @@ def emit_header(model):
         #include "model/internal/object.h"
         #include "model/internal/walkers.h"
         #include "port/export.h"
+        #include "port/narrow_text.h"
 
         namespace zol_v2 {
 
@@ -223,16 +224,19 @@ def facade_members(info):
     out.emit("""
         // Whole documents. Reading appends to what the object holds; reset() comes first if that is
         // not wanted. Writing is const and yet stamps the Header with this library's name and
-        // version, also if it fails.
+        // version, also if it fails. Texts and paths may be narrow, in UTF-8, and a path a
+        // std::filesystem::path.
         //
         // The text of a document. Its XML declaration is acted on after conversion to UTF-8, so
         // that one which says UTF-16 is a mismatch: 15.
         lmx::elmx_error loadString(const std::wstring& text);
+        lmx::elmx_error loadString(zol::port::Utf8Text text);
         XMLDocumentResult writeString() const;
         // A path that ends in ".zolz" is an archive whose first entry is the document, any other an
         // XML file. 1: cannot be opened. 1000: the entry of an archive is damaged. What is no
         // archive at all, or cannot be opened as one, throws CZipException; openFile() does not.
         lmx::elmx_error loadFile(const std::wstring& path);
+        lmx::elmx_error loadFile(zol::port::FilePath path) { return loadFile(path.wide()); }
         // ".zol" for XML, ".zolz" for an archive; any other path gives 1001 and touches nothing.
         // An archive goes through a working file of the same name that ends in ".zol", overwriting
         // and then removing what stood there. A failed marshal removes the ".zol" file, which is
@@ -240,6 +244,7 @@ def facade_members(info):
         // gets what stands there (see docs/formats.md); throws CZipException if an archive cannot be
         // created. saveFile() has none of these edges.
         lmx::elmx_error writeFile(const std::wstring& path) const;
+        lmx::elmx_error writeFile(zol::port::FilePath path) const { return writeFile(path.wide()); }
         """)
     return out.text()
 

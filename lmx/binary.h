@@ -1,6 +1,8 @@
 // Byte sequences with their two text forms, xs:hexBinary and xs:base64Binary.
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -72,6 +74,12 @@ class ZOL_API c_binary {
   friend bool internal::read_base64(std::string_view text, c_binary* value);
   friend bool operator==(const c_binary& a, const c_binary& b) { return a.bytes_ == b.bytes_; }
   friend bool operator!=(const c_binary& a, const c_binary& b) { return !(a == b); }
+  // Byte by byte, as words in a dictionary.
+  friend bool operator<(const c_binary& a, const c_binary& b) { return a.bytes_ < b.bytes_; }
+  friend bool operator>(const c_binary& a, const c_binary& b) { return b < a; }
+  friend bool operator<=(const c_binary& a, const c_binary& b) { return !(b < a); }
+  friend bool operator>=(const c_binary& a, const c_binary& b) { return !(a < b); }
+  friend struct std::hash<c_binary>;
 
   std::vector<unsigned char> bytes_;
 };
@@ -103,3 +111,11 @@ ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_hex<c_binary>& hex
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_base64<c_binary>& base64);
 
 }  // namespace lmx
+
+template <>
+struct std::hash<lmx::c_binary> {
+  std::size_t operator()(const lmx::c_binary& value) const noexcept {
+    return std::hash<std::string_view>()(
+        {reinterpret_cast<const char*>(value.bytes_.data()), value.bytes_.size()});
+  }
+};

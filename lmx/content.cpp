@@ -9,7 +9,7 @@
 
 #include "lmx/internal/byte_buffer.h"
 #include "lmx/internal/char_table.h"
-#include "lmx/tokeniser.h"
+#include "lmx/internal/tokeniser.h"
 
 namespace lmx {
 
@@ -19,6 +19,7 @@ using internal::AttributeList;
 using internal::is_name_char;
 using internal::is_name_start;
 using internal::is_space;
+using internal::Tokeniser;
 
 // The names of open elements while a loop walks through their content.
 class OpenNames {
@@ -119,17 +120,17 @@ void escape_from(std::string* text, std::size_t offset, char quote) {
 
 // --- Skipping -----------------------------------------------------------------------------------
 
-bool c_xml::skip_rest_of_element(const std::string& name) {
+bool Tokeniser::skip_rest_of_element(const std::string& name) {
   bool empty = false;
   return skip_start_tag(&empty) && (empty || skip_element_body(name));
 }
 
-bool c_xml::skip_rest_of_empty_element(const std::string& name) {
+bool Tokeniser::skip_rest_of_empty_element(const std::string& name) {
   bool empty = false;
   return skip_start_tag(&empty) && (empty || is_element_end_tag(name));
 }
 
-bool c_xml::skip_element_body(const std::string& name) {
+bool Tokeniser::skip_element_body(const std::string& name) {
   OpenNames open(name);
   c_xml_local scope;  // takes the declarations, which nobody will ask for
   std::string token;
@@ -163,9 +164,9 @@ bool c_xml::skip_element_body(const std::string& name) {
 
 // Copies markup back into text: to the letter, or so that the text stands by itself. Then it has no
 // references but those to characters, and says itself what its prefixes mean.
-class c_xml::Copy {
+class Tokeniser::Copy {
  public:
-  Copy(c_xml& xml, std::string* out, elmx_whitespace mode, bool expands,
+  Copy(Tokeniser& xml, std::string* out, elmx_whitespace mode, bool expands,
        const c_xml_local* scope = nullptr)
       : xml_(xml), out_(*out), mode_(mode), expands_(expands), scope_(scope) {
     out_.clear();
@@ -408,7 +409,7 @@ class c_xml::Copy {
     std::string result;
     for (const std::string& prefix : prefixes_.missing()) {
       const int id = scope_->find_namespace_id(prefix);
-      const char* const uri = xml_.find_namespace_from_id(id);
+      const char* const uri = xml_.namespaces().find_namespace_from_id(id);
       if (uri == nullptr || id == k_ns_xml) continue;
       result.append(" xmlns").append(prefix.empty() ? "" : ":").append(prefix).append("=\"");
       const std::size_t offset = result.size();
@@ -419,7 +420,7 @@ class c_xml::Copy {
     return result;
   }
 
-  c_xml& xml_;
+  Tokeniser& xml_;
   std::string& out_;
   const elmx_whitespace mode_;
   const bool expands_;
@@ -429,17 +430,18 @@ class c_xml::Copy {
   Prefixes prefixes_;
 };
 
-bool c_xml::get_any_element(const std::string& name, std::string* value, elmx_whitespace mode,
-                            bool expand_entities) {
+bool Tokeniser::get_any_element(const std::string& name, std::string* value, elmx_whitespace mode,
+                                bool expand_entities) {
   return Copy(*this, value, mode, expand_entities).element(name);
 }
 
-bool c_xml::get_any_element(const c_xml_local& scope, const std::string& name, std::string* value) {
+bool Tokeniser::get_any_element(const c_xml_local& scope, const std::string& name,
+                                std::string* value) {
   return Copy(*this, value, elmx_preserve, true, &scope).element(name);
 }
 
-bool c_xml::get_nested_element_value(std::string* value, std::string* end_name,
-                                     elmx_whitespace mode, bool expand_entities) {
+bool Tokeniser::get_nested_element_value(std::string* value, std::string* end_name,
+                                         elmx_whitespace mode, bool expand_entities) {
   end_name->clear();
   attributes_.clear();
   ns_attributes_.clear();

@@ -376,6 +376,15 @@ struct DateFields {
            a.mins_ == b.mins_ && a.secs_ == b.secs_;
   }
 
+  static std::size_t hash(const c_datetime_base& value) noexcept {
+    std::size_t result = std::hash<float>()(value.secs_);
+    for (const std::uint32_t field : {static_cast<std::uint32_t>(value.year_), value.month_,
+                                      value.day_, value.hours_, value.mins_}) {
+      result = result * 1000003 + field;
+    }
+    return result;
+  }
+
   static bool is_later(const c_datetime_base& a, const c_datetime_base& b) {
     if (a.year_ != b.year_) return a.year_ > b.year_;
     if (a.month_ != b.month_) return a.month_ > b.month_;
@@ -393,6 +402,8 @@ bool is_same_date(const c_datetime_base& a, const c_datetime_base& b) {
 bool is_later_date(const c_datetime_base& a, const c_datetime_base& b) {
   return DateFields::is_later(a, b);
 }
+
+std::size_t hash_date(const c_datetime_base& value) noexcept { return DateFields::hash(value); }
 
 // Everything between the year and the seconds stands at a fixed place, so these places are judged
 // together, and only the year, the fraction and the zone are walked.

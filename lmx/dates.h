@@ -6,7 +6,9 @@
 // leaves "0" as the stream's fill character.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <iosfwd>
 #include <string>
 
@@ -21,6 +23,7 @@ namespace internal {
 struct DateFields;  // lets the parsers and writers reach the fields
 ZOL_API bool is_same_date(const c_datetime_base& a, const c_datetime_base& b);
 ZOL_API bool is_later_date(const c_datetime_base& a, const c_datetime_base& b);
+ZOL_API std::size_t hash_date(const c_datetime_base& value) noexcept;
 
 }  // namespace internal
 
@@ -209,6 +212,10 @@ class ZOL_API c_gmonth : public internal::DateType<c_gmonth> {
 
 namespace internal {
 
+struct DateHash {
+  std::size_t operator()(const c_datetime_base& value) const noexcept { return hash_date(value); }
+};
+
 extern template class DateType<c_datetime>;
 extern template class DateType<c_time>;
 extern template class DateType<c_date>;
@@ -288,3 +295,22 @@ ZOL_API std::ostream& operator<<(std::ostream& os, const c_duration& value);
 using tc_datetime = c_datetime;
 
 }  // namespace lmx
+
+// As == has it: the zone takes no part. A c_duration has no hash, since it has no such order
+// either.
+template <>
+struct std::hash<lmx::c_datetime> : lmx::internal::DateHash {};
+template <>
+struct std::hash<lmx::c_time> : lmx::internal::DateHash {};
+template <>
+struct std::hash<lmx::c_date> : lmx::internal::DateHash {};
+template <>
+struct std::hash<lmx::c_gyearmonth> : lmx::internal::DateHash {};
+template <>
+struct std::hash<lmx::c_gyear> : lmx::internal::DateHash {};
+template <>
+struct std::hash<lmx::c_gmonthday> : lmx::internal::DateHash {};
+template <>
+struct std::hash<lmx::c_gday> : lmx::internal::DateHash {};
+template <>
+struct std::hash<lmx::c_gmonth> : lmx::internal::DateHash {};

@@ -6,6 +6,8 @@
 // bits and wrap around, also where `long` is wider; an `overflow` pointer may be null.
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <type_traits>
@@ -15,7 +17,11 @@
 
 namespace lmx {
 
+class c_decimal;
+
 namespace internal {
+
+ZOL_API std::size_t hash_decimal(const c_decimal& value) noexcept;
 
 template <class... T>
 using IfIntegral = std::enable_if_t<(std::is_integral_v<T> && ...), int>;
@@ -66,6 +72,7 @@ class ZOL_API c_big_int {
   bool is_zero() const { return text_[0] == '0'; }
 
   friend class c_decimal;
+  friend struct std::hash<c_big_int>;
   friend bool operator!=(const c_big_int& a, const c_big_int& b) { return a.text_ != b.text_; }
 
   std::string text_;
@@ -183,6 +190,7 @@ class ZOL_API c_decimal {
     return is_below_zero(value) ? 0 - bits : bits;
   }
 
+  friend std::size_t internal::hash_decimal(const c_decimal& value) noexcept;
   friend ZOL_API bool operator==(const c_decimal& a, const c_decimal& b);
   friend ZOL_API bool operator>(const c_decimal& a, const c_decimal& b);
 
@@ -201,3 +209,18 @@ inline bool operator<=(const c_decimal& a, const c_decimal& b) { return !(a > b)
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_decimal& value);
 
 }  // namespace lmx
+
+template <>
+struct std::hash<lmx::c_big_int> {
+  std::size_t operator()(const lmx::c_big_int& value) const noexcept {
+    return std::hash<std::string>()(value.text_);
+  }
+};
+
+// As == has it: zeros at the end take no part.
+template <>
+struct std::hash<lmx::c_decimal> {
+  std::size_t operator()(const lmx::c_decimal& value) const noexcept {
+    return lmx::internal::hash_decimal(value);
+  }
+};

@@ -4,6 +4,8 @@
 #include <set>
 #include <utility>
 
+#include "lmx/internal/byte_buffer.h"
+
 namespace lmx {
 
 namespace {
@@ -93,6 +95,18 @@ const char* c_repository<T, Ops>::find_key(T value) const {
 }
 
 template <class T, class Ops>
+auto c_repository<T, Ops>::find_entry(std::string_view key) const -> const Entry* {
+  if (index_ != nullptr) return find_indexed(key);
+  for (const Entry& entry : entries_) {
+    if (entry.key_length == key.size() &&
+        internal::is_equal_short(entry.key.get(), key.data(), key.size())) {
+      return &entry;
+    }
+  }
+  return nullptr;
+}
+
+template <class T, class Ops>
 auto c_repository<T, Ops>::find_indexed(std::string_view key) const -> const Entry* {
   const auto found = index_->by_key.find(key);
   return found != index_->by_key.end() ? &entries_[found->second] : nullptr;
@@ -146,6 +160,15 @@ void c_xml_local::add_namespace(const char* prefix, int id) {
   nearest_ = this;
 }
 
+int c_xml_local::find_namespace_id(std::string_view prefix) const {
+  if (prefix.size() == 3 && internal::is_equal_short(prefix.data(), "xml", 3)) return k_ns_xml;
+  int id = 0;
+  for (const c_xml_local* level = nearest_; level != nullptr; level = level->outer()) {
+    if (level->prefixes_.find(prefix, &id)) return id;
+  }
+  return k_ns_not_found;
+}
+
 const char* c_xml_local::find_namespace_prefix(int id) const {
   if (id == k_ns_xml) return "xml";
   for (const c_xml_local* level = nearest_; level != nullptr; level = level->outer()) {
@@ -161,6 +184,17 @@ const char* c_xml_local::find_first_namespace_prefix(int id) const {
     if (const char* const prefix = level->prefixes_.find_key(id)) outermost = prefix;
   }
   return outermost;
+}
+
+void c_cracked_name::split(const c_xml_local* scope, std::string_view name, std::size_t local_at) {
+  internal::store(&text_, name.data(), name.size());
+  local_at_ = local_at;
+  const std::string_view prefix(text_.data(), local_at == 0 ? 0 : local_at - 1);
+  if (scope != nullptr) {
+    ns_id_ = scope->find_namespace_id(prefix);
+  } else {
+    ns_id_ = prefix == "xml" ? k_ns_xml : k_ns_not_found;
+  }
 }
 
 }  // namespace lmx

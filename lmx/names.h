@@ -12,7 +12,6 @@
 #include <string_view>
 #include <vector>
 
-#include "lmx/internal/byte_buffer.h"
 #include "port/export.h"
 
 namespace lmx {
@@ -101,17 +100,8 @@ class c_repository {
     ZOL_API void operator()(Index* index) const;
   };
 
-  const Entry* find_entry(std::string_view key) const {
-    if (index_ != nullptr) return find_indexed(key);
-    for (const Entry& entry : entries_) {
-      if (entry.key_length == key.size() &&
-          internal::is_equal_short(entry.key.get(), key.data(), key.size())) {
-        return &entry;
-      }
-    }
-    return nullptr;
-  }
-  ZOL_API const Entry* find_indexed(std::string_view key) const;
+  ZOL_API const Entry* find_entry(std::string_view key) const;
+  const Entry* find_indexed(std::string_view key) const;
   ZOL_API void build_index();
   ZOL_API void release_all();
 
@@ -155,14 +145,7 @@ class ZOL_API c_xml_local {
 
   void add_namespace(const char* prefix, int id);
   // 0 if no level maps the prefix. "xml" is 2 whatever is declared.
-  int find_namespace_id(std::string_view prefix) const {
-    if (prefix.size() == 3 && internal::is_equal_short(prefix.data(), "xml", 3)) return k_ns_xml;
-    int id = 0;
-    for (const c_xml_local* level = nearest_; level != nullptr; level = level->outer()) {
-      if (level->prefixes_.find(prefix, &id)) return id;
-    }
-    return k_ns_not_found;
-  }
+  int find_namespace_id(std::string_view prefix) const;
   // The innermost prefix of the id, or null.
   const char* find_namespace_prefix(int id) const;
   // The outermost prefix of the id, or null.
@@ -192,17 +175,7 @@ class ZOL_API c_cracked_name {
     split(scope, name, name.find(':') + 1);
   }
   // For a name whose first colon was found: `local_at` is one past it, 0 if there is none.
-  void split(const c_xml_local* scope, std::string_view name, std::size_t local_at) {
-    text_.clear();
-    text_.append(name);
-    local_at_ = local_at;
-    const std::string_view prefix(text_.data(), local_at == 0 ? 0 : local_at - 1);
-    if (scope != nullptr) {
-      ns_id_ = scope->find_namespace_id(prefix);
-    } else {
-      ns_id_ = prefix == "xml" ? k_ns_xml : k_ns_not_found;
-    }
-  }
+  void split(const c_xml_local* scope, std::string_view name, std::size_t local_at);
 
   // For a name whose namespace id was found elsewhere.
   void set_parts(std::string_view name, int ns_id) {
@@ -210,7 +183,7 @@ class ZOL_API c_cracked_name {
     ns_id_ = ns_id;
   }
 
-  const std::string& get_full_name() const { return text_of(&full_name_, full_view()); }
+  const std::string& get_full_name() const { return text_; }
   const std::string& get_local_name() const { return text_of(&local_name_, local_view()); }
   const std::string& get_ns_prefix() const {
     return text_of(&ns_prefix_, full_view().substr(0, local_at_ == 0 ? 0 : local_at_ - 1));
@@ -222,7 +195,7 @@ class ZOL_API c_cracked_name {
   int get_element_ns_id() const { return ns_id_ == 0 && local_at_ == 0 ? k_ns_none : ns_id_; }
 
   // The names in place, good until the next set().
-  std::string_view full_view() const { return {text_.data(), text_.size()}; }
+  std::string_view full_view() const { return text_; }
   std::string_view local_view() const {
     return {text_.data() + local_at_, text_.size() - local_at_};
   }
@@ -234,10 +207,9 @@ class ZOL_API c_cracked_name {
     return *out;
   }
 
-  internal::ByteBuffer text_{64};
+  std::string text_;
   std::size_t local_at_ = 0;  // one past the colon, 0 without a prefix
   int ns_id_ = 0;
-  mutable std::string full_name_;
   mutable std::string local_name_;
   mutable std::string ns_prefix_;
 };

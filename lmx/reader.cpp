@@ -1,8 +1,13 @@
 #include "lmx/reader.h"
 
 #include <memory>
+#include <string_view>
+#include <vector>
 
+#include "lmx/internal/byte_buffer.h"
 #include "lmx/internal/char_table.h"
+#include "lmx/internal/reader_state.h"
+#include "lmx/internal/tokeniser.h"
 
 namespace lmx {
 
@@ -39,14 +44,15 @@ bool is_match(const Row& row, int ns_id, std::string_view name) {
 const std::string c_xml_reader::k_namespace_not_found(" ");
 
 c_xml_reader::c_xml_reader(c_read& source)
-    : c_xml(source, errors, true), current_local_(&root_local_) {
-  root_local_.set_reader(this);
+    : c_xml(source, errors, true), state_(std::make_unique<internal::ReaderState>()) {
+  current_local_ = &state_->root_local;
+  current_local_->set_reader(this);
 }
 
 c_xml_reader::~c_xml_reader() = default;
 
 std::string_view c_string_stack::top() const {
-  if (bytes_.size() == 0) return {};
+  if (bytes_.empty()) return {};
   std::string_view names(bytes_.data(), bytes_.size() - 1);
   return names.substr(names.rfind('\0') + 1);
 }
@@ -55,10 +61,10 @@ std::string_view c_string_stack::top() const {
 
 void c_xml_reader::get_element_event(const s_event_map* map, elmx_error* error, std::string* name) {
   current_local_->clear();
-  current_event_ = get_element_name(current_local_, name);
+  current_event_ = tokeniser().get_element_name(current_local_, name);
   switch (current_event_) {
     case elxp_name:
-      cracked_name_.split(current_local_, *name, local_at());
+      state_->cracked_name.split(current_local_, *name, tokeniser().local_at());
       if (map != nullptr) tokenise(map, elxp_element);
       break;
     case elxp_end_of_input:
@@ -93,10 +99,10 @@ void c_xml_reader::get_known_element_event(const s_event_map* map, elmx_error* e
 }
 
 bool c_xml_reader::is_known_element() const {
-  if (known_elements_ == nullptr) return false;
+  if (state_->known_elements == nullptr) return false;
   const int ns_id = get_element_ns_id();
-  const std::string_view local_name = cracked_name_.local_view();
-  for (const s_known_elements* row = known_elements_; row->name != nullptr; ++row) {
+  const std::string_view local_name = state_->cracked_name.local_view();
+  for (const s_known_elements* row = state_->known_elements; row->name != nullptr; ++row) {
     if (is_match(*row, ns_id, local_name)) return true;
   }
   return false;
@@ -105,10 +111,10 @@ bool c_xml_reader::is_known_element() const {
 bool c_xml_reader::get_attribute_event(const s_event_map* map, elmx_error* error,
                                        std::string* name) {
   *error = elmx_ok;
-  current_event_ = get_attribute_name(name, false);
+  current_event_ = tokeniser().get_attribute_name(name, false);
   switch (current_event_) {
     case elxp_name:
-      cracked_name_.split(current_local_, *name, local_at());
+      state_->cracked_name.split(current_local_, *name, tokeniser().local_at());
       if (map != nullptr) tokenise(map, elxp_attribute);
       return true;
     case elxp_error:
@@ -120,10 +126,11 @@ bool c_xml_reader::get_attribute_event(const s_event_map* map, elmx_error* error
 }
 
 void c_xml_reader::tokenise(const s_event_map* map, elxp_attr_elem kind) {
-  const int ns_id = cracked_name_.get_has_ns_prefix() ? cracked_name_.get_ns_id()
-                    : kind == elxp_element            ? cracked_name_.get_element_ns_id()
-                                                      : k_ns_none;
-  const std::string_view local_name = cracked_name_.local_view();
+  const c_cracked_name& cracked = state_->cracked_name;
+  const int ns_id = cracked.get_has_ns_prefix() ? cracked.get_ns_id()
+                    : kind == elxp_element      ? cracked.get_element_ns_id()
+                                                : k_ns_none;
+  const std::string_view local_name = cracked.local_view();
   if (ns_id == k_ns_xsi) {
     current_event_ = xsi_event(local_name);
     return;
@@ -141,7 +148,7 @@ void c_xml_reader::tokenise(const s_event_map* map, elxp_attr_elem kind) {
 
 bool c_xml_reader::get_simple_type_value(const std::string& name, elmx_whitespace mode,
                                          std::string* value, elmx_error* error, bool* empty) {
-  if (take_simple_value(name, mode, value)) {
+  if (tokeniser().take_simple_value(name, mode, value)) {
     *empty = false;
     return true;
   }
@@ -224,14 +231,42 @@ bool c_xml_reader::get_named_attribute(int ns_id, const std::string& local_name,
   return c_xml::get_named_attribute(current_local_, ns_id, local_name, value);
 }
 
+const std::string& c_xml_reader::get_full_name() const {
+  return state_->cracked_name.get_full_name();
+}
+
+const std::string& c_xml_reader::get_local_name() const {
+  return state_->cracked_name.get_local_name();
+}
+
+std::string_view c_xml_reader::get_local_view() const { return state_->cracked_name.local_view(); }
+
+int c_xml_reader::get_ns_id() const { return state_->cracked_name.get_ns_id(); }
+
+int c_xml_reader::get_element_ns_id() const { return state_->cracked_name.get_element_ns_id(); }
+
+bool c_xml_reader::get_has_ns_prefix() const { return state_->cracked_name.get_has_ns_prefix(); }
+
 // --- Errors and set-up ------------------------------------------------------------------------
+
+const std::string& c_xml_reader::get_error_item_name() const { return state_->error_item_name; }
+
+c_string_stack& c_xml_reader::get_element_name_stack() { return state_->element_names; }
+
+void c_xml_reader::set_known_elements(const s_known_elements* table) {
+  state_->known_elements = table;
+}
+
+const s_known_elements* c_xml_reader::get_known_elements() const { return state_->known_elements; }
+
+internal::Pool& c_xml_reader::pool() { return state_->pool; }
 
 elmx_error c_xml_reader::handle_error(elmx_error code, const std::string& item, const char* file,
                                       int line) {
-  handled_error_ = code;
-  error_item_name_ = item;
-  handled_error_ = user_handle_error(code, item, file, line);
-  return handled_error_;
+  state_->handled_error = code;
+  state_->error_item_name = item;
+  state_->handled_error = user_handle_error(code, item, file, line);
+  return state_->handled_error;
 }
 
 elmx_error c_xml_reader::user_handle_error(elmx_error code, const std::string&, const char*, int) {
@@ -241,11 +276,11 @@ elmx_error c_xml_reader::user_handle_error(elmx_error code, const std::string&, 
 elmx_error c_xml_reader::user_handle_error(elmx_error code) { return code; }
 
 const std::string& c_xml_reader::get_error_message(std::string* out) const {
-  if (handled_error_ == elmx_ok) {
+  if (state_->handled_error == elmx_ok) {
     *out = get_error_description(elmx_ok);
   } else {
-    *out = "line:" + std::to_string(get_line_no()) + "-'" + error_item_name_ + "'-" +
-           get_error_description(handled_error_);
+    *out = "line:" + std::to_string(get_line_no()) + "-'" + state_->error_item_name + "'-" +
+           get_error_description(state_->handled_error);
   }
   return *out;
 }
@@ -254,32 +289,34 @@ void c_xml_reader::set_ns_map(const s_ns_map* map) {
   if (map != nullptr) {
     for (; map->uri != nullptr; ++map) add_namespace(map->uri, map->ns_id);
   }
-  for (const auto& [prefix, uri] : namespace_mappings_) {
-    root_local_.add_namespace(prefix.c_str(), add_namespace(uri.c_str()));
+  for (const auto& [prefix, uri] : state_->namespace_mappings) {
+    state_->root_local.add_namespace(prefix.c_str(), add_namespace(uri.c_str()));
   }
 }
 
 void c_xml_reader::add_namespace_mapping(const std::string& prefix, const std::string& uri) {
-  namespace_mappings_.emplace_back(prefix, uri);
+  state_->namespace_mappings.emplace_back(prefix, uri);
 }
 
 bool c_xml_reader::peek_document(std::string_view* bytes) {
-  return namespace_mappings_.empty() && current_local_->mappings() == nullptr &&
-         open_elements_ == 0 && element_names_.get_stack_size() == 0 && peek_whole(bytes);
+  return state_->namespace_mappings.empty() && current_local_->mappings() == nullptr &&
+         state_->open_elements == 0 && state_->element_names.get_stack_size() == 0 &&
+         tokeniser().peek_whole(bytes);
 }
 
 void c_xml_reader::take_document(const internal::WholeDocument& document) {
   for (const std::string& uri : *document.declared) add_namespace(uri.c_str());
-  take_whole(document.bytes, document.mode);
+  tokeniser().take_whole(document.bytes, document.mode);
   name.assign(document.name);
   value.assign(document.value);
   attribute_name.clear();
-  cracked_name_.set_parts(document.last_name, document.last_name_ns_id);
+  state_->cracked_name.set_parts(document.last_name, document.last_name_ns_id);
   current_event_ = elxp_end_tag;
 }
 
 void internal::ElementDepthGuard::report() {
-  reader_->getter().error(elmx_fatal, elmx_not_well_formed, "Elements nested too deeply");
+  reader_->tokeniser().getter().error(elmx_fatal, elmx_not_well_formed,
+                                      "Elements nested too deeply");
 }
 
 // --- Readers of files and memory --------------------------------------------------------------

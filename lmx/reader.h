@@ -7,17 +7,13 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include "lmx/errors.h"
 #include "lmx/facets.h"
 #include "lmx/input.h"
-#include "lmx/internal/byte_buffer.h"
-#include "lmx/internal/pool.h"
 #include "lmx/names.h"
 #include "lmx/tokeniser.h"
 
@@ -45,37 +41,36 @@ struct s_known_elements {
 // The names of the open elements, outermost first.
 class ZOL_API c_string_stack {
  public:
-  c_string_stack() : bytes_(256) {}
-  // Bytes in use.
+  c_string_stack() { bytes_.reserve(256); }
+  // Bytes in use, with a zero behind each name.
   std::size_t get_stack_size() const { return bytes_.size(); }
 
-  // The innermost name.
+  // The innermost name; empty if there is none.
   std::string_view top() const;
 
  private:
   friend class c_string_stack_node;
-  internal::ByteBuffer bytes_;
+  std::string bytes_;
 };
 
 // Keeps a string on the stack for as long as the node lives. Nodes die in the reverse order.
 class ZOL_API c_string_stack_node {
  public:
+  // Copies the text, and borrows the stack.
   c_string_stack_node(c_string_stack& stack, std::string_view text)
       : stack_(&stack), offset_(stack.bytes_.size()), length_(text.size()) {
-    stack.bytes_.append_string(text);
+    stack.bytes_.append(text);
+    stack.bytes_.push_back('\0');
   }
   c_string_stack_node(const c_string_stack_node&) = delete;
   c_string_stack_node& operator=(const c_string_stack_node&) = delete;
-  ~c_string_stack_node() { stack_->bytes_.truncate(offset_); }
+  ~c_string_stack_node() { stack_->bytes_.erase(offset_); }
 
   // Good until the next node is made.
   const char* get_str() const { return stack_->bytes_.data() + offset_; }
-
   std::string_view get_view() const { return {get_str(), length_}; }
 
-  bool operator==(const std::string& text) const {
-    return text.size() == length_ && internal::is_equal_short(text.data(), get_str(), length_);
-  }
+  bool operator==(const std::string& text) const { return get_view() == text; }
   bool operator!=(const std::string& text) const { return !(*this == text); }
 
  private:
@@ -110,17 +105,9 @@ struct ReaderErrors {
 };
 
 class ElementDepthGuard;
-
-// What reading a whole document through events would leave in a reader.
-struct WholeDocument {
-  SourceBytes bytes;       // up to behind the root's end tag
-  std::string_view name;   // of the root
-  std::string_view value;  // the last that was read, in this mode
-  elmx_whitespace mode;
-  std::string_view last_name;  // of an element or attribute, with the id of its namespace
-  int last_name_ns_id;
-  const std::vector<std::string>* declared;  // the URIs that the document declares, in its order
-};
+class Pool;
+struct ReaderState;
+struct WholeDocument;
 
 }  // namespace internal
 
@@ -176,14 +163,14 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   bool get_nested_element_value(std::string* value, std::string* end_name, elmx_whitespace mode,
                                 bool expand_entities);
 
-  const std::string& get_full_name() const { return cracked_name_.get_full_name(); }
-  const std::string& get_local_name() const { return cracked_name_.get_local_name(); }
+  const std::string& get_full_name() const;
+  const std::string& get_local_name() const;
   using c_xml::get_local_name;
   // The same in place, good until the next name is read.
-  std::string_view get_local_view() const { return cracked_name_.local_view(); }
-  int get_ns_id() const { return cracked_name_.get_ns_id(); }
-  int get_element_ns_id() const { return cracked_name_.get_element_ns_id(); }
-  bool get_has_ns_prefix() const { return cracked_name_.get_has_ns_prefix(); }
+  std::string_view get_local_view() const;
+  int get_ns_id() const;
+  int get_element_ns_id() const;
+  bool get_has_ns_prefix() const;
 
   // The URI of a qualified name's prefix in the current scope, "" for no namespace.
   void get_namespace(const std::string& name, std::string* uri) const;
@@ -202,7 +189,7 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   bool get_error_info(elmx_error_type* type, elmx_error* code, int* line) const {
     return errors.get_error_info(type, code, line);
   }
-  const std::string& get_error_item_name() const { return error_item_name_; }
+  const std::string& get_error_item_name() const;
   int get_line_no() const { return get_line_num(); }
 
   // Fixes the ids of the table's URIs and applies the mappings below. Needed again after rewind().
@@ -211,13 +198,13 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   void add_namespace_mapping(const std::string& prefix, const std::string& uri);
   void add_default_namespace_mapping(const std::string& uri) { add_namespace_mapping("", uri); }
 
-  c_string_stack& get_element_name_stack() { return element_names_; }
-  void set_known_elements(const s_known_elements* table) { known_elements_ = table; }
-  const s_known_elements* get_known_elements() const { return known_elements_; }
+  c_string_stack& get_element_name_stack();
+  void set_known_elements(const s_known_elements* table);
+  const s_known_elements* get_known_elements() const;
   c_xml_reader_local* get_reader_local() const { return current_local_; }
   void set_reader_local(c_xml_reader_local* local) { current_local_ = local; }
   // Memory for what is made of the document; it may outlive the reader.
-  internal::Pool& pool() { return pool_; }
+  internal::Pool& pool();
   // The bytes of the document, if nothing was read or set yet that has a bearing on it and the
   // source has them all at hand. Good until the next event is asked for; nothing counts as read.
   bool peek_document(std::string_view* bytes);
@@ -234,16 +221,8 @@ class ZOL_API c_xml_reader : private internal::ReaderErrors, public c_xml {
   bool is_known_element() const;
 
   c_xml_reader_local* current_local_;
-  c_xml_reader_local root_local_;
-  elmx_error handled_error_ = elmx_ok;
-  std::string error_item_name_;
-  c_string_stack element_names_;
-  c_cracked_name cracked_name_;
   int current_event_ = elxp_end_of_input;
-  std::vector<std::pair<std::string, std::string>> namespace_mappings_;
-  const s_known_elements* known_elements_ = nullptr;
-  int open_elements_ = 0;
-  internal::Pool pool_;
+  std::unique_ptr<internal::ReaderState> state_;
 };
 
 // Reads a file, in any accepted encoding. Whether it opened, is_open() tells, and the caller asks.
@@ -298,31 +277,6 @@ ZOL_API bool get_instance_namespace(c_xml_reader& reader, std::string* uri);
 ZOL_API elmx_must_understand
 has_must_understand(c_xml_reader& reader, const std::string& ns_uri, const std::string& attribute,
                     elmx_must_understand (*callback)(const std::string&));
-
-namespace internal {
-
-// Counts an element that is read into another for as long as it lives. Documents may nest such
-// elements 512 deep; beyond that ok() is false, and a fatal 23 was reported.
-class ZOL_API ElementDepthGuard {
- public:
-  explicit ElementDepthGuard(c_xml_reader& reader) : reader_(&reader) {
-    if (++reader.open_elements_ > k_max_depth) report();
-  }
-  ElementDepthGuard(const ElementDepthGuard&) = delete;
-  ElementDepthGuard& operator=(const ElementDepthGuard&) = delete;
-  ~ElementDepthGuard() { --reader_->open_elements_; }
-
-  bool ok() const { return reader_->open_elements_ <= k_max_depth; }
-
-  static constexpr int k_max_depth = 512;
-
- private:
-  void report();
-
-  c_xml_reader* reader_;
-};
-
-}  // namespace internal
 
 // --- Inline bodies ----------------------------------------------------------------------------
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -158,6 +159,14 @@ class ct_qname {
     return a.namespace_ == b.namespace_ && a.local_name_ == b.local_name_;
   }
   friend bool operator!=(const ct_qname& a, const ct_qname& b) { return !(a == b); }
+  // By namespace, and in one namespace by local name.
+  friend bool operator<(const ct_qname& a, const ct_qname& b) {
+    const int order = a.namespace_.compare(b.namespace_);
+    return order != 0 ? order < 0 : a.local_name_ < b.local_name_;
+  }
+  friend bool operator>(const ct_qname& a, const ct_qname& b) { return b < a; }
+  friend bool operator<=(const ct_qname& a, const ct_qname& b) { return !(b < a); }
+  friend bool operator>=(const ct_qname& a, const ct_qname& b) { return !(a < b); }
 
  private:
   S namespace_;
@@ -176,3 +185,10 @@ ZOL_API void make_qname(ct_qname<std::wstring>* out, const std::string& full_nam
                         const std::string& ns, const std::string& local_name);
 
 }  // namespace lmx
+
+template <class S>
+struct std::hash<lmx::ct_qname<S>> {
+  std::size_t operator()(const lmx::ct_qname<S>& name) const noexcept {
+    return std::hash<S>()(name.get_namespace()) * 1000003 + std::hash<S>()(name.get_local_name());
+  }
+};

@@ -5,6 +5,7 @@
 
 #include "lmx/internal/char_table.h"
 #include "lmx/internal/runs.h"
+#include "lmx/internal/tokeniser.h"
 
 namespace lmx {
 
@@ -19,6 +20,7 @@ using internal::pass_name;
 using internal::pass_plain;
 using internal::pass_run;
 using internal::pass_space;
+using internal::Tokeniser;
 using internal::Window;
 
 // Entities inside entities in an attribute value, where the call stack grows with them.
@@ -74,12 +76,10 @@ std::string_view prefix_of(const std::string& name) {
 
 // --- Set-up and names -------------------------------------------------------------------------
 
-c_xml::c_xml(c_read& source, c_error& error, bool treat_refs_as_ws)
+Tokeniser::Tokeniser(c_read& source, c_error& error, bool treat_refs_as_ws)
     : getter_(source, error, treat_refs_as_ws), dtd_(getter_), last_long_tag_(64) {}
 
-c_xml::~c_xml() = default;
-
-void c_xml::rewind() {
+void Tokeniser::rewind() {
   namespaces_.clear();
   dtd_.reset();
   dtd_read_ = false;
@@ -89,44 +89,28 @@ void c_xml::rewind() {
   getter_.rewind();
 }
 
-void c_xml::add_general_entity(const std::string& name, const std::string& text) {
-  getter_.add_general_entity(name.c_str(), text.c_str());
-}
-
-void c_xml::add_parameter_entity(const std::string& name, const std::string& text) {
-  getter_.add_parameter_entity(name.c_str(), text.c_str());
-}
-
-void c_xml::get_local_name(const std::string& name, std::string* out) {
-  *out = name.substr(local_name_offset(name));
-}
-
-void c_xml::get_namespace_prefix(const std::string& name, std::string* out) {
-  *out = std::string(prefix_of(name));
-}
-
-int c_xml::get_ns_id(const c_xml_local* scope, const std::string& name) const {
+int Tokeniser::get_ns_id(const c_xml_local* scope, const std::string& name) const {
   return scope != nullptr ? scope->find_namespace_id(prefix_of(name)) : k_ns_not_found;
 }
 
-bool c_xml::is_xsi_attribute(const c_xml_local* scope, const std::string& name) const {
+bool Tokeniser::is_xsi_attribute(const c_xml_local* scope, const std::string& name) const {
   // A default namespace does not apply to attributes.
   return local_name_offset(name) != 0 && get_ns_id(scope, name) == k_ns_xsi;
 }
 
-bool c_xml::report_not_well_formed(const char* text) {
+bool Tokeniser::report_not_well_formed(const char* text) {
   getter_.error(elmx_error_level, elmx_not_well_formed, text);
   return false;
 }
 
 // --- Elements and text ------------------------------------------------------------------------
 
-elxp_xml_event c_xml::get_element_name(c_xml_local* scope, std::string* name) {
+elxp_xml_event Tokeniser::get_element_name(c_xml_local* scope, std::string* name) {
   const elxp_xml_event event = take_tag_in_window(name);
   return event != elxp_unknown ? event : get_element_name_by_character(scope, name);
 }
 
-elxp_xml_event c_xml::get_element_name_by_character(c_xml_local* scope, std::string* name) {
+elxp_xml_event Tokeniser::get_element_name_by_character(c_xml_local* scope, std::string* name) {
   elxp_xml_event event = elxp_unknown;
   while (event == elxp_unknown) {
     name->clear();
@@ -152,7 +136,7 @@ elxp_xml_event c_xml::get_element_name_by_character(c_xml_local* scope, std::str
 }
 
 // Passes the name of a tag, which is often the last long one again.
-inline const char* c_xml::pass_tag_name(const char* at, const char* end) {
+inline const char* Tokeniser::pass_tag_name(const char* at, const char* end) {
   const std::size_t guess = last_long_tag_.size();
   if (static_cast<std::size_t>(end - at) > guess && guess != 0 &&
       !has_mask(at[guess], internal::k_ascii_name) &&
@@ -172,7 +156,7 @@ inline const char* c_xml::pass_tag_name(const char* at, const char* end) {
 
 // A tag that stands whole in the window and holds nothing out of the ordinary. White space before
 // it is passed in any case. elxp_unknown if there is no such tag.
-elxp_xml_event c_xml::take_tag_in_window(std::string* name) {
+elxp_xml_event Tokeniser::take_tag_in_window(std::string* name) {
   Window window;
   if (!getter_.open_window(&window) || !can_begin_run(getter_, window)) return elxp_unknown;
   const char* const end = window.end;
@@ -211,7 +195,7 @@ elxp_xml_event c_xml::take_tag_in_window(std::string* name) {
 }
 
 // Entered after "<".
-bool c_xml::read_markup(c_xml_local* scope, std::string* name, elxp_xml_event* event) {
+bool Tokeniser::read_markup(c_xml_local* scope, std::string* name, elxp_xml_event* event) {
   const int c = get();
   if (is_name_start(c)) {
     *event = read_start_tag(scope, name, c);
@@ -233,7 +217,7 @@ bool c_xml::read_markup(c_xml_local* scope, std::string* name, elxp_xml_event* e
   }
 }
 
-elxp_xml_event c_xml::read_start_tag(c_xml_local* scope, std::string* name, int c) {
+elxp_xml_event Tokeniser::read_start_tag(c_xml_local* scope, std::string* name, int c) {
   for (; is_name_char(c); c = get()) name->push_back(static_cast<char>(c));
   if (c < 0) {
     report_not_well_formed(k_not_well_formed_tag);
@@ -246,7 +230,7 @@ elxp_xml_event c_xml::read_start_tag(c_xml_local* scope, std::string* name, int 
   return elxp_name;
 }
 
-elxp_xml_event c_xml::read_end_tag(std::string* name) {
+elxp_xml_event Tokeniser::read_end_tag(std::string* name) {
   int c = get();
   for (; is_name_char(c); c = get()) name->push_back(static_cast<char>(c));
   if (name->empty()) return elxp_error;
@@ -260,7 +244,7 @@ elxp_xml_event c_xml::read_end_tag(std::string* name) {
 }
 
 // Entered after "<?". A target that merely begins with "xml" is taken for the declaration.
-bool c_xml::read_instruction(elxp_xml_event* event) {
+bool Tokeniser::read_instruction(elxp_xml_event* event) {
   *event = elxp_error;
   if (!getter_.read_specified_string_from_input("xml")) {
     // The input may end within; the next read sees that.
@@ -275,7 +259,7 @@ bool c_xml::read_instruction(elxp_xml_event* event) {
 }
 
 // Entered after "<!".
-bool c_xml::read_declaration(std::string* name, elxp_xml_event* event) {
+bool Tokeniser::read_declaration(std::string* name, elxp_xml_event* event) {
   *event = elxp_error;
   int c = get();
   if (c == '[') {
@@ -298,7 +282,7 @@ bool c_xml::read_declaration(std::string* name, elxp_xml_event* event) {
   return true;
 }
 
-bool c_xml::read_doctype() {
+bool Tokeniser::read_doctype() {
   if (content_begun_ || dtd_read_) {
     getter_.error(elmx_error_level, elmx_bad_dtd,
                   content_begun_ ? "Document Type Declaration not at start of document"
@@ -310,7 +294,7 @@ bool c_xml::read_doctype() {
 }
 
 // The first of the text is in `name`.
-elxp_xml_event c_xml::read_text(std::string* name) {
+elxp_xml_event Tokeniser::read_text(std::string* name) {
   getter_.reset_ws_mode();
   while (!take_text_in_window(name)) {
     const int c = get();
@@ -329,7 +313,7 @@ elxp_xml_event c_xml::read_text(std::string* name) {
 }
 
 // Takes a run of text, if there is one in the window. True if a tag follows, which is left there.
-bool c_xml::take_text_in_window(std::string* out) {
+bool Tokeniser::take_text_in_window(std::string* out) {
   Window window;
   if (!getter_.open_window(&window) || !can_begin_run(getter_, window)) return false;
   int lines = 0;
@@ -342,7 +326,7 @@ bool c_xml::take_text_in_window(std::string* out) {
 }
 
 // Entered after "<![".
-bool c_xml::read_cdata(std::string* out) {
+bool Tokeniser::read_cdata(std::string* out) {
   if (!getter_.read_specified_string_from_input("CDATA[")) return false;
   std::size_t brackets = 0;
   while (true) {
@@ -363,7 +347,7 @@ bool c_xml::read_cdata(std::string* out) {
   }
 }
 
-bool c_xml::get_element_value(std::string* value, elmx_whitespace mode, bool expand_entities) {
+bool Tokeniser::get_element_value(std::string* value, elmx_whitespace mode, bool expand_entities) {
   getter_.set_ws_mode(mode);
   Window window;
   if (getter_.open_window(&window)) {
@@ -407,7 +391,8 @@ bool c_xml::get_element_value(std::string* value, elmx_whitespace mode, bool exp
   return true;
 }
 
-bool c_xml::take_simple_value(const std::string& name, elmx_whitespace mode, std::string* value) {
+bool Tokeniser::take_simple_value(const std::string& name, elmx_whitespace mode,
+                                  std::string* value) {
   Window window;
   if (!getter_.open_window(&window) || *window.at != '>') return false;
   ++window.at;
@@ -419,7 +404,7 @@ bool c_xml::take_simple_value(const std::string& name, elmx_whitespace mode, std
   return true;
 }
 
-bool c_xml::is_element_end_tag(const std::string& name) {
+bool Tokeniser::is_element_end_tag(const std::string& name) {
   Window window;
   if (getter_.open_window(&window) && is_end_tag_of(name, window.at, window.end)) {
     getter_.take_window(window.at + name.size() + 3, 0);
@@ -432,7 +417,7 @@ bool c_xml::is_element_end_tag(const std::string& name) {
   return getter_.get_non_ws() == '>';
 }
 
-bool c_xml::skip_start_tag(bool* empty) {
+bool Tokeniser::skip_start_tag(bool* empty) {
   Window window;
   if (getter_.open_window(&window) && *window.at == '>') {
     getter_.take_window(window.at + 1, 0);
@@ -447,7 +432,7 @@ bool c_xml::skip_start_tag(bool* empty) {
 // Reads the attributes from the end of the tag's name on and gives the place where they stop, at
 // ">" or "/". Null, with nothing taken, if the tag holds anything that needs the long road; a
 // namespace declaration is such a thing.
-const char* c_xml::take_attributes_in_window(const char* at, const char* end, int* lines) {
+const char* Tokeniser::take_attributes_in_window(const char* at, const char* end, int* lines) {
   // Wherever a name ends, the character after it is read, pushed back and read again. A line end
   // there counts twice.
   const auto count_pushed_back = [&] {
@@ -488,7 +473,7 @@ const char* c_xml::take_attributes_in_window(const char* at, const char* end, in
   }
 }
 
-bool c_xml::read_attributes(c_xml_local* scope) {
+bool Tokeniser::read_attributes(c_xml_local* scope) {
   attributes_.clear();
   ns_attributes_.clear();
   int c = getter_.get_non_ws();
@@ -503,7 +488,7 @@ bool c_xml::read_attributes(c_xml_local* scope) {
 }
 
 // `c` is the first character of the name.
-bool c_xml::read_attribute(c_xml_local* scope, int c) {
+bool Tokeniser::read_attribute(c_xml_local* scope, int c) {
   std::size_t matched = 0;
   while (matched < k_xmlns_length && c == k_xmlns[matched]) {
     ++matched;
@@ -520,7 +505,7 @@ bool c_xml::read_attribute(c_xml_local* scope, int c) {
 }
 
 // `c` is the character after "xmlns".
-bool c_xml::read_namespace_declaration(c_xml_local* scope, int c) {
+bool Tokeniser::read_namespace_declaration(c_xml_local* scope, int c) {
   for (const char letter : std::string_view(k_xmlns)) ns_attributes_.push_back(letter);
   const std::size_t prefix_at = ns_attributes_.size() + (c == ':' ? 1 : 0);
   for (; is_name_char(c); c = get()) ns_attributes_.push_back(static_cast<char>(c));
@@ -545,7 +530,7 @@ bool c_xml::read_namespace_declaration(c_xml_local* scope, int c) {
   return true;
 }
 
-std::string c_xml::expand_uri(const std::string& uri) {
+std::string Tokeniser::expand_uri(const std::string& uri) {
   std::string expanded;
   for (std::size_t i = 0; i < uri.size();) {
     const char c = uri[i++];
@@ -560,7 +545,7 @@ std::string c_xml::expand_uri(const std::string& uri) {
   return expanded;
 }
 
-bool c_xml::read_value(internal::AttributeList* out) {
+bool Tokeniser::read_value(internal::AttributeList* out) {
   int c = getter_.get_non_ws();
   if (c < 0) {
     getter_.error(elmx_fatal, elmx_unexpected_end, "Unexpected end of file");
@@ -580,12 +565,12 @@ bool c_xml::read_value(internal::AttributeList* out) {
   return report_value("Schema is not Well Formed (expected '\"' or ''', got ", c, ")");
 }
 
-bool c_xml::report_value(const char* before, int c, const char* after) {
+bool Tokeniser::report_value(const char* before, int c, const char* after) {
   getter_.error(elmx_fatal, elmx_not_well_formed, with_character(before, c) + after);
   return false;
 }
 
-elxp_xml_event c_xml::get_attribute_name(std::string* name, bool ends_with_question_mark) {
+elxp_xml_event Tokeniser::get_attribute_name(std::string* name, bool ends_with_question_mark) {
   if (attributes_.has_entry()) {
     const std::string_view entry = attributes_.rest();
     internal::store(name, entry.data(), entry.size());
@@ -608,7 +593,7 @@ elxp_xml_event c_xml::get_attribute_name(std::string* name, bool ends_with_quest
   return elxp_error;
 }
 
-bool c_xml::get_attribute_value(std::string* value, elmx_whitespace mode) {
+bool Tokeniser::get_attribute_value(std::string* value, elmx_whitespace mode) {
   getter_.set_ws_mode(mode);
   if (!attributes_.rest().empty()) attributes_.skip(1);  // the quote
   std::string_view rest = attributes_.rest();
@@ -637,13 +622,13 @@ bool c_xml::get_attribute_value(std::string* value, elmx_whitespace mode) {
   return is_good && value->find('\0') == std::string::npos;
 }
 
-bool c_xml::skip_attribute_value() {
+bool Tokeniser::skip_attribute_value() {
   attributes_.next();
   return true;
 }
 
-bool c_xml::get_named_attribute(const c_xml_local* scope, int ns_id, const std::string& local_name,
-                                std::string* value) {
+bool Tokeniser::get_named_attribute(const c_xml_local* scope, int ns_id,
+                                    const std::string& local_name, std::string* value) {
   std::string name;
   bool is_found = false;
   bool is_good = false;
@@ -664,18 +649,18 @@ bool c_xml::get_named_attribute(const c_xml_local* scope, int ns_id, const std::
   return is_good;
 }
 
-bool c_xml::get_xsi_type(const c_xml_local* scope, int* ns_id, std::string* name) {
+bool Tokeniser::get_xsi_type(const c_xml_local* scope, int* ns_id, std::string* name) {
   std::string qualified;
   if (!get_named_attribute(scope, k_ns_xsi, "type", &qualified)) return false;
   *ns_id = c_cracked_name(scope, qualified).get_element_ns_id();
-  get_local_name(qualified, name);
+  c_xml::get_local_name(qualified, name);
   return true;
 }
 
 // --- References -------------------------------------------------------------------------------
 
 // Entered after "&".
-bool c_xml::expand_reference(c_entity_name_reader& reader, std::string* out) {
+bool Tokeniser::expand_reference(c_entity_name_reader& reader, std::string* out) {
   int c = reader.get();
   if (c == '#') return getter_.insert_character_entity(reader, out);
 
@@ -701,13 +686,13 @@ bool c_xml::expand_reference(c_entity_name_reader& reader, std::string* out) {
   return false;
 }
 
-bool c_xml::expand_in_content(std::string* out) {
+bool Tokeniser::expand_in_content(std::string* out) {
   c_entity_name_reader_for_c_get reader(getter_);
   reader.set_expand_into_input(true);
   return expand_reference(reader, out);
 }
 
-bool c_xml::expand_entity_text(const char* text, std::string* out) {
+bool Tokeniser::expand_entity_text(const char* text, std::string* out) {
   if (expansion_depth_ == k_max_expansion_depth) {
     getter_.error(elmx_fatal, elmx_bad_dtd, "Entities nested too deeply");
     return false;
@@ -729,6 +714,118 @@ bool c_xml::expand_entity_text(const char* text, std::string* out) {
     }
   }
   return true;
+}
+
+// --- The face ---------------------------------------------------------------------------------
+
+c_xml::c_xml(c_read& source, c_error& error, bool treat_refs_as_ws)
+    : tokeniser_(std::make_unique<Tokeniser>(source, error, treat_refs_as_ws)) {}
+
+c_xml::~c_xml() = default;
+
+elxp_xml_event c_xml::get_element_name(c_xml_local* scope, std::string* name) {
+  return tokeniser_->get_element_name(scope, name);
+}
+
+elxp_xml_event c_xml::get_attribute_name(std::string* name, bool ends_with_question_mark) {
+  return tokeniser_->get_attribute_name(name, ends_with_question_mark);
+}
+
+bool c_xml::get_attribute_value(std::string* value, elmx_whitespace mode) {
+  return tokeniser_->get_attribute_value(value, mode);
+}
+
+bool c_xml::skip_attribute_value() { return tokeniser_->skip_attribute_value(); }
+
+bool c_xml::get_named_attribute(const c_xml_local* scope, int ns_id, const std::string& local_name,
+                                std::string* value) {
+  return tokeniser_->get_named_attribute(scope, ns_id, local_name, value);
+}
+
+bool c_xml::get_xsi_type(const c_xml_local* scope, int* ns_id, std::string* name) {
+  return tokeniser_->get_xsi_type(scope, ns_id, name);
+}
+
+bool c_xml::is_xsi_attribute(const c_xml_local* scope, const std::string& name) const {
+  return tokeniser_->is_xsi_attribute(scope, name);
+}
+
+int c_xml::get_ns_id(const c_xml_local* scope, const std::string& name) const {
+  return tokeniser_->get_ns_id(scope, name);
+}
+
+bool c_xml::get_element_value(std::string* value, elmx_whitespace mode, bool expand_entities) {
+  return tokeniser_->get_element_value(value, mode, expand_entities);
+}
+
+bool c_xml::is_element_end_tag(const std::string& name) {
+  return tokeniser_->is_element_end_tag(name);
+}
+
+bool c_xml::skip_start_tag(bool* empty) { return tokeniser_->skip_start_tag(empty); }
+
+bool c_xml::skip_rest_of_element(const std::string& name) {
+  return tokeniser_->skip_rest_of_element(name);
+}
+
+bool c_xml::skip_rest_of_empty_element(const std::string& name) {
+  return tokeniser_->skip_rest_of_empty_element(name);
+}
+
+bool c_xml::skip_element_body(const std::string& name) {
+  return tokeniser_->skip_element_body(name);
+}
+
+bool c_xml::get_any_element(const std::string& name, std::string* value, elmx_whitespace mode,
+                            bool expand_entities) {
+  return tokeniser_->get_any_element(name, value, mode, expand_entities);
+}
+
+bool c_xml::get_any_element(const c_xml_local& scope, const std::string& name, std::string* value) {
+  return tokeniser_->get_any_element(scope, name, value);
+}
+
+bool c_xml::get_nested_element_value(std::string* value, std::string* end_name,
+                                     elmx_whitespace mode, bool expand_entities) {
+  return tokeniser_->get_nested_element_value(value, end_name, mode, expand_entities);
+}
+
+void c_xml::rewind() { tokeniser_->rewind(); }
+
+int c_xml::get_line_num() const { return tokeniser_->getter().get_line_num(); }
+
+std::uint64_t c_xml::bytes_read() const { return tokeniser_->getter().bytes_read(); }
+
+const char* c_xml::get_source_id() const { return tokeniser_->getter().get_source_id(); }
+
+void c_xml::add_general_entity(const std::string& name, const std::string& text) {
+  tokeniser_->getter().add_general_entity(name.c_str(), text.c_str());
+}
+
+void c_xml::add_parameter_entity(const std::string& name, const std::string& text) {
+  tokeniser_->getter().add_parameter_entity(name.c_str(), text.c_str());
+}
+
+int c_xml::add_namespace(const char* uri) { return tokeniser_->namespaces().add_namespace(uri); }
+
+void c_xml::add_namespace(const char* uri, int id) {
+  tokeniser_->namespaces().add_namespace(uri, id);
+}
+
+int c_xml::find_enumerated_namespace(const std::string& uri) const {
+  return tokeniser().namespaces().find_namespace(uri);
+}
+
+const char* c_xml::find_namespace_from_id(int id) const {
+  return tokeniser().namespaces().find_namespace_from_id(id);
+}
+
+void c_xml::get_local_name(const std::string& name, std::string* out) {
+  *out = name.substr(local_name_offset(name));
+}
+
+void c_xml::get_namespace_prefix(const std::string& name, std::string* out) {
+  *out = std::string(prefix_of(name));
 }
 
 }  // namespace lmx

@@ -8,12 +8,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "lmx/entities.h"
 #include "lmx/input.h"
-#include "lmx/internal/byte_buffer.h"
 #include "lmx/names.h"
 
 namespace lmx {
@@ -96,6 +96,10 @@ class ZOL_API c_get_for_xml : public c_get_with_entities {
   bool treat_refs_as_ws_;
 };
 
+namespace internal {
+class Tokeniser;
+}
+
 class ZOL_API c_xml {
  public:
   // Borrows source and error tally, for its whole life.
@@ -149,90 +153,29 @@ class ZOL_API c_xml {
   // Starts the document again, without namespaces and entities; fixed ids must be set anew.
   void rewind();
 
-  int get_line_num() const { return getter_.get_line_num(); }
+  int get_line_num() const;
   // Bytes of the source that were read and not pushed back.
-  std::uint64_t bytes_read() const { return getter_.bytes_read(); }
-  const char* get_source_id() const { return getter_.get_source_id(); }
+  std::uint64_t bytes_read() const;
+  const char* get_source_id() const;
   static bool is_error_event(int event) { return event == elxp_error_2 || event == elxp_error; }
 
   void add_general_entity(const std::string& name, const std::string& text);
   void add_parameter_entity(const std::string& name, const std::string& text);
-  int add_namespace(const char* uri) { return namespaces_.add_namespace(uri); }
-  void add_namespace(const char* uri, int id) { namespaces_.add_namespace(uri, id); }
-  int find_enumerated_namespace(const std::string& uri) const {
-    return namespaces_.find_namespace(uri);
-  }
-  const char* find_namespace_from_id(int id) const {
-    return namespaces_.find_namespace_from_id(id);
-  }
+  int add_namespace(const char* uri);
+  void add_namespace(const char* uri, int id);
+  int find_enumerated_namespace(const std::string& uri) const;
+  const char* find_namespace_from_id(int id) const;
 
   // The text after the first colon, and before it. `out` may be `name` itself.
   static void get_local_name(const std::string& name, std::string* out);
   static void get_namespace_prefix(const std::string& name, std::string* out);
 
  protected:
-  c_get_for_xml& getter() { return getter_; }
-  // Where the local name begins in the last name that was given, 0 without a prefix.
-  std::size_t local_at() const { return local_at_; }
-  // The rest of a start tag without attributes to come, a text that is stored as it stands and the
-  // end tag, if they stand whole in the window. Otherwise false, with nothing taken or stored.
-  bool take_simple_value(const std::string& name, elmx_whitespace mode, std::string* value);
-  // The whole document, while nothing of it was read; see c_xml_reader::peek_document.
-  bool peek_whole(std::string_view* bytes) {
-    return !content_begun_ && !dtd_read_ && getter_.peek_whole(bytes);
-  }
-  void take_whole(const internal::SourceBytes& bytes, elmx_whitespace mode) {
-    content_begun_ = true;
-    getter_.set_ws_mode(mode);
-    getter_.take_whole(bytes);
-  }
+  internal::Tokeniser& tokeniser() { return *tokeniser_; }
+  const internal::Tokeniser& tokeniser() const { return *tokeniser_; }
 
  private:
-  class Copy;  // copies elements and content
-
-  int get() { return getter_.get(); }
-  void unget(int value) { getter_.unget(value); }
-  bool report_not_well_formed(const char* text);
-
-  elxp_xml_event take_tag_in_window(std::string* name);
-  const char* pass_tag_name(const char* at, const char* end);
-  elxp_xml_event get_element_name_by_character(c_xml_local* scope, std::string* name);
-  // Each of the markup readers gives true with an event, or false to go on with what follows.
-  bool read_markup(c_xml_local* scope, std::string* name, elxp_xml_event* event);
-  elxp_xml_event read_start_tag(c_xml_local* scope, std::string* name, int c);
-  elxp_xml_event read_end_tag(std::string* name);
-  bool read_instruction(elxp_xml_event* event);
-  bool read_declaration(std::string* name, elxp_xml_event* event);
-  bool read_doctype();
-  elxp_xml_event read_text(std::string* name);
-  bool take_text_in_window(std::string* out);
-  bool read_cdata(std::string* out);
-
-  const char* take_attributes_in_window(const char* at, const char* end, int* lines);
-  bool read_attributes(c_xml_local* scope);
-  bool read_attribute(c_xml_local* scope, int c);
-  bool read_value(internal::AttributeList* out);
-  bool report_value(const char* before, int c, const char* after);
-  bool read_namespace_declaration(c_xml_local* scope, int c);
-  std::string expand_uri(const std::string& uri);
-
-  bool expand_reference(c_entity_name_reader& reader, std::string* out);
-  bool expand_in_content(std::string* out);
-  bool expand_entity_text(const char* text, std::string* out);
-
-  c_get_for_xml getter_;
-  std::string entity_name_;
-  c_internal_dtd dtd_;
-  c_enumerated_namespaces namespaces_;
-  bool dtd_read_ = false;
-  bool content_begun_ = false;
-  internal::AttributeList attributes_;
-  internal::AttributeList ns_attributes_;
-  int expansion_depth_ = 0;
-  std::size_t local_at_ = 0;
-  // The name of the last tag that had a long one, which is a good guess at the next.
-  internal::ByteBuffer last_long_tag_;
-  std::size_t last_long_tag_local_at_ = 0;
+  std::unique_ptr<internal::Tokeniser> tokeniser_;
 };
 
 }  // namespace lmx

@@ -1,14 +1,55 @@
 // libxml2's expression functions and character classes under their own names in this namespace, for
 // clients that use them beside the pattern facet. Meanings are libxml2's.
 //
-// This header alone needs libxml2's on the include path, to know which release it speaks for: the
-// block and category predicates are gone from 2.14 on, and nothing replaces them here.
+// The block and category predicates, xmlUCSIs..., are gone from libxml2 2.14 on, and nothing
+// replaces them here: a program that calls them does not link with a library built on such a one.
 #pragma once
 
-#include <libxml/xmlversion.h>
-
-#include "lmx/internal/unicode_predicates.h"
 #include "port/export.h"
+
+// The names behind "xmlUCSIs". X is applied to each.
+//
+// clang-format off
+// The general categories of the Unicode Standard that the expressions of XML Schema can name.
+#define LMX_UNICODE_CATEGORIES(X) \
+  X(CatC) X(CatCc) X(CatCf) X(CatCo) X(CatCs) X(CatL) X(CatLl) X(CatLm) X(CatLo) X(CatLt) \
+  X(CatLu) X(CatM) X(CatMc) X(CatMe) X(CatMn) X(CatN) X(CatNd) X(CatNl) X(CatNo) X(CatP) \
+  X(CatPc) X(CatPd) X(CatPe) X(CatPf) X(CatPi) X(CatPo) X(CatPs) X(CatS) X(CatSc) X(CatSk) \
+  X(CatSm) X(CatSo) X(CatZ) X(CatZl) X(CatZp) X(CatZs)
+
+// The blocks that they can name.
+#define LMX_UNICODE_BLOCKS(X) \
+  X(AegeanNumbers) X(AlphabeticPresentationForms) X(Arabic) X(ArabicPresentationFormsA) \
+  X(ArabicPresentationFormsB) X(Armenian) X(Arrows) X(BasicLatin) X(Bengali) X(BlockElements) \
+  X(Bopomofo) X(BopomofoExtended) X(BoxDrawing) X(BraillePatterns) X(Buhid) \
+  X(ByzantineMusicalSymbols) X(CJKCompatibility) X(CJKCompatibilityForms) \
+  X(CJKCompatibilityIdeographs) X(CJKCompatibilityIdeographsSupplement) X(CJKRadicalsSupplement) \
+  X(CJKSymbolsandPunctuation) X(CJKUnifiedIdeographs) X(CJKUnifiedIdeographsExtensionA) \
+  X(CJKUnifiedIdeographsExtensionB) X(Cherokee) X(CombiningDiacriticalMarks) \
+  X(CombiningDiacriticalMarksforSymbols) X(CombiningHalfMarks) X(CombiningMarksforSymbols) \
+  X(ControlPictures) X(CurrencySymbols) X(CypriotSyllabary) X(Cyrillic) X(CyrillicSupplement) \
+  X(Deseret) X(Devanagari) X(Dingbats) X(EnclosedAlphanumerics) X(EnclosedCJKLettersandMonths) \
+  X(Ethiopic) X(GeneralPunctuation) X(GeometricShapes) X(Georgian) X(Gothic) X(Greek) \
+  X(GreekExtended) X(GreekandCoptic) X(Gujarati) X(Gurmukhi) X(HalfwidthandFullwidthForms) \
+  X(HangulCompatibilityJamo) X(HangulJamo) X(HangulSyllables) X(Hanunoo) X(Hebrew) \
+  X(HighPrivateUseSurrogates) X(HighSurrogates) X(Hiragana) X(IPAExtensions) \
+  X(IdeographicDescriptionCharacters) X(Kanbun) X(KangxiRadicals) X(Kannada) X(Katakana) \
+  X(KatakanaPhoneticExtensions) X(Khmer) X(KhmerSymbols) X(Lao) X(Latin1Supplement) \
+  X(LatinExtendedA) X(LatinExtendedB) X(LatinExtendedAdditional) X(LetterlikeSymbols) X(Limbu) \
+  X(LinearBIdeograms) X(LinearBSyllabary) X(LowSurrogates) X(Malayalam) \
+  X(MathematicalAlphanumericSymbols) X(MathematicalOperators) \
+  X(MiscellaneousMathematicalSymbolsA) X(MiscellaneousMathematicalSymbolsB) \
+  X(MiscellaneousSymbols) X(MiscellaneousSymbolsandArrows) X(MiscellaneousTechnical) \
+  X(Mongolian) X(MusicalSymbols) X(Myanmar) X(NumberForms) X(Ogham) X(OldItalic) \
+  X(OpticalCharacterRecognition) X(Oriya) X(Osmanya) X(PhoneticExtensions) X(PrivateUse) \
+  X(PrivateUseArea) X(Runic) X(Shavian) X(Sinhala) X(SmallFormVariants) \
+  X(SpacingModifierLetters) X(Specials) X(SuperscriptsandSubscripts) X(SupplementalArrowsA) \
+  X(SupplementalArrowsB) X(SupplementalMathematicalOperators) X(SupplementaryPrivateUseAreaA) \
+  X(SupplementaryPrivateUseAreaB) X(Syriac) X(Tagalog) X(Tagbanwa) X(Tags) X(TaiLe) \
+  X(TaiXuanJingSymbols) X(Tamil) X(Telugu) X(Thaana) X(Thai) X(Tibetan) X(Ugaritic) \
+  X(UnifiedCanadianAboriginalSyllabics) X(VariationSelectors) X(VariationSelectorsSupplement) \
+  X(YiRadicals) X(YiSyllables) X(YijingHexagramSymbols)
+// clang-format on
 
 struct _xmlChRangeGroup;
 struct _xmlRegexp;
@@ -31,7 +72,6 @@ ZOL_API extern const _xmlChRangeGroup& xmlIsDigitGroup;
 ZOL_API extern const _xmlChRangeGroup& xmlIsExtenderGroup;
 ZOL_API int xmlCharInRange(unsigned int code, const _xmlChRangeGroup* group);
 
-#if LIBXML_VERSION < 21400
 // By name, for instance "Arabic" and "Lu": 1 for a member, 0 for none, -1 for an unknown name.
 ZOL_API int xmlUCSIsBlock(int code, const char* block_name);
 ZOL_API int xmlUCSIsCat(int code, const char* category_name);
@@ -40,6 +80,5 @@ ZOL_API int xmlUCSIsCat(int code, const char* category_name);
 LMX_UNICODE_CATEGORIES(LMX_DECLARE_PREDICATE)
 LMX_UNICODE_BLOCKS(LMX_DECLARE_PREDICATE)
 #undef LMX_DECLARE_PREDICATE
-#endif
 
 }  // namespace lmx

@@ -5,10 +5,12 @@
 #include <cstring>
 #include <exception>
 #include <locale>
+#include <memory>
 #include <typeinfo>
 
 #include "lmx/internal/number_text.h"
 #include "lmx/internal/plain_stream.h"
+#include "lmx/internal/writer_state.h"
 #include "lmx/names.h"
 
 namespace lmx {
@@ -55,17 +57,19 @@ std::ostream& write_escaped(std::ostream& os, const Text& text) {
 
 }  // namespace
 
+// --- The face -----------------------------------------------------------------------------------
+
 c_xml_writer::c_xml_writer(std::ostream& os, const char* tab, const char* nl)
-    : os_(os), tab_(or_empty(tab)), newline_(or_empty(nl)), block_(os) {
-  os_.imbue(std::locale::classic());
+    : state_(std::make_unique<internal::WriterState>(*this, os, or_empty(tab), or_empty(nl))) {
+  os.imbue(std::locale::classic());
 }
 
 c_xml_writer::c_xml_writer(std::ostream& os, int flags, const char* tab, const char* nl)
     : c_xml_writer(os, tab, nl) {
   if ((flags & (include_xml_decl | include_standalone)) == 0) return;
-  os_ << "<?xml version=\"1.0\" encoding=\"UTF-8\"";
-  if ((flags & include_standalone) != 0) os_ << " standalone=\"yes\"";
-  os_ << "?>" << newline_;
+  os << "<?xml version=\"1.0\" encoding=\"UTF-8\"";
+  if ((flags & include_standalone) != 0) os << " standalone=\"yes\"";
+  os << "?>" << state_->newline_;
 }
 
 c_xml_writer::~c_xml_writer() = default;
@@ -79,67 +83,101 @@ elmx_error c_xml_writer::user_handle_error(elmx_error error) { return error; }
 
 std::string& c_xml_writer::get_error_message(std::string* out) const {
   out->clear();
-  if (last_error_ != elmx_ok) out->append("'").append(error_item_name_).append("'-");
-  return out->append(get_error_description(last_error_));
+  if (state_->last_error_ != elmx_ok)
+    out->append("'").append(state_->error_item_name_).append("'-");
+  return out->append(get_error_description(state_->last_error_));
 }
 
-const char* c_xml_writer::endl() { return newline_; }
+const char* c_xml_writer::endl() { return state_->newline_; }
 
 void c_xml_writer::nest() {
-  block_.flush();
-  os_ << tab_;
+  state_->block_.flush();
+  state_->os_ << state_->tab_;
 }
 
 std::ostream& c_xml_writer::operator()(bool nest) {
-  block_.flush();
+  state_->block_.flush();
   if (nest) {
-    for (int level = 0; level < depth_; ++level) this->nest();
+    for (int level = 0; level < state_->depth_; ++level) this->nest();
   }
-  return os_;
+  return state_->os_;
 }
 
+void c_xml_writer::indent() { state_->indent(); }
+
+void c_xml_writer::undent() { state_->undent(); }
+
 void c_xml_writer::add_namespace(const std::string& prefix, const std::string& uri) {
-  namespaces_.emplace_back(prefix, uri);
+  state_->namespaces_.emplace_back(prefix, uri);
 }
 
 void c_xml_writer::add_default_namespace(const std::string& uri) { add_namespace({}, uri); }
 
 void c_xml_writer::add_schema_location(const std::string& ns, const std::string& location) {
-  schema_locations_.emplace_back(ns, location);
+  state_->schema_locations_.emplace_back(ns, location);
 }
 
 void c_xml_writer::add_no_namespace_schema_location(const std::string& location) {
   add_schema_location({}, location);
 }
 
+void c_xml_writer::conditionally_select_ns_map(const s_ns_map* map) {
+  state_->conditionally_select_ns_map(map);
+}
+
+void c_xml_writer::conditionally_write_ns_attrs(bool need_xsi) {
+  state_->conditionally_write_ns_attrs(need_xsi);
+}
+
 void c_xml_writer::reenable_ns_map_output() {
-  ns_map_ = nullptr;
-  ns_attrs_written_ = false;
+  state_->ns_map_ = nullptr;
+  state_->ns_attrs_written_ = false;
 }
 
 const char* c_xml_writer::get_namespace_prefix(const std::string& uri) const {
-  for (const s_ns_map* row = ns_map_; row != nullptr && row->uri != nullptr; ++row) {
+  for (const s_ns_map* row = state_->ns_map_; row != nullptr && row->uri != nullptr; ++row) {
     if (uri == row->uri) return row->prefix;
   }
-  for (const auto& [prefix, added_uri] : namespaces_) {
+  for (const auto& [prefix, added_uri] : state_->namespaces_) {
     if (uri == added_uri) return prefix.c_str();
   }
   return nullptr;
 }
 
+const char* c_xml_writer::get_expected_class_identity() const {
+  return state_->expected_class_identity_;
+}
+
+void c_xml_writer::set_expected_class_identity(const char* identity) {
+  state_->expected_class_identity_ = identity;
+}
+
+void c_xml_writer::clear_expected_class_identity() { state_->expected_class_identity_ = nullptr; }
+
+void c_xml_writer::set_exact(bool is_exact) { state_->block_.set_exact(is_exact); }
+
 elmx_error c_xml_writer::handle_error(elmx_error error, const std::string& item_name,
                                       const char* file, int line) {
   // What the handler does may end the run or write on the stream, which so far has to be whole.
-  block_.flush();
-  last_error_ = error;
-  error_item_name_ = item_name;
-  last_error_ = user_handle_error(error, item_name, file, line);
-  return last_error_;
+  state_->block_.flush();
+  state_->last_error_ = error;
+  state_->error_item_name_ = item_name;
+  state_->last_error_ = user_handle_error(error, item_name, file, line);
+  return state_->last_error_;
 }
 
+const std::string& c_xml_writer::get_error_item_name() const { return state_->error_item_name_; }
+
 bool c_xml_writer::get_error_info(elmx_error_type* type, elmx_error* error, int* line) {
-  return error_.get_error_info(type, error, line);
+  return state_->error_.get_error_info(type, error, line);
 }
+
+// --- Lines --------------------------------------------------------------------------------------
+
+namespace internal {
+
+WriterState::WriterState(c_xml_writer& face, std::ostream& os, const char* tab, const char* newline)
+    : face_(face), os_(os), tab_(tab), newline_(newline), block_(os) {}
 
 // nest() and endl() may be overridden, and an override may write on the stream by any way that it
 // knows, call the base class or not, and behave differently each time. No probing call can rule
@@ -147,9 +185,9 @@ bool c_xml_writer::get_error_info(elmx_error_type* type, elmx_error* error, int*
 // nothing. Only then is indentation appended to the block without a virtual call; a subclass of
 // any kind gets its calls, with the stream up to date before each. The constructor is too early to
 // ask, since an object under construction has the type of the base.
-void c_xml_writer::enter_scope() {
+void WriterState::enter_scope() {
   exceptions_at_entry_ = std::uncaught_exceptions();
-  is_plain_ = typeid(*this) == typeid(c_xml_writer);
+  is_plain_ = typeid(face_) == typeid(c_xml_writer);
   if (!is_plain_) return;
   newline_size_ = std::strlen(newline_);
   tab_size_ = std::strlen(tab_);
@@ -162,7 +200,7 @@ void c_xml_writer::enter_scope() {
   }
 }
 
-void c_xml_writer::leave_scope() {
+void WriterState::leave_scope() {
   is_plain_ = false;
   plain_depth_ = -1;
   if (std::uncaught_exceptions() == exceptions_at_entry_) return block_.flush();
@@ -173,20 +211,20 @@ void c_xml_writer::leave_scope() {
   }
 }
 
-void c_xml_writer::begin_deep_line() {
+void WriterState::begin_deep_line() {
   if (!is_plain_) {
-    (*this)(true);
+    face_(true);
     return;
   }
   for (int level = 0; level < depth_; ++level) block_.append({tab_, tab_size_});
 }
 
-void c_xml_writer::end_line_through_hook() {
+void WriterState::end_line_through_hook() {
   block_.flush();
-  os_ << endl();
+  os_ << face_.endl();
 }
 
-void c_xml_writer::write_ns_attrs(bool need_xsi) {
+void WriterState::write_ns_attrs(bool need_xsi) {
   for (const s_ns_map* row = ns_map_; row != nullptr && row->uri != nullptr; ++row) {
     append_ns_attr(row->prefix, row->uri);
   }
@@ -198,7 +236,7 @@ void c_xml_writer::write_ns_attrs(bool need_xsi) {
   block_.flush();
 }
 
-void c_xml_writer::append_ns_attr(std::string_view prefix, std::string_view uri) {
+void WriterState::append_ns_attr(std::string_view prefix, std::string_view uri) {
   block_.append(" xmlns");
   if (!prefix.empty()) {
     block_.append(':');
@@ -209,7 +247,7 @@ void c_xml_writer::append_ns_attr(std::string_view prefix, std::string_view uri)
   block_.append('"');
 }
 
-void c_xml_writer::append_schema_locations() {
+void WriterState::append_schema_locations() {
   const auto& [first_namespace, first_location] = schema_locations_.front();
   if (first_namespace.empty()) {
     block_.append(" xsi:noNamespaceSchemaLocation=\"");
@@ -226,6 +264,10 @@ void c_xml_writer::append_schema_locations() {
   }
   block_.append('"');
 }
+
+}  // namespace internal
+
+// --- Manipulators -------------------------------------------------------------------------------
 
 std::ostream& operator<<(std::ostream& os, const c_as_xml<std::wstring>& text) {
   return write_escaped(os, text.get());

@@ -2,15 +2,11 @@
 // attributes of one marshalling run, and the manipulators turn values into XML text.
 #pragma once
 
-#include <cstddef>
+#include <memory>
 #include <ostream>
 #include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
 
 #include "lmx/errors.h"
-#include "lmx/internal/write_block.h"
 #include "port/export.h"
 
 namespace lmx {
@@ -18,11 +14,11 @@ namespace lmx {
 struct s_ns_map;
 
 namespace internal {
-class MarshalScope;
+class WriterState;
 }
 
 // One object for one marshalling run on one thread. It knows no elements: the model prints tags and
-// values, either on the stream that operator() hands out or, inside the library, on block().
+// values, either on the stream that operator() hands out.
 // The writer never looks at the stream's state; a stream's exceptions pass through.
 class ZOL_API c_xml_writer {
  public:
@@ -53,10 +49,8 @@ class ZOL_API c_xml_writer {
 
   // The stream, with every byte written so far in it; with true, after one nest() for each level.
   std::ostream& operator()(bool nest);
-  void indent() { ++depth_; }
-  void undent() {
-    if (depth_ > 0) --depth_;
-  }
+  void indent();
+  void undent();
 
   // Neither looks for duplicates. What is added after the namespace attributes were written is not
   // written unless reenable_ns_map_output() is called. Texts go out without escapes.
@@ -66,14 +60,10 @@ class ZOL_API c_xml_writer {
   void add_no_namespace_schema_location(const std::string& location);
 
   // The first map offered wins. It is not copied.
-  void conditionally_select_ns_map(const s_ns_map* map) {
-    if (ns_map_ == nullptr) ns_map_ = map;
-  }
+  void conditionally_select_ns_map(const s_ns_map* map);
   // Writes the namespace attributes of a start tag, once. A first schema location with an empty
   // namespace becomes xsi:noNamespaceSchemaLocation, and the other locations are left out.
-  void conditionally_write_ns_attrs(bool need_xsi) {
-    if (!ns_attrs_written_) write_ns_attrs(need_xsi);
-  }
+  void conditionally_write_ns_attrs(bool need_xsi);
   void reenable_ns_map_output();
   // The selected map is asked first, then the added namespaces. Null if none has the URI. The text
   // lives as long as the map, or until a namespace is added.
@@ -81,89 +71,27 @@ class ZOL_API c_xml_writer {
 
   // The class that a reader will expect of the next element without xsi:type. The pointer's target
   // is never looked at.
-  const char* get_expected_class_identity() const { return expected_class_identity_; }
-  void set_expected_class_identity(const char* identity) { expected_class_identity_ = identity; }
-  void clear_expected_class_identity() { expected_class_identity_ = nullptr; }
+  const char* get_expected_class_identity() const;
+  void set_expected_class_identity(const char* identity);
+  void clear_expected_class_identity();
 
   // From now on the model is written so that nothing is lost: numbers with as many digits as they
   // need, carriage returns in texts and all white space but blanks in attributes as references.
-  void set_exact(bool is_exact) { block_.set_exact(is_exact); }
+  void set_exact(bool is_exact);
 
   // Records the error, asks user_handle_error and records and returns its answer.
   elmx_error handle_error(elmx_error error, const std::string& item_name, const char* file,
                           int line);
-  const std::string& get_error_item_name() const { return error_item_name_; }
+  const std::string& get_error_item_name() const;
   bool get_error_info(elmx_error_type* type, elmx_error* error, int* line);
 
-  // The library's own road, for use while an internal::MarshalScope lives. It writes the same bytes
-  // as streaming through operator() would, and both may alternate: operator() flushes the block.
-  internal::WriteBlock& block() { return block_; }
-  // The indentation of a line, as from operator()(true), and its end.
-  void begin_line() {
-    if (depth_ > plain_depth_) return begin_deep_line();
-    block_.append_stamp(indentation_, static_cast<std::size_t>(depth_) * tab_size_);
-  }
-  void end_line() {
-    if (!is_plain_) return end_line_through_hook();
-    block_.append({newline_, newline_size_});
-  }
-
  private:
-  friend class internal::MarshalScope;
+  friend class internal::WriterState;
 
-  using StringPairs = std::vector<std::pair<std::string, std::string>>;
-
-  void enter_scope();
-  void leave_scope();
-  void begin_deep_line();
-  void end_line_through_hook();
-  void write_ns_attrs(bool need_xsi);
-  void append_ns_attr(std::string_view prefix, std::string_view uri);
-  void append_schema_locations();
-
-  std::ostream& os_;
-  int depth_ = 0;
-  const char* tab_;
-  const char* newline_;
-  bool ns_attrs_written_ = false;
-  c_error error_;
-  elmx_error last_error_ = elmx_ok;
-  std::string error_item_name_;
-  const s_ns_map* ns_map_ = nullptr;
-  StringPairs namespaces_;
-  StringPairs schema_locations_;
-  const char* expected_class_identity_ = nullptr;
-
-  // True inside a scope if no hook can be overridden; see enter_scope().
-  bool is_plain_ = false;
-  int plain_depth_ = -1;  // the levels that fit in indentation_
-  int scope_depth_ = 0;
-  int exceptions_at_entry_ = 0;
-  std::size_t tab_size_ = 0;
-  std::size_t newline_size_ = 0;
-  char indentation_[internal::WriteBlock::k_stamp] = {};
-  internal::WriteBlock block_;
+  std::unique_ptr<internal::WriterState> state_;
 };
 
 namespace internal {
-
-// Stands in every marshal function that writes on block(). When the outermost one ends, by a
-// result or by an exception, the stream has every byte. Only then, and only if nothing is thrown
-// already, may the destructor throw: what the stream throws.
-class MarshalScope {
- public:
-  explicit MarshalScope(c_xml_writer& writer) : writer_(writer) {
-    if (writer_.scope_depth_++ == 0) writer_.enter_scope();
-  }
-  ~MarshalScope() noexcept(false) {
-    if (--writer_.scope_depth_ == 0) writer_.leave_scope();
-  }
-  MarshalScope(const MarshalScope&) = delete;
-  MarshalScope& operator=(const MarshalScope&) = delete;
-
- private:
-  c_xml_writer& writer_;
-};
 
 // The reference that a manipulator holds; it lives for one stream expression.
 template <class T>

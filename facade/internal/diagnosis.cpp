@@ -11,6 +11,8 @@
 #include "facade/internal/source_text.h"
 #include "lmx/entities.h"
 #include "lmx/internal/number_text.h"
+#include "lmx/internal/reader_state.h"
+#include "lmx/internal/tokeniser.h"
 #include "lmx/reader.h"
 #include "model/Zol.h"
 #include "model/internal/document_namespace.h"
@@ -308,7 +310,9 @@ class Walk : public lmx::c_xml_reader_memory {
 
   // --- Places
   std::size_t at() const { return static_cast<std::size_t>(bytes_read()); }
-  std::size_t reference() { return getter().get_entity_stack_depth() == 0 ? k_none : at(); }
+  std::size_t reference() {
+    return tokeniser().getter().get_entity_stack_depth() == 0 ? k_none : at();
+  }
   Place tag_place(const Level& level) const;
   // Of the tag or text at hand.
   Place here();
@@ -1574,7 +1578,7 @@ bool Walk::fetch_content(const Level& level, const Row& row, elmx_error bracket_
     const std::size_t from = at();
     if (is_good) {
       if (!is_bare_bracket(level)) break;
-      getter().get();
+      tokeniser().getter().get();
     }
     is_good = get_element_value(&value, lmx::elmx_preserve, true);
     if (!is_good && at() == from) break;

@@ -11,6 +11,7 @@
 
 #include "facade/check.h"
 #include "facade/internal/source_text.h"
+#include "lmx/internal/tokeniser.h"
 #include "lmx/reader.h"
 
 namespace zol_v2 {
@@ -109,7 +110,7 @@ class Search : public lmx::c_xml_reader_memory {
   std::size_t at() const { return static_cast<std::size_t>(bytes_read()); }
   // What stands in an entity has the place of the reference.
   Span tag_from(std::size_t before) {
-    if (getter().get_entity_stack_depth() != 0) return source_.reference_before(at());
+    if (tokeniser().getter().get_entity_stack_depth() != 0) return source_.reference_before(at());
     return source_.tag_head(source_.skip_to_content(before));
   }
 

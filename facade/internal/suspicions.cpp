@@ -7,6 +7,7 @@
 #include "facade/internal/diagnosis.h"
 #include "lmx/internal/lexical.h"
 #include "lmx/internal/number_text.h"
+#include "lmx/internal/reader_state.h"
 #include "lmx/reader.h"
 #include "model/Zol.h"
 #include "model/internal/object.h"

@@ -4,11 +4,14 @@
 #include <cstddef>
 #include <iosfwd>
 #include <string>
+#include <string_view>
+#include <type_traits>
 
 #include "lmx/errors.h"
 #include "model/internal/object.h"
 #include "model/internal/walkers.h"
 #include "port/export.h"
+#include "port/narrow_text.h"
 
 namespace zol_v2::internal {
 
@@ -33,16 +36,24 @@ class ZOL_API Polymorphic : public Object {
   virtual lmx::elmx_error unmarshal(lmx::c_xml_reader& reader, const std::string& name);
 };
 
+template <class T>
+using IfPath = std::enable_if_t<zol::port::IsPath<T>::value, int>;
+
 // An element as a document of its own.
 template <class T>
 class Document {
  public:
   static const lmx::s_ns_map* ns_map() { return document_ns_map(); }
 
+  // A path is in the encoding of the system's own calls, or a std::filesystem::path.
   // 1: the file cannot be opened. A failed marshal leaves no file and the string as it was; a
   // stream keeps the partial text.
   lmx::elmx_error marshal(const char* file) const {
     return marshal_document(self(), T::k_class, file);
+  }
+  template <class Path, IfPath<Path> = 0>
+  lmx::elmx_error marshal(const Path& path) const {
+    return marshal(path.string().c_str());
   }
   lmx::elmx_error marshal(std::string* out) const {
     return marshal_document(self(), T::k_class, out);
@@ -59,6 +70,14 @@ class Document {
     return unmarshal_memory(self(), T::k_class, buffer, size);
   }
   lmx::elmx_error unmarshal(const std::string& text) { return unmarshal(text.data(), text.size()); }
+  template <class Text, std::enable_if_t<std::is_same_v<Text, std::string_view>, int> = 0>
+  lmx::elmx_error unmarshal(Text text) {
+    return unmarshal(text.data(), text.size());
+  }
+  template <class Path, IfPath<Path> = 0>
+  lmx::elmx_error unmarshal(const Path& path) {
+    return unmarshal(path.string().c_str());
+  }
   lmx::elmx_error unmarshal(lmx::c_xml_reader& reader) {
     return unmarshal_document(self(), T::k_class, reader);
   }

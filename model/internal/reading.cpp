@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "lmx/internal/pool.h"
+#include "lmx/internal/reader_state.h"
 #include "lmx/reader.h"
 #include "model/internal/document_namespace.h"
 #include "model/internal/object.h"

@@ -19,6 +19,7 @@
 
 #include "lmx/internal/byte_buffer.h"
 #include "lmx/internal/pool.h"
+#include "lmx/internal/reader_state.h"
 #include "lmx/internal/transcode.h"
 #include "lmx/reader.h"
 #include "lmx/tokeniser.h"

@@ -4,6 +4,7 @@
 
 #include "lmx/internal/lexical.h"
 #include "lmx/internal/write_block.h"
+#include "lmx/internal/writer_state.h"
 #include "lmx/writer.h"
 #include "model/internal/document_namespace.h"
 #include "model/internal/object.h"
@@ -13,6 +14,7 @@ namespace zol_v2::internal {
 using lmx::c_xml_writer;
 using lmx::elmx_error;
 using lmx::internal::WriteBlock;
+using lmx::internal::WriterState;
 
 namespace {
 
@@ -53,7 +55,7 @@ const void* value_of(const Slot& slot, Kind kind) {
 }
 
 template <class Write>
-void write_line(c_xml_writer& writer, const Row& row, const Write& write) {
+void write_line(WriterState& writer, const Row& row, const Write& write) {
   writer.begin_line();
   WriteBlock& block = writer.block();
   open_tag(block, row.full_name());
@@ -63,7 +65,7 @@ void write_line(c_xml_writer& writer, const Row& row, const Write& write) {
   writer.end_line();
 }
 
-void write_foreign(c_xml_writer& writer, const PointerList& list) {
+void write_foreign(WriterState& writer, const PointerList& list) {
   for (const void* const entry : list) {
     writer.begin_line();
     writer.block().append(std::string_view(static_cast<const AnyElement*>(entry)->text));
@@ -71,25 +73,25 @@ void write_foreign(c_xml_writer& writer, const PointerList& list) {
   }
 }
 
-void write_type(const Class& type, c_xml_writer& writer) {
-  const char* const expected = writer.get_expected_class_identity();
+void write_type(const Class& type, WriterState& writer) {
+  const char* const expected = writer.expected_class_identity();
   if (expected == nullptr || expected == *type.identity) return;
   WriteBlock& block = writer.block();
   block.append(std::string_view(" xsi:type=\"Zol:"));
   block.append(std::string_view(type.type_name));
   block.append('"');
-  writer.clear_expected_class_identity();
+  writer.set_expected_class_identity(nullptr);
 }
 
 // The described form, which loses a little of some values, or the exact one. Which of them is
 // settled once for an element and not for each value.
 template <bool is_exact>
 struct ElementWriter {
-  static void write_simple(c_xml_writer& writer, const Row& row, const void* field) {
+  static void write_simple(WriterState& writer, const Row& row, const void* field) {
     write_line(writer, row, [&](WriteBlock& block) { write_value(block, row, field); });
   }
 
-  static elmx_error write_list(c_xml_writer& writer, const Row& row, const PointerList& list) {
+  static elmx_error write_list(WriterState& writer, const Row& row, const PointerList& list) {
     for (const void* const entry : list) {
       if (row.is_simple()) {
         write_simple(writer, row, entry);
@@ -101,7 +103,7 @@ struct ElementWriter {
     return lmx::elmx_ok;
   }
 
-  static elmx_error write_row(const Object& self, c_xml_writer& writer, const Row& row) {
+  static elmx_error write_row(const Object& self, WriterState& writer, const Row& row) {
     if (row.kind == Kind::foreign) {
       write_foreign(writer, row.field<PointerList>(self));
       return lmx::elmx_ok;
@@ -125,7 +127,7 @@ struct ElementWriter {
                         row.full_name());
   }
 
-  static elmx_error write_rows(const Object& self, const Class& type, c_xml_writer& writer) {
+  static elmx_error write_rows(const Object& self, const Class& type, WriterState& writer) {
     if (type.base != nullptr) {
       if (const elmx_error error = write_rows(self, *type.base, writer)) return error;
     }
@@ -136,14 +138,15 @@ struct ElementWriter {
   }
 
   // 7 goes through the writer's handler: a choice that cannot be written.
-  static elmx_error write_alternative(const Object& self, const Class& type, c_xml_writer& writer) {
+  static elmx_error write_alternative(const Object& self, const Class& type, WriterState& writer) {
     const Rows rows = type.alternatives();
     const int chosen = Head::chosen(self);
     if (chosen < 0 || chosen >= rows.last - rows.first) {
       const std::string item = type.shape == Shape::choice   ? std::string("Zol:") + type.name
                                : type.shape == Shape::holder ? type.name
                                                              : "";
-      return writer.handle_error(lmx::elmx_bad_choice, item, k_model_source, rows.first->line);
+      return writer.face().handle_error(lmx::elmx_bad_choice, item, k_model_source,
+                                        rows.first->line);
     }
     const Row& row = rows.first[chosen];
     const Slot& slot = row.field<Slot>(self);
@@ -157,7 +160,7 @@ struct ElementWriter {
     if (slot.object == nullptr) return lmx::elmx_type_not_set;
     // Where a derived type may stand, the member has to say so.
     if (row.named_type != NamedType::no) writer.set_expected_class_identity(*row.type->identity);
-    return type.family->marshal(*slot.object, writer, row.tag);
+    return type.family->marshal(*slot.object, writer.face(), row.tag);
   }
 
   static void write_attributes(const Object& self, const Class& type, WriteBlock& block) {
@@ -172,7 +175,7 @@ struct ElementWriter {
     }
   }
 
-  static elmx_error write_tagged(const Object& self, const Class& type, c_xml_writer& writer,
+  static elmx_error write_tagged(const Object& self, const Class& type, WriterState& writer,
                                  std::string_view tag) {
     if (!is_occurs_ok(self, type)) return lmx::elmx_occurs_on_marshal;
     const lmx::internal::MarshalScope scope(writer);
@@ -290,8 +293,9 @@ struct ElementWriter {
 
 elmx_error write_element(const Object& self, const Class& type, c_xml_writer& writer,
                          const char* name) {
-  return writer.block().is_exact() ? ElementWriter<true>::write_tagged(self, type, writer, name)
-                                   : ElementWriter<false>::write_tagged(self, type, writer, name);
+  WriterState& state = WriterState::of(writer);
+  return state.block().is_exact() ? ElementWriter<true>::write_tagged(self, type, state, name)
+                                  : ElementWriter<false>::write_tagged(self, type, state, name);
 }
 
 }  // namespace zol_v2::internal

@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 #include <iomanip>
 #include <random>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "lmx/internal/lexical.h"
 
@@ -167,6 +170,15 @@ TEST(BinaryTest, HoldsBytes) {
   EXPECT_TRUE(c_binary().equal(nullptr, 0));
   value.set(nullptr, 0);
   EXPECT_EQ(value.size(), 0u);
+}
+
+TEST(BinaryTest, OrdersAsADictionary) {
+  const std::set<c_binary> sorted = {bytes("b"), bytes("ab"), bytes(""), bytes("a"), bytes("\xFF")};
+  const std::vector<c_binary> expected = {bytes(""), bytes("a"), bytes("ab"), bytes("b"),
+                                          bytes("\xFF")};
+  EXPECT_TRUE(std::equal(sorted.begin(), sorted.end(), expected.begin(), expected.end()));
+  EXPECT_EQ(std::hash<c_binary>()(bytes("ab")), std::hash<c_binary>()(bytes("ab")));
+  EXPECT_NE(std::hash<c_binary>()(bytes("ab")), std::hash<c_binary>()(bytes("ba")));
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "lmx/internal/lexical.h"
@@ -552,6 +553,17 @@ TEST(DurationTest, Order) {
     EXPECT_EQ(a < b, row.order == '<' || row.order == '!') << what;
     EXPECT_EQ(a <= b, row.order == '<' || row.order == '=' || row.order == '!') << what;
   }
+}
+
+TEST(DateTest, AreKeysOfTables) {
+  const std::unordered_set<c_datetime> dates = {c_datetime("2005-06-07T08:09:10Z"),
+                                                c_datetime("2005-06-07T08:09:10+01:00"),
+                                                c_datetime("2005-06-07T08:09:10.5Z")};
+  // The zone takes no part in ==.
+  EXPECT_EQ(dates.size(), 2u);
+  EXPECT_EQ(dates.count(c_datetime("2005-06-07T08:09:10")), 1u);
+  EXPECT_EQ(dates.count(c_datetime("2005-06-07T08:10:09")), 0u);
+  EXPECT_EQ(std::hash<c_time>()(c_time("00:00:00")), std::hash<c_time>()(c_time("00:00:00.0Z")));
 }
 
 }  // namespace

@@ -324,6 +324,8 @@ TEST(DecimalTest, OrdersByItsOwnRule) {
     EXPECT_EQ(a >= b, row.order != '<') << row.a << " " << row.b;
     EXPECT_EQ(a < b, row.order == '<') << row.a << " " << row.b;
     EXPECT_EQ(a <= b, row.order != '>') << row.a << " " << row.b;
+    EXPECT_EQ(std::hash<c_decimal>()(a) == std::hash<c_decimal>()(b), row.order == '=')
+        << row.a << " " << row.b;
   }
 }
 

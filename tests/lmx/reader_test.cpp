@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "lmx/internal/reader_state.h"
 #include "lmx/xml_support.h"
 #include "support/processor_time.h"
 

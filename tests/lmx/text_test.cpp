@@ -323,6 +323,11 @@ TEST(TextTest, SmallHelpers) {
   ct_qname<std::string> narrow;
   make_qname(&narrow, "p:l", "urn:n", "l");
   EXPECT_EQ(narrow.get_namespace() + "|" + narrow.get_local_name(), "urn:n|l");
+  EXPECT_LT(ct_qname<std::string>("urn:m", "z"), narrow);
+  EXPECT_LT(ct_qname<std::string>("urn:n", "k"), narrow);
+  EXPECT_FALSE(narrow < ct_qname<std::string>(narrow));
+  EXPECT_EQ(std::hash<ct_qname<std::string>>()(narrow),
+            std::hash<ct_qname<std::string>>()(ct_qname<std::string>("urn:n", "l")));
   std::string full;
   make_qname(&full, "p:l", "urn:n", "l");
   EXPECT_EQ(full, "p:l");

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "lmx/internal/string_sink.h"
+#include "lmx/internal/writer_state.h"
 #include "lmx/names.h"
 #include "lmx/text.h"
 
@@ -38,8 +39,9 @@ std::string through_block(const Append& append) {
   std::ostringstream stream;
   c_xml_writer writer(stream, "\t", "\n");
   {
-    internal::MarshalScope scope(writer);
-    append(writer.block());
+    internal::WriterState& state = internal::WriterState::of(writer);
+    internal::MarshalScope scope(state);
+    append(state.block());
   }
   return stream.str();
 }
@@ -337,17 +339,18 @@ TEST(WriteBlockTest, WritesNumbersAsTheStreamWould) {
     if (is_fixed) stream << std::fixed << std::hex << std::showbase;
     c_xml_writer writer(stream, "\t", "\n");
     {
-      internal::MarshalScope scope(writer);
+      internal::WriterState& state = internal::WriterState::of(writer);
+      internal::MarshalScope scope(state);
       for (double value : {0.0512, 0.0, 1e300, std::nan(""), -2.5}) {
         expected << c_as_xml<double>(value) << ' ' << c_as_xml<float>(static_cast<float>(value));
-        writer.block().append_number(value);
-        writer.block().append(' ');
-        writer.block().append_number(static_cast<float>(value));
+        state.block().append_number(value);
+        state.block().append(' ');
+        state.block().append_number(static_cast<float>(value));
       }
       for (std::int64_t value :
            {std::int64_t{0}, std::int64_t{-17}, std::numeric_limits<std::int64_t>::min()}) {
         expected << value;
-        writer.block().append_integer(value);
+        state.block().append_integer(value);
       }
     }
     EXPECT_EQ(stream.str(), expected.str());
@@ -386,22 +389,23 @@ TEST(WriteBlockTest, LosesNothingWhereItIsFull) {
 
 // A little model: an element with a child of simple content, written by the library's own road.
 void marshal(c_xml_writer& writer, int depth) {
-  internal::MarshalScope scope(writer);
-  internal::WriteBlock& block = writer.block();
-  writer.begin_line();
+  internal::WriterState& state = internal::WriterState::of(writer);
+  internal::MarshalScope scope(state);
+  internal::WriteBlock& block = state.block();
+  state.begin_line();
   block.append("<e>");
-  writer.end_line();
+  state.end_line();
   writer.indent();
-  writer.begin_line();
+  state.begin_line();
   block.append("<v>");
   block.append_number(0.25);
   block.append("</v>");
-  writer.end_line();
+  state.end_line();
   if (depth > 0) marshal(writer, depth - 1);
   writer.undent();
-  writer.begin_line();
+  state.begin_line();
   block.append("</e>");
-  writer.end_line();
+  state.end_line();
 }
 
 const char k_two_levels[] = "<e>\n\t<v>0.25</v>\n\t<e>\n\t\t<v>0.25</v>\n\t</e>\n</e>\n";
@@ -421,11 +425,12 @@ TEST(MarshalScopeTest, IndentsAsDeepAsItMust) {
     c_xml_writer writer(stream, tab, "\r\n");
     std::string expected;
     std::string indentation;
-    internal::MarshalScope scope(writer);
+    internal::WriterState& state = internal::WriterState::of(writer);
+    internal::MarshalScope scope(state);
     for (int depth = 0; depth < 70; ++depth) {
-      writer.begin_line();
-      writer.block().append('x');
-      writer.end_line();
+      state.begin_line();
+      state.block().append('x');
+      state.end_line();
       writer.indent();
       expected += indentation + "x\r\n";
       indentation += tab;
@@ -440,19 +445,20 @@ TEST(MarshalScopeTest, AlternatesWithTheStream) {
   c_xml_writer writer(stream, "\t", "\n");
   writer.conditionally_select_ns_map(k_map);
   {
-    internal::MarshalScope scope(writer);
+    internal::WriterState& state = internal::WriterState::of(writer);
+    internal::MarshalScope scope(state);
     std::ostream& taken = writer(true);
     taken << "<a";
     writer.conditionally_write_ns_attrs(false);
     taken << ">" << writer.endl();
     writer.indent();
-    writer.begin_line();
-    writer.block().append("<b/>");
-    writer.end_line();
+    state.begin_line();
+    state.block().append("<b/>");
+    state.end_line();
     writer(true) << "<c/>" << writer.endl();
-    writer.block().append("<d/>");
+    state.block().append("<d/>");
     writer(false) << "|";
-    writer.block().append("<e/>");
+    state.block().append("<e/>");
     EXPECT_EQ(writer.handle_error(elmx_bad_choice, "x", "", 0), elmx_bad_choice);
     EXPECT_EQ(stream.str(), "<a xmlns:Zol=\"urn:zol\">\n\t<b/>\n\t<c/>\n<d/>|<e/>");
   }
@@ -517,9 +523,10 @@ TEST(MarshalScopeTest, KeepsTheBytesBeforeAnException) {
   std::ostringstream stream;
   c_xml_writer writer(stream, "\t", "\n");
   const auto run = [&writer] {
-    internal::MarshalScope outer(writer);
-    writer.block().append("before");
-    internal::MarshalScope inner(writer);
+    internal::WriterState& state = internal::WriterState::of(writer);
+    internal::MarshalScope outer(state);
+    state.block().append("before");
+    internal::MarshalScope inner(state);
     throw std::runtime_error("handler");
   };
   EXPECT_THROW(run(), std::runtime_error);
@@ -544,8 +551,9 @@ TEST(MarshalScopeTest, PassesTheExceptionsOfTheStream) {
   EXPECT_THROW(marshal(writer, 1), std::ios_base::failure);
   stream.clear();
   const auto run = [&writer] {
-    internal::MarshalScope scope(writer);
-    writer.block().append("lost");
+    internal::WriterState& state = internal::WriterState::of(writer);
+    internal::MarshalScope scope(state);
+    state.block().append("lost");
     throw std::runtime_error("first");
   };
   EXPECT_THROW(run(), std::runtime_error);
