@@ -112,10 +112,14 @@ ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_base64<c_binary>& 
 
 }  // namespace lmx
 
+namespace std {
+
 template <>
-struct std::hash<lmx::c_binary> {
+struct hash<lmx::c_binary> {
   std::size_t operator()(const lmx::c_binary& value) const noexcept {
     return std::hash<std::string_view>()(
         {reinterpret_cast<const char*>(value.bytes_.data()), value.bytes_.size()});
   }
 };
+
+}  // namespace std

@@ -296,21 +296,25 @@ using tc_datetime = c_datetime;
 
 }  // namespace lmx
 
+namespace std {
+
 // As == has it: the zone takes no part. A c_duration has no hash, since it has no such order
 // either.
 template <>
-struct std::hash<lmx::c_datetime> : lmx::internal::DateHash {};
+struct hash<lmx::c_datetime> : lmx::internal::DateHash {};
 template <>
-struct std::hash<lmx::c_time> : lmx::internal::DateHash {};
+struct hash<lmx::c_time> : lmx::internal::DateHash {};
 template <>
-struct std::hash<lmx::c_date> : lmx::internal::DateHash {};
+struct hash<lmx::c_date> : lmx::internal::DateHash {};
 template <>
-struct std::hash<lmx::c_gyearmonth> : lmx::internal::DateHash {};
+struct hash<lmx::c_gyearmonth> : lmx::internal::DateHash {};
 template <>
-struct std::hash<lmx::c_gyear> : lmx::internal::DateHash {};
+struct hash<lmx::c_gyear> : lmx::internal::DateHash {};
 template <>
-struct std::hash<lmx::c_gmonthday> : lmx::internal::DateHash {};
+struct hash<lmx::c_gmonthday> : lmx::internal::DateHash {};
 template <>
-struct std::hash<lmx::c_gday> : lmx::internal::DateHash {};
+struct hash<lmx::c_gday> : lmx::internal::DateHash {};
 template <>
-struct std::hash<lmx::c_gmonth> : lmx::internal::DateHash {};
+struct hash<lmx::c_gmonth> : lmx::internal::DateHash {};
+
+}  // namespace std

@@ -210,8 +210,10 @@ ZOL_API std::ostream& operator<<(std::ostream& os, const c_decimal& value);
 
 }  // namespace lmx
 
+namespace std {
+
 template <>
-struct std::hash<lmx::c_big_int> {
+struct hash<lmx::c_big_int> {
   std::size_t operator()(const lmx::c_big_int& value) const noexcept {
     return std::hash<std::string>()(value.text_);
   }
@@ -219,8 +221,10 @@ struct std::hash<lmx::c_big_int> {
 
 // As == has it: zeros at the end take no part.
 template <>
-struct std::hash<lmx::c_decimal> {
+struct hash<lmx::c_decimal> {
   std::size_t operator()(const lmx::c_decimal& value) const noexcept {
     return lmx::internal::hash_decimal(value);
   }
 };
+
+}  // namespace std

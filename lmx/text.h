@@ -186,9 +186,13 @@ ZOL_API void make_qname(ct_qname<std::wstring>* out, const std::string& full_nam
 
 }  // namespace lmx
 
+namespace std {
+
 template <class S>
-struct std::hash<lmx::ct_qname<S>> {
+struct hash<lmx::ct_qname<S>> {
   std::size_t operator()(const lmx::ct_qname<S>& name) const noexcept {
     return std::hash<S>()(name.get_namespace()) * 1000003 + std::hash<S>()(name.get_local_name());
   }
 };
+
+}  // namespace std
