@@ -42,7 +42,7 @@ function(zol_target_defaults target)
     # A document has the same numbers on every processor: none joins a product and a sum in one
     # rounding, and a double is not held in more than its bits.
     target_compile_options(${target} PRIVATE -ffp-contract=off)
-    if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86_64)$")
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86_64|X86)$")
       target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
     endif()
     if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND UNIX)

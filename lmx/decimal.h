@@ -190,7 +190,7 @@ class ZOL_API c_decimal {
     return is_below_zero(value) ? 0 - bits : bits;
   }
 
-  friend std::size_t internal::hash_decimal(const c_decimal& value) noexcept;
+  friend ZOL_API std::size_t internal::hash_decimal(const c_decimal& value) noexcept;
   friend ZOL_API bool operator==(const c_decimal& a, const c_decimal& b);
   friend ZOL_API bool operator>(const c_decimal& a, const c_decimal& b);
 

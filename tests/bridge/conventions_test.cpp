@@ -48,7 +48,7 @@ TEST_F(Bridge, TextIsABstr) {
   std::memcpy(&bytes, reinterpret_cast<const char*>(name) - 4, sizeof bytes);
   EXPECT_EQ(bytes, 4u);
   EXPECT_EQ(std::u16string(name), u"\u65E5x");
-  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(name) % 8, 0u);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(name) % sizeof(void*), 0u);
   zol_text_free(name);
 
   char* const narrow = _CSharp_convert_to_narrow__SWIG_0(u"\U0001F308");
