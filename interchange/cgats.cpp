@@ -8,6 +8,7 @@
 #include <array>
 #include <cctype>
 #include <charconv>
+#include <cmath>
 #include <map>
 #include <numeric>
 #include <set>
@@ -104,6 +105,13 @@ constexpr std::string_view k_identifier = "CGATS.17";
 constexpr std::string_view k_spectral = "SPECTRAL_NM";
 constexpr std::string_view k_norm = "SPECTRAL_NORM";  // what stands for 1 in spectra
 constexpr std::string_view k_status = "Status_";
+constexpr std::string_view k_measured = "MEAS_TYPE";  // whether spectra are of lights
+constexpr std::string_view k_emission = "EMISSION";
+constexpr std::string_view k_emissive_space = "EmissiveSpectral";
+
+bool is_spectral(std::string_view space) {
+  return space == "Spectral" || space == k_emissive_space;
+}
 
 // Keywords that ISO 28178 knows need no declaration.
 constexpr std::string_view k_standard_keywords[] = {"ORIGINATOR",
@@ -143,11 +151,13 @@ bool is_keyword(std::string_view text) {
 struct Sample {
   std::array<std::string, std::size(k_name_fields)> names;
   std::map<std::string, std::string> values;  // by field
+  bool is_of_light = false;
 };
 
 struct Table {
   std::vector<std::string> fields;
   Conditions conditions;
+  bool is_of_lights = false;
   std::vector<Sample> samples;
 };
 
@@ -162,6 +172,7 @@ struct Line {
   bool can_take(const Rendering& rendering) const {
     for (const Rendering* const taken : renderings) {
       if (taken->space == rendering.space || taken->name != rendering.name) return false;
+      if (is_spectral(taken->space) && is_spectral(rendering.space)) return false;
     }
     for (std::size_t i = 0; i < k_conditions; ++i) {
       const bool is_other = conditions.values[i] != rendering.conditions.values[i];
@@ -212,6 +223,7 @@ class CgatsWriter : public RecordWriter {
       line->take(rendering);
       line->sample.values.insert(values.begin(), values.end());
       line->sample.names.back() = rendering.name;
+      line->sample.is_of_light |= rendering.space == k_emissive_space;
     }
     if (lines.empty()) losses().add("colour without a value that fits");
     for (Line& line : lines) add_sample(record, line.conditions, std::move(line.sample));
@@ -238,7 +250,7 @@ class CgatsWriter : public RecordWriter {
       }
       std::string name;
       double factor = 1;
-      if (rendering.space == "Spectral") {
+      if (is_spectral(rendering.space)) {
         name = std::string(k_spectral) + axis;
         if (wavelength_in(name) != axis) name.clear();
       } else {
@@ -248,7 +260,8 @@ class CgatsWriter : public RecordWriter {
           factor = field.factor;
         }
       }
-      if (name.empty() || !values.emplace(name, times(coordinate.number, factor)).second) {
+      const bool is_held = !name.empty() && std::isfinite(coordinate.number);
+      if (!is_held || !values.emplace(name, times(coordinate.number, factor)).second) {
         unheld_.push_back(rendering.space + ' ' + coordinate.axis);
       }
     }
@@ -299,11 +312,15 @@ class CgatsWriter : public RecordWriter {
     std::sort(wavelengths.begin(), wavelengths.end());
     for (auto& [wavelength, name] : wavelengths) fields.push_back(std::move(name));
     for (Table& table : tables_) {
-      if (table.fields != fields || table.conditions != conditions) continue;
+      if (table.fields != fields || table.conditions != conditions ||
+          table.is_of_lights != sample.is_of_light) {
+        continue;
+      }
       table.samples.push_back(std::move(sample));
       return;
     }
-    tables_.push_back({std::move(fields), std::move(conditions), {std::move(sample)}});
+    const bool is_of_light = sample.is_of_light;
+    tables_.push_back({std::move(fields), std::move(conditions), is_of_light, {std::move(sample)}});
   }
 
   static double number_of(const std::string& text) {
@@ -337,7 +354,9 @@ class CgatsWriter : public RecordWriter {
                     line.is_standard, out);
     }
     const std::string& last = table.fields.back();
-    if (last.compare(0, k_spectral.size(), k_spectral) == 0) {
+    if (table.is_of_lights) {
+      print_keyword(k_measured, k_emission, false, out);
+    } else if (last.compare(0, k_spectral.size(), k_spectral) == 0) {
       print_keyword(k_norm, "1", false, out);
     }
     std::array<bool, std::size(k_name_fields)> is_used = {true, true};
@@ -374,6 +393,17 @@ class CgatsWriter : public RecordWriter {
   std::vector<std::string> unheld_;
   std::size_t colors_ = 0;
 };
+
+// Some count in thousandths of a nanometre, as SPEC_300500.
+std::string wavelength_of(const std::string& field) {
+  constexpr std::string_view k_before = "SPEC_";
+  const std::string digits = field.substr(std::min(field.size(), k_before.size()));
+  const bool is_fine = field.compare(0, k_before.size(), k_before) == 0 && digits.size() >= 6 &&
+                       digits.find_first_not_of("0123456789") == std::string::npos;
+  double number = 0;
+  if (!is_fine || !is_number(digits, &number)) return wavelength_in(field);
+  return wavelength_in(number_text(divided(digits, 1000)));
+}
 
 // --- Reading -------------------------------------------------------------------------------------
 
@@ -558,6 +588,10 @@ class CgatsReader {
       divisor_ = norm;
       return true;
     }
+    if (name == k_measured) {
+      emits_ = value != "REFLECTIVE" && value != "TRANSMISSIVE";
+      if (value == k_emission) return true;
+    }
     if (!take_condition(name, value)) keywords_.emplace_back(name, value);
     return true;
   }
@@ -682,9 +716,9 @@ class CgatsReader {
         // Measurements of devices have percent.
         column.factor = is_percent_ && known.space == "RGB" ? 100 : known.factor;
       }
-      const std::string wavelength = wavelength_in(field);
+      const std::string wavelength = wavelength_of(field);
       if (!wavelength.empty()) {
-        column.space = emits_ ? "EmissiveSpectral" : "Spectral";
+        column.space = emits_ ? k_emissive_space : "Spectral";
         column.axis = wavelength;
         column.is_spectral = true;
       }

@@ -41,10 +41,16 @@ void make_device(DeviceType* device, Report* report) {
   report->assume("the instrument is not known");
 }
 
-// The first row that is required and missing.
+// The first row that is required and missing, in the object or in what it holds.
 std::string_view missing_row(ConstRef object) {
   for (const Row row : object.type().rows()) {
     if (row.is_required() && !object.has(row)) return row.name();
+  }
+  for (const reflection::Item& item : object.children()) {
+    const ConstRef child = item.object();
+    if (!child || child.is_nil() || child.type().content()) continue;
+    const std::string_view missing = missing_row(child);
+    if (!missing.empty()) return missing;
   }
   return {};
 }

@@ -108,7 +108,7 @@ std::unique_ptr<Writer> make_writer(Format format, const WriteOptions& options) 
       return internal::make_ase_writer();
     case Format::sqlite:
 #if defined(ZOL_WITH_SQLITE)
-      return internal::make_sqlite_writer();
+      return internal::make_sqlite_writer(options);
 #else
       break;
 #endif
@@ -119,7 +119,7 @@ std::unique_ptr<Writer> make_writer(Format format, const WriteOptions& options) 
 Report read(std::string_view bytes, Format format, const ReadOptions& options, Zol* document) {
   switch (format) {
     case Format::json:
-      return read_json(bytes, document);
+      return internal::read_whole_json(bytes, document);
     case Format::csv:
     case Format::tsv:
       return internal::read_table(bytes, options, document);
@@ -145,6 +145,16 @@ namespace internal {
 void RecordWriter::add_document(const Zol&, std::string_view) {}
 
 void RecordWriter::end_document(const Zol&) {}
+
+void RecordWriter::hand_over(std::string* bytes) {
+  constexpr std::size_t k_block = std::size_t{1} << 16;
+  if (!sink_ || bytes->size() < k_block) return;
+  if (!is_refused_ && !sink_(*bytes)) {
+    is_refused_ = true;
+    report_.fail("not-taken", "What was written could not be stored");
+  }
+  bytes->clear();
+}
 
 void RecordWriter::add(const Zol& document, std::string_view name) {
   add_document(document, name);

@@ -9,6 +9,7 @@
 // is in the report, by kind and count.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -48,6 +49,9 @@ struct WriteOptions {
   std::string space;
   char separator = 0;  // of tables: 0 for a comma or a tab, by the format
   char decimal = '.';  // of tables
+  // Takes the bytes bit by bit, in their order, so that tidy tables and databases need no more
+  // memory for many documents than for one. False ends it all: finish() has a fault then.
+  std::function<bool(std::string_view)> sink;
 };
 
 struct ReadOptions {
@@ -67,14 +71,14 @@ class ZOL_INTERCHANGE_API Writer {
   virtual ~Writer();
   // `name` tells documents apart where there are several.
   virtual void add(const Zol& document, std::string_view name) = 0;
-  // Appends the bytes, unless there is a fault.
+  // Appends the bytes, unless there is a fault; those that a sink has are not among them.
   virtual Report finish(std::string* bytes) = 0;
 };
 
 // Null for a format that this build does not write.
 ZOL_INTERCHANGE_API std::unique_ptr<Writer> make_writer(Format format, const WriteOptions& options);
 
-// Reads into a new document. After a fault part of it may be filled.
+// Reads into a new document, which can be saved. After a fault part of it may be filled.
 ZOL_INTERCHANGE_API Report read(std::string_view bytes, Format format, const ReadOptions& options,
                                 Zol* document);
 

@@ -12,6 +12,7 @@
 
 #include "facade/files.h"
 #include "interchange/internal/values.h"
+#include "interchange/internal/writers.h"
 #include "model/Zol.h"
 #include "model/reflection.h"
 
@@ -279,7 +280,8 @@ class TreeBuilder {
 
 class JsonReader {
  public:
-  JsonReader(std::string_view text, Report* report) : text_(text), report_(report) {}
+  JsonReader(std::string_view text, bool asks_for_all, Report* report)
+      : text_(text), asks_for_all_(asks_for_all), report_(report) {}
 
   void read_root(const Node& root, Ref target) {
     const std::string name(target.type().name());
@@ -333,6 +335,16 @@ class JsonReader {
       }
     }
     if (is_nil && is_good() && !target.set_nil(true)) fail(node, "The element can't be nil");
+    if (asks_for_all_ && is_good() && !ConstRef(target).is_complete()) {
+      fail(node, std::string(target.type().name()) + " lacks " + missing_in(target));
+    }
+  }
+
+  static std::string missing_in(ConstRef object) {
+    for (const Row row : object.type().rows()) {
+      if (row.is_required() && !object.has(row)) return std::string(row.name());
+    }
+    return "what it is to hold";
   }
 
   void read_member(const Node& member, Ref target) {
@@ -431,6 +443,7 @@ class JsonReader {
   static std::string quoted(const std::string& name) { return '\'' + name + '\''; }
 
   std::string_view text_;
+  bool asks_for_all_;
   Report* report_;
   std::string path_;
 };
@@ -454,11 +467,27 @@ Report write_json(const zol_v2::internal::Object& object, std::string* text, int
   return report;
 }
 
-Report read_json(std::string_view text, zol_v2::internal::Object* object) {
+namespace {
+
+Report read_into(std::string_view text, bool asks_for_all, zol_v2::internal::Object* object) {
   Report report;
   TreeBuilder tree(text, &report);
-  if (tree.parse()) JsonReader(text, &report).read_root(tree.root(), *object);
+  if (tree.parse()) JsonReader(text, asks_for_all, &report).read_root(tree.root(), *object);
   return report;
 }
+
+}  // namespace
+
+Report read_json(std::string_view text, zol_v2::internal::Object* object) {
+  return read_into(text, false, object);
+}
+
+namespace internal {
+
+Report read_whole_json(std::string_view text, Zol* document) {
+  return read_into(text, true, document);
+}
+
+}  // namespace internal
 
 }  // namespace zol_v2::interchange

@@ -1,8 +1,13 @@
 // Databases of SQLite: documents, colours, renderings, values, spectra, tolerances and verdicts,
 // with an R*Tree over CIELAB.
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
+#include <random>
+#include <system_error>
 #include <utility>
 
 #include <sqlite3.h>
@@ -41,7 +46,8 @@ CREATE TABLE colours (
   number TEXT,
   unique_id TEXT,
   comments TEXT,
-  l REAL, a REAL, b REAL  -- CIELAB under D50 for 2 degrees, where it is known
+  l REAL, a REAL, b REAL, -- CIELAB under D50 for 2 degrees, where it is known
+  srgb TEXT               -- "#rrggbb", where it is known; clipped
 );
 CREATE INDEX colours_by_document ON colours (document);
 CREATE INDEX colours_by_name ON colours (name);
@@ -91,6 +97,16 @@ CREATE TABLE verdicts (
   status TEXT NOT NULL,  -- pass, warning, fail, not judged
   reason TEXT
 );
+CREATE TABLE attributes (
+  id INTEGER PRIMARY KEY,
+  document INTEGER NOT NULL REFERENCES documents,
+  colour INTEGER REFERENCES colours,  -- of what belongs to a colour
+  place TEXT NOT NULL,                -- a path in the document
+  name TEXT NOT NULL,
+  value                               -- a number or a text
+);
+CREATE INDEX attributes_by_document ON attributes (document);
+CREATE INDEX attributes_by_name ON attributes (name);
 CREATE INDEX verdicts_by_tolerance ON verdicts (tolerance);
 CREATE INDEX verdicts_by_measurement ON verdicts (measurement);
 BEGIN;
@@ -145,11 +161,56 @@ struct DatabaseDeleter {
 };
 using DatabasePointer = std::unique_ptr<sqlite3, DatabaseDeleter>;
 
-DatabasePointer open_database() {
+// A folder of its own among the temporary files, for one database. Where the system lets go of the
+// name of an open file, nothing is left of it even if the process is killed.
+class Scratch {
+ public:
+  Scratch() {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path among = fs::temp_directory_path(error);
+    constexpr int k_most_attempts = 100;
+    for (int i = 0; !error && i < k_most_attempts && folder_.empty(); ++i) {
+      std::random_device chance;
+      const fs::path folder = among / ("zol-" + std::to_string(chance()));
+      if (!fs::create_directory(folder, error)) continue;
+      fs::permissions(folder, fs::perms::owner_all, error);
+      folder_ = folder;
+    }
+  }
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+  ~Scratch() { remove(); }
+
+  // The name of a file that is not there; empty if there can be none.
+  std::string file() const { return folder_.empty() ? "" : (folder_ / "database").u8string(); }
+  void remove() const {
+    std::error_code error;
+    if (!folder_.empty()) std::filesystem::remove_all(folder_, error);
+  }
+
+ private:
+  std::filesystem::path folder_;
+};
+
+// No journal and nothing written through: of a database that fails nothing is kept.
+constexpr char k_pragmas[] = R"sql(
+PRAGMA journal_mode = OFF;
+PRAGMA synchronous = OFF;
+PRAGMA locking_mode = EXCLUSIVE;
+PRAGMA cache_size = -32000;
+)sql";
+
+DatabasePointer open_database(const Scratch& scratch) {
+  const std::string file = scratch.file();
+  if (file.empty()) return nullptr;
   sqlite3* database = nullptr;
-  (void)sqlite3_open(":memory:", &database);
+  (void)sqlite3_open(file.c_str(), &database);
   DatabasePointer owner(database);
-  if (sqlite3_exec(database, k_schema, nullptr, nullptr, nullptr) != SQLITE_OK) return nullptr;
+  for (const char* const text : {k_pragmas, k_schema}) {
+    if (sqlite3_exec(database, text, nullptr, nullptr, nullptr) != SQLITE_OK) return nullptr;
+  }
+  scratch.remove();
   return owner;
 }
 
@@ -170,13 +231,14 @@ class Tables {
   explicit Tables(sqlite3* database)
       : database_(database),
         documents_(database, "INSERT INTO documents (name) VALUES (?)"),
-        colours_(database, "INSERT INTO colours VALUES (NULL,?,?,?,?,?,?,?,?,?,?,?,?)"),
+        colours_(database, "INSERT INTO colours VALUES (NULL,?,?,?,?,?,?,?,?,?,?,?,?,?)"),
         lab_(database, "INSERT INTO lab VALUES (?,?,?,?,?,?,?)"),
         renderings_(database, "INSERT INTO renderings VALUES (NULL,?,?,?,?,?,?,?,?,?,?,?,?,?,?)"),
         values_(database, "INSERT INTO colour_values VALUES (?,?,?,?,?)"),
         spectra_(database, "INSERT INTO spectra VALUES (?,?,?,?)"),
         tolerances_(database, "INSERT INTO tolerances VALUES (NULL,?,?,?,?,?,?,?,?,?,?)"),
-        verdicts_(database, "INSERT INTO verdicts VALUES (NULL,?,?,?,?,?,?,?)") {}
+        verdicts_(database, "INSERT INTO verdicts VALUES (NULL,?,?,?,?,?,?,?)"),
+        attributes_(database, "INSERT INTO attributes VALUES (NULL,?,?,?,?,?)") {}
 
   bool is_good() const { return is_good_; }
 
@@ -187,7 +249,9 @@ class Tables {
     document_ = last();
   }
 
-  void add(const ColorRecord& record, const std::optional<std::array<double, 3>>& lab) {
+  void add(const ColorRecord& record, const std::optional<std::array<double, 3>>& lab,
+           const std::optional<std::array<double, 3>>& rgb) {
+    const std::optional<std::string> hex = hex_text(rgb);
     constexpr std::string_view k_places[] = {"document", "palette", "record"};
     const auto part_of_lab = [&](std::size_t i) {
       return lab ? std::optional<double>((*lab)[i]) : std::nullopt;
@@ -198,7 +262,7 @@ class Tables {
                                 std::string_view(record.group), std::string_view(record.part), pair,
                                 std::string_view(record.name), unless_empty(record.number),
                                 unless_empty(record.id), unless_empty(record.comments),
-                                part_of_lab(0), part_of_lab(1), part_of_lab(2));
+                                part_of_lab(0), part_of_lab(1), part_of_lab(2), viewed(hex));
     const std::int64_t colour = last();
     numbers_[record.color] = colour;
     if (lab) {
@@ -206,6 +270,12 @@ class Tables {
       is_good_ &= lab_.insert(colour, l, l, a, a, b, b);
     }
     for (const Rendering& rendering : record.renderings) add(rendering, colour);
+  }
+
+  // Custom attributes, wherever they are.
+  void add_attributes(const Zol& document) {
+    std::string path(ConstRef(document).type().name());
+    add_attributes(document, std::nullopt, &path);
   }
 
   void add_tolerances(const Zol& document) {
@@ -258,6 +328,53 @@ class Tables {
     return found->second;
   }
 
+  static std::optional<std::string> hex_text(const std::optional<std::array<double, 3>>& rgb) {
+    if (!rgb) return std::nullopt;
+    std::string text = "#";
+    for (const double part : *rgb) {
+      constexpr char k_digits[] = "0123456789abcdef";
+      const auto byte = static_cast<unsigned>(std::lround(part * 255));
+      text += {k_digits[byte / 16], k_digits[byte % 16]};
+    }
+    return text;
+  }
+
+  void add_attributes(ConstRef object, std::optional<std::int64_t> colour, std::string* path) {
+    if (const auto* const color = object.as<ColorType>()) {
+      if (const auto number = number_of(*color)) colour = number;
+    }
+    const std::size_t length = path->size();
+    for (const reflection::Item& item : object.children()) {
+      const ConstRef child = item.object();
+      if (!child) continue;
+      if (const auto* const attribute = child.as<CustomAttributeType>()) {
+        add(*attribute, colour, *path);
+        continue;
+      }
+      if (child.type().content()) continue;  // a point of a spectrum, as most objects are
+      item.append_step(path);
+      add_attributes(child, colour, path);
+      path->resize(length);
+    }
+  }
+
+  void add(const CustomAttributeType& attribute, std::optional<std::int64_t> colour,
+           const std::string& path) {
+    const std::string name = narrow_text(attribute.get_Name());
+    const ConstRef choice(attribute.get_ValueChoice());
+    const Row chosen = choice.chosen();
+    const auto store = [&](const auto& value) {
+      is_good_ &= attributes_.insert(document_, colour, std::string_view(path),
+                                     std::string_view(name), value);
+    };
+    if (!chosen) return store(Nothing());
+    const reflection::Value value = choice.value(chosen);
+    const std::string utf8 = utf8_of(value);
+    if (chosen.kind() == reflection::Kind::text) return store(std::string_view(utf8));
+    if (chosen.kind() == reflection::Kind::real) return store(value.number());
+    store(value.integer());
+  }
+
   void add(const Rendering& rendering, std::int64_t colour) {
     const auto& c = rendering.conditions.values;
     is_good_ &= renderings_.insert(
@@ -271,9 +388,11 @@ class Tables {
     for (const Coordinate& coordinate : rendering.coordinates) {
       ++ordinal;
       double wavelength = 0;
-      if (is_spectrum && is_number(coordinate.axis, &wavelength)) {
+      // What is no number has no place among them in SQLite, but as a text.
+      const bool has_number = coordinate.is_number && !std::isnan(coordinate.number);
+      if (is_spectrum && has_number && is_number(coordinate.axis, &wavelength)) {
         is_good_ &= spectra_.insert(number, ordinal, wavelength, coordinate.number);
-      } else if (coordinate.is_number) {
+      } else if (has_number) {
         is_good_ &= values_.insert(number, ordinal, std::string_view(coordinate.axis),
                                    coordinate.number, unless_empty(coordinate.unit));
       } else {
@@ -306,7 +425,8 @@ class Tables {
   }
 
   sqlite3* database_;
-  Statement documents_, colours_, lab_, renderings_, values_, spectra_, tolerances_, verdicts_;
+  Statement documents_, colours_, lab_, renderings_, values_, spectra_, tolerances_, verdicts_,
+      attributes_;
   bool is_good_ = true;
   // Of the document at hand.
   std::int64_t document_ = 0;
@@ -316,7 +436,8 @@ class Tables {
 
 class SqliteWriter : public RecordWriter {
  public:
-  SqliteWriter() : database_(open_database()) {
+  explicit SqliteWriter(const WriteOptions& options)
+      : RecordWriter(options), database_(open_database(scratch_)) {
     if (database_) tables_.emplace(database_.get());
   }
 
@@ -327,13 +448,17 @@ class SqliteWriter : public RecordWriter {
   }
 
   void add_record(const ColorRecord& record, std::string_view) override {
-    if (tables_) tables_->add(record, display_.lab_of(record));
+    if (!tables_) return;
+    Report clipped;  // the values themselves stand beside it
+    tables_->add(record, display_.lab_of(record), display_.rgb_of(record, &clipped));
   }
 
   void end_document(const Zol& document) override {
     if (!tables_) return;
     tables_->add_tolerances(document);
     losses().take_back("Tolerance");
+    tables_->add_attributes(document);
+    losses().take_back("CustomAttribute");
 #if defined(ZOL_WITH_COLORIMETRY)
     tables_->add_verdicts(document);
 #endif
@@ -344,17 +469,32 @@ class SqliteWriter : public RecordWriter {
         tables_ && tables_->is_good() &&
         sqlite3_exec(database_.get(), "COMMIT", nullptr, nullptr, nullptr) == SQLITE_OK;
     tables_.reset();
-    sqlite3_int64 size = 0;
-    unsigned char* const content =
-        is_good ? sqlite3_serialize(database_.get(), "main", &size, 0) : nullptr;
-    if (content == nullptr) {
-      return report().fail("no-database", "SQLite could not make the database");
+    if (!is_good || !append_file(bytes)) {
+      report().fail("no-database", "SQLite could not make the database");
     }
-    bytes->append(reinterpret_cast<const char*>(content), static_cast<std::size_t>(size));
-    sqlite3_free(content);
   }
 
  private:
+  bool append_file(std::string* bytes) {
+    sqlite3_file* file = nullptr;
+    sqlite3_int64 size = 0;
+    if (sqlite3_file_control(database_.get(), "main", SQLITE_FCNTL_FILE_POINTER, &file) !=
+            SQLITE_OK ||
+        file->pMethods->xFileSize(file, &size) != SQLITE_OK) {
+      return false;
+    }
+    constexpr sqlite3_int64 k_block = 1 << 20;
+    for (sqlite3_int64 at = 0; at < size; at += k_block) {
+      const auto count = static_cast<int>(std::min(k_block, size - at));
+      const std::size_t begin = bytes->size();
+      bytes->resize(begin + static_cast<std::size_t>(count));
+      if (file->pMethods->xRead(file, bytes->data() + begin, count, at) != SQLITE_OK) return false;
+      hand_over(bytes);
+    }
+    return true;
+  }
+
+  Scratch scratch_;
   DatabasePointer database_;
   std::optional<Tables> tables_;  // its statements end before the database
   Display display_;
@@ -362,6 +502,8 @@ class SqliteWriter : public RecordWriter {
 
 }  // namespace
 
-std::unique_ptr<Writer> make_sqlite_writer() { return std::make_unique<SqliteWriter>(); }
+std::unique_ptr<Writer> make_sqlite_writer(const WriteOptions& options) {
+  return std::make_unique<SqliteWriter>(options);
+}
 
 }  // namespace zol_v2::interchange::internal

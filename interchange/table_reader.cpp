@@ -3,7 +3,9 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "interchange/csv.h"
@@ -36,6 +38,7 @@ class TableReader {
     const char separator = options_.separator != 0 ? options_.separator : guess_separator(text_);
     if (!read_cells(text_, separator, &lines_, &report_)) return;
     if (lines_.empty()) return report_.fail("bad-table", "The table has no headings", {1, 1, 0});
+    turn_spectra_in_columns();
     if (!find_targets()) return;
     if (decimal_ == 0) decimal_ = separator != ',' && has_decimal_commas() ? ',' : '.';
 
@@ -64,14 +67,21 @@ class TableReader {
     std::vector<std::string> headings;
     for (const Cell& cell : lines_.front()) headings.push_back(cell.text);
     targets_ = guess_targets(headings);
+    is_left_out_.resize(headings.size());
     if (!apply_mapping(headings)) return false;
-    for (std::size_t i = 0; i < targets_.size(); ++i) {
-      if (targets_[i].kind != Kind::field) continue;
-      std::size_t& column = columns_[static_cast<std::size_t>(targets_[i].field)];
-      if (column == k_nowhere) column = i;
+    for (std::size_t i = 0; i < targets_.size(); ++i) find_column(i);
+    if (column_of(Field::axis) == k_nowhere && is_text(column_of(Field::color))) {
+      // It tells nothing apart, but names what it stands at.
+      const std::size_t column = column_of(Field::color);
+      columns_[static_cast<std::size_t>(Field::color)] = k_nowhere;
+      targets_[column].field = Field::name;
+      find_column(column);
     }
+    find_points(headings);
+    find_names(headings);
     const bool is_tidy = column_of(Field::axis) != k_nowhere;
-    if (is_tidy && (column_of(Field::value) == k_nowhere || column_of(Field::space) == k_nowhere)) {
+    if (is_tidy && (column_of(Field::value) == k_nowhere ||
+                    (column_of(Field::space) == k_nowhere && !has_constant(Field::space)))) {
       return fail("A table with a column Axis needs Space and Value, too", 0);
     }
     const bool has_values = std::any_of(targets_.begin(), targets_.end(), [](const Target& t) {
@@ -79,6 +89,102 @@ class TableReader {
     });
     if (is_tidy || has_values) return true;
     return fail("No column is known to hold values of colours; a mapping can say which do", 0);
+  }
+
+  bool has_constant(Field field) const {
+    return std::any_of(constants_.begin(), constants_.end(), [&](const auto& constant) {
+      return constant.first.kind == Kind::field && constant.first.field == field;
+    });
+  }
+
+  void make_field(std::size_t column, Field field) {
+    targets_[column] = Target();
+    targets_[column].kind = Kind::field;
+    targets_[column].field = field;
+    columns_[static_cast<std::size_t>(field)] = column;
+  }
+
+  // A line for each point of a spectrum.
+  void find_points(const std::vector<std::string>& headings) {
+    std::size_t axis = k_nowhere, value = k_nowhere;
+    for (std::size_t i = 0; i < targets_.size(); ++i) {
+      if (targets_[i].kind == Kind::coordinate || targets_[i].kind == Kind::hex) return;
+      if (targets_[i].kind == Kind::none && is_wavelength(headings[i])) axis = i;
+      if (targets_[i].kind == Kind::none && is_reflectance(headings[i])) value = i;
+    }
+    if (column_of(Field::value) != k_nowhere) value = column_of(Field::value);
+    if (column_of(Field::axis) != k_nowhere || axis == k_nowhere || value == k_nowhere) return;
+    make_field(axis, Field::axis);
+    make_field(value, Field::value);
+    Target space;
+    space.kind = Kind::field;
+    space.field = Field::space;
+    constants_.emplace_back(space, "Spectral");
+    has_points_ = true;
+    report_.assume("each line is a point of a spectrum");
+  }
+
+  // Where nothing else names a colour, the first column does that has texts and no other meaning.
+  void find_names(const std::vector<std::string>& headings) {
+    for (const Field field : {Field::name, Field::number, Field::id}) {
+      if (column_of(field) != k_nowhere || has_constant(field)) return;
+    }
+    for (std::size_t i = 0; i < targets_.size(); ++i) {
+      if (targets_[i].kind != Kind::none || is_left_out_[i] || !is_text(i)) continue;
+      make_field(i, Field::name);
+      report_.assume("the column " + headings[i] + " has the names");
+      return;
+    }
+  }
+
+  // Of two columns for one thing the first counts, and the other one is left out.
+  void find_column(std::size_t index) {
+    Target& target = targets_[index];
+    if (target.kind == Kind::field) {
+      std::size_t& column = columns_[static_cast<std::size_t>(target.field)];
+      if (column == k_nowhere) {
+        column = index;
+      } else if (column != index) {
+        target = Target();
+      }
+      return;
+    }
+    std::string key(1, static_cast<char>('0' + static_cast<int>(target.kind)));
+    key += static_cast<char>('0' + static_cast<int>(target.condition));
+    for (const std::string& text : target.conditions.values) key += text + '\n';
+    key += target.space + '\n' + target.axis;
+    if (target.kind != Kind::none && !seen_.insert(key).second) target = Target();
+  }
+
+  // Whether a column holds something that is no number.
+  bool is_text(std::size_t column) const {
+    if (column == k_nowhere) return false;
+    return std::any_of(lines_.begin() + 1, lines_.end(), [&](const Line& line) {
+      double number = 0;
+      return !line[column].text.empty() && !is_number(line[column].text, &number);
+    });
+  }
+
+  // Spectra side by side, below one column of wavelengths, become lines.
+  void turn_spectra_in_columns() {
+    const std::size_t width = lines_.front().size();
+    if (width < 2 || lines_.size() < 3 || !is_wavelength(lines_.front().front().text)) return;
+    std::vector<Line> turned(width);
+    turned.front().push_back({std::string(name_of(Field::name)), lines_.front().front().offset});
+    double last = 0;
+    for (std::size_t i = 1; i < lines_.size(); ++i) {
+      const std::string wavelength = wavelength_in(lines_[i].front().text);
+      double number = 0;
+      // A list of samples one behind the other begins again with the shortest.
+      if (!is_number(wavelength, &number) || number <= last) return;
+      last = number;
+      turned.front().push_back({wavelength, lines_[i].front().offset});
+    }
+    for (std::size_t j = 1; j < width; ++j) {
+      for (const Line& line : lines_) turned[j].push_back(line[j]);
+    }
+    lines_ = std::move(turned);
+    report_.assume("each column is a spectrum");
   }
 
   bool apply_mapping(const std::vector<std::string>& headings) {
@@ -117,7 +223,9 @@ class TableReader {
     const auto found = std::find_if(headings.begin(), headings.end(),
                                     [&](const std::string& h) { return trimmed(h) == left; });
     if (found == headings.end()) return "the table has no column '" + std::string(left) + '\'';
-    targets_[static_cast<std::size_t>(found - headings.begin())] = *target;
+    const auto column = static_cast<std::size_t>(found - headings.begin());
+    targets_[column] = *target;
+    is_left_out_[column] = target->kind == Kind::none;
     return {};
   }
 
@@ -186,11 +294,11 @@ class TableReader {
   Conditions conditions_in(const Line& line) const {
     Conditions conditions;
     for (const auto& [target, text] : constants_) {
-      if (target.kind == Kind::condition) conditions[target.condition] = text;
+      if (target.kind == Kind::condition) settle_condition(target.condition, text, &conditions);
     }
     for (std::size_t i = 0; i < targets_.size(); ++i) {
       if (targets_[i].kind == Kind::condition && !line[i].text.empty()) {
-        conditions[targets_[i].condition] = line[i].text;
+        settle_condition(targets_[i].condition, line[i].text, &conditions);
       }
     }
     return conditions;
@@ -210,6 +318,10 @@ class TableReader {
     std::size_t count = 0;
     for (std::size_t i = 1; i < lines_.size(); ++i) {
       const Line& line = lines_[i];
+      // Spreadsheets end in lines without anything.
+      if (std::all_of(line.begin(), line.end(), [](const Cell& c) { return c.text.empty(); })) {
+        continue;
+      }
       ColorRecord next;
       if (!read_names(line, count + 1, &next)) return;
       const std::string next_color = text_in(line, Field::color);
@@ -228,17 +340,28 @@ class TableReader {
   }
 
   void read_tidy(DocumentBuilder* builder) {
+    const bool is_percent = has_points_ && has_percent();
+    if (is_percent) report_.assume("spectra are in percent");
+    lose_columns();
     std::string last;
     for_each_line(builder, false, [&](const Line& line, ColorRecord* record) {
       Rendering next;
       next.space = text_in(line, Field::space);
       next.name = text_in(line, Field::space_name);
       next.conditions = conditions_in(line);
-      next.offset = line[column_of(Field::space)].offset;
+      next.offset =
+          line[column_of(column_of(Field::space) == k_nowhere ? Field::axis : Field::space)].offset;
       Coordinate coordinate;
       coordinate.axis = text_in(line, Field::axis);
       coordinate.text = line[column_of(Field::value)].text;
       coordinate.offset = line[column_of(Field::value)].offset;
+      double value = 0;
+      if (is_percent && number_in(coordinate.text, &value)) {
+        std::string plain(trimmed(coordinate.text));
+        std::replace(plain.begin(), plain.end(), decimal_, '.');
+        coordinate.text = number_text(divided(plain, 100));
+        std::replace(coordinate.text.begin(), coordinate.text.end(), '.', decimal_);
+      }
       const std::string number = text_in(line, Field::rendering);
       const Rendering* const open =
           record->renderings.empty() ? nullptr : &record->renderings.back();
@@ -256,6 +379,14 @@ class TableReader {
     });
   }
 
+  bool has_percent() const {
+    constexpr double k_greatest_ratio = 3;
+    return std::any_of(lines_.begin() + 1, lines_.end(), [&](const Line& line) {
+      double number = 0;
+      return number_in(line[column_of(Field::value)].text, &number) && number > k_greatest_ratio;
+    });
+  }
+
   void read_wide(DocumentBuilder* builder) {
     lose_columns();
     guess_scales();
@@ -269,7 +400,12 @@ class TableReader {
         }
       }
       for (Rendering& rendering : renderings) {
-        rendering.conditions = conditions_in(line);
+        Conditions conditions = conditions_in(line);
+        for (std::size_t i = 0; i < k_conditions; ++i) {
+          const std::string& own = rendering.conditions.values[i];
+          if (!own.empty()) conditions.values[i] = own;
+        }
+        rendering.conditions = std::move(conditions);
         if (const std::size_t column = column_of(Field::space_name); column != k_nowhere) {
           rendering.name = line[column].text;
         }
@@ -279,19 +415,20 @@ class TableReader {
     });
   }
 
-  static Rendering& rendering_in(std::string_view space, std::size_t offset,
-                                 std::vector<Rendering>* renderings) {
+  static Rendering& rendering_in(std::string_view space, const Conditions& conditions,
+                                 std::size_t offset, std::vector<Rendering>* renderings) {
     for (Rendering& rendering : *renderings) {
-      if (rendering.space == space) return rendering;
+      if (rendering.space == space && rendering.conditions == conditions) return rendering;
     }
     renderings->emplace_back();
     renderings->back().space = space;
+    renderings->back().conditions = conditions;
     renderings->back().offset = offset;
     return renderings->back();
   }
 
   bool add_value(const Cell& cell, const Target& target, std::vector<Rendering>* renderings) {
-    Rendering& rendering = rendering_in(target.space, cell.offset, renderings);
+    Rendering& rendering = rendering_in(target.space, target.conditions, cell.offset, renderings);
     Coordinate coordinate;
     coordinate.axis = target.axis;
     coordinate.text = cell.text;
@@ -318,7 +455,7 @@ class TableReader {
     if (digits.size() != 6 || parsed.ptr != digits.data() + digits.size()) {
       return fail("The colour is '" + cell.text + "', #rrggbb is expected", cell.offset);
     }
-    Rendering& rendering = rendering_in("SRGB", cell.offset, renderings);
+    Rendering& rendering = rendering_in("SRGB", {}, cell.offset, renderings);
     set_bytes({(value >> 16) & 0xFF, (value >> 8) & 0xFF, value & 0xFF}, decimal_, &rendering);
     return true;
   }
@@ -338,6 +475,8 @@ class TableReader {
     std::map<std::string, double> greatest;
     for (std::size_t i = 0; i < targets_.size(); ++i) {
       if (!targets_[i].is_guess) continue;
+      const bool has_scale = targets_[i].space != "CIExyY" || targets_[i].axis == "Y";
+      if (!has_scale) continue;
       double& most = greatest[targets_[i].space];
       for (std::size_t j = 1; j < lines_.size(); ++j) {
         double number = 0;
@@ -351,6 +490,7 @@ class TableReader {
     };
     constexpr Scale k_scales[] = {
         {"CIEXYZ", 1.5, 100, "tristimulus values are relative to 100"},
+        {"CIExyY", 1.5, 100, "tristimulus values are relative to 100"},
         {"Spectral", 3, 100, "spectra are in percent"},
         {"SRGB", 1, 255, "RGB values are bytes"},
     };
@@ -359,7 +499,10 @@ class TableReader {
       if (found == greatest.end() || found->second <= scale.greatest) continue;
       report_.assume(std::string(scale.note));
       for (Target& target : targets_) {
-        if (target.is_guess && target.space == scale.space) target.divisor = scale.divisor;
+        const bool has_scale = target.space != "CIExyY" || target.axis == "Y";
+        if (target.is_guess && target.space == scale.space && has_scale) {
+          target.divisor = scale.divisor;
+        }
       }
     }
     if (greatest.count("SRGB") != 0) report_.assume("RGB is sRGB");
@@ -372,6 +515,9 @@ class TableReader {
   std::vector<Line> lines_;
   std::vector<Target> targets_;
   std::array<std::size_t, k_fields> columns_ = no_columns();
+  std::vector<bool> is_left_out_;  // columns that the mapping wants nothing of
+  bool has_points_ = false;        // a line for each point of a spectrum
+  std::set<std::string> seen_;     // what columns other than fields are for
   std::vector<std::pair<Target, std::string>> constants_;
 
   static constexpr std::array<std::size_t, k_fields> no_columns() {

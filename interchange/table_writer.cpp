@@ -14,7 +14,8 @@ namespace {
 class TableWriter : public RecordWriter {
  protected:
   TableWriter(Format format, const WriteOptions& options)
-      : separator_(options.separator != 0  ? options.separator
+      : RecordWriter(options),
+        separator_(options.separator != 0  ? options.separator
                    : format == Format::tsv ? '\t'
                                            : ','),
         line_end_(format == Format::tsv ? "\n" : "\r\n"),
@@ -95,6 +96,7 @@ class TidyWriter : public TableWriter {
         append(cells, &text_);
       }
     }
+    hand_over(&text_);
   }
 
   void finish_records(std::string* bytes) override { *bytes += text_; }
@@ -136,7 +138,10 @@ class WideWriter : public TableWriter {
       headings.push_back(space_ + '.' + axis + (unit.empty() ? "" : " [" + unit + ']'));
     }
     append(headings, bytes);
-    for (std::size_t i = 0; i < records_.size(); ++i) append_lines(i, bytes);
+    for (std::size_t i = 0; i < records_.size(); ++i) {
+      append_lines(i, bytes);
+      hand_over(bytes);
+    }
   }
 
  private:
@@ -201,7 +206,7 @@ class WideWriter : public TableWriter {
     cells->resize(kept);
   }
 
-  void append_lines(std::size_t index, std::string* bytes) const {
+  void append_lines(std::size_t index, std::string* bytes) {
     for (const Rendering& rendering : records_[index].renderings) {
       if (rendering.space != space_) continue;
       std::vector<std::string> cells = fixed_cells(index, rendering);
@@ -209,7 +214,9 @@ class WideWriter : public TableWriter {
       const std::size_t size = cells.size();
       cells.resize(size + axes_.size());
       for (const Coordinate& coordinate : rendering.coordinates) {
-        cells[size + numbers_.at(coordinate.axis)] = text_of(coordinate);
+        std::string& cell = cells[size + numbers_.at(coordinate.axis)];
+        if (!cell.empty()) losses().add("second value of " + space_ + ' ' + coordinate.axis);
+        if (cell.empty()) cell = text_of(coordinate);
       }
       append(cells, bytes);
     }

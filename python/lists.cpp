@@ -35,7 +35,10 @@ PyObject* entry(const List& list, Py_ssize_t index) {
 // A new reference to the copy that is now in the document, or to the value.
 PyObject* insert(Proxy* holder, unsigned row, unsigned index, PyObject* value) {
   if (!has_objects(row)) {
-    return store(holder, row, index, value, true) == 0 ? Py_NewRef(value) : nullptr;
+    if (store(holder, row, index, value, true) < 0) return nullptr;
+    const internal::Row& table = table_of(row);
+    if (table.kind != Kind::foreign) return Py_NewRef(value);
+    return to_python(table, ConstRef(*holder->object).value(table, index));
   }
   Proxy* const source = live_proxy(value);
   if (source == nullptr) return nullptr;
@@ -112,15 +115,82 @@ int remove_slice(PyObject* self, Py_ssize_t size, PyObject* key) {
   return 0;
 }
 
+// The entries that are to go, from the first one on: one behind the other, or every so many.
+struct Slice {
+  Py_ssize_t start = 0, step = 1, count = 0;
+
+  unsigned at(Py_ssize_t i) const { return static_cast<unsigned>(start + i * step); }
+};
+
+bool may_remove(const List& list, const Slice& slice) {
+  for (Py_ssize_t i = 0; has_objects(list.row) && i < slice.count; ++i) {
+    unsigned type = 0;
+    void* const child = zol_child(list.holder->object, list.row, slice.at(i), &type);
+    if (child != nullptr && !list.holder->owner->may_take_out(*list.holder, list.row, child)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// Where the i-th of the new ones goes while all old ones are still there. Those that take the
+// place of every so many stand behind them.
+unsigned place_of_new(const Slice& slice, bool is_run, Py_ssize_t i) {
+  return is_run ? slice.at(slice.count) + static_cast<unsigned>(i)
+                : slice.at(i) + static_cast<unsigned>(i) + 1;
+}
+
+// The new ones first, so that nothing is lost if one of them cannot stand there.
+int replace_slice(const List& list, const Slice& slice, bool is_run, PyObject* values) {
+  if (!may_remove(list, slice)) return -1;
+  const Py_ssize_t given = PyList_GET_SIZE(values);
+  for (Py_ssize_t i = 0; i < given; ++i) {
+    PyObject* const added =
+        insert(list.holder, list.row, place_of_new(slice, is_run, i), PyList_GET_ITEM(values, i));
+    Py_XDECREF(added);
+    if (added != nullptr && live(list.holder) != nullptr) continue;
+    while (live(list.holder) != nullptr && i-- > 0) {
+      zol_remove(list.holder->object, list.row, place_of_new(slice, is_run, i));
+    }
+    return -1;
+  }
+  for (Py_ssize_t i = slice.count; i-- > 0;) {
+    const unsigned shift = is_run ? 0 : static_cast<unsigned>(i);
+    if (remove(list.holder, list.row, slice.at(i) + shift) < 0) return -1;
+  }
+  return 0;
+}
+
+int assign_slice(PyObject* self, PyObject* key, PyObject* value) {
+  // Entries of the list itself may be among them.
+  const auto values = pybind11::reinterpret_steal<pybind11::object>(PySequence_List(value));
+  Slice slice;
+  Py_ssize_t stop = 0;
+  if (!values || PySlice_Unpack(key, &slice.start, &stop, &slice.step) < 0) return -1;
+  const Py_ssize_t size = list_length(self);
+  if (size < 0) return -1;
+  slice.count = PySlice_AdjustIndices(size, &slice.start, &stop, slice.step);
+  if (slice.step == 1) return replace_slice(as_list(self), slice, true, values.ptr());
+  if (PyList_GET_SIZE(values.ptr()) != slice.count) {
+    PyErr_Format(PyExc_ValueError, "%zd values cannot take the place of %zd entries",
+                 PyList_GET_SIZE(values.ptr()), slice.count);
+    return -1;
+  }
+  if (slice.step < 0) {
+    slice.start += (slice.count - 1) * slice.step;
+    slice.step = -slice.step;
+    if (PyList_Reverse(values.ptr()) < 0) return -1;
+  }
+  return replace_slice(as_list(self), slice, false, values.ptr());
+}
+
 int list_assign(PyObject* self, PyObject* key, PyObject* value) {
   return guarded<int>(-1, [=]() -> int {
     const List& list = as_list(self);
     const Py_ssize_t size = list_length(self);
     if (size < 0) return -1;
     if (PySlice_Check(key)) {
-      if (value == nullptr) return remove_slice(self, size, key);
-      PyErr_SetString(PyExc_TypeError, "a slice can be read and deleted");
-      return -1;
+      return value == nullptr ? remove_slice(self, size, key) : assign_slice(self, key, value);
     }
     Py_ssize_t index = PyNumber_AsSsize_t(key, PyExc_IndexError);
     if (index == -1 && PyErr_Occurred() != nullptr) return -1;

@@ -9,6 +9,7 @@
 
 #include "bridge/zol_helpers.h"
 #include "lmx/errors.h"
+#include "model/Zol.h"
 
 namespace zol_v2::python {
 
@@ -225,6 +226,51 @@ int store_bytes(Proxy* self, unsigned row, PyObject* value) {
   return code == lmx::elmx_ok ? 0 : refuse(self, row, 0, code, value);
 }
 
+// Whether the text is one element, with all prefixes declared; its namespace then.
+bool judge_element(PyObject* text, std::string* space) {
+  const Held trees(PyImport_ImportModule("xml.etree.ElementTree"));
+  if (trees == nullptr) return false;
+  const Held root(PyObject_CallMethod(trees.get(), "fromstring", "O", text));
+  const Held tag(root != nullptr ? PyObject_GetAttrString(root.get(), "tag") : nullptr);
+  const char* const name = tag != nullptr ? PyUnicode_AsUTF8(tag.get()) : nullptr;
+  if (name == nullptr) return false;
+  const std::string_view whole(name);
+  if (whole.substr(0, 1) == "{") *space = whole.substr(1, whole.rfind('}') - 1);
+  return true;
+}
+
+// An element of another vocabulary, as a ForeignElement or its text.
+int store_foreign(Proxy* self, unsigned row, unsigned index, PyObject* value, bool is_new) {
+  const internal::Row& table = table_of(row);
+  const Held text(PyUnicode_Check(value) ? Py_NewRef(value)
+                                         : PyObject_GetAttrString(value, "text"));
+  if (text == nullptr || !PyUnicode_Check(text.get())) {
+    PyErr_Clear();
+    return wrong_type(table, "a ForeignElement or the text of one", value);
+  }
+  const char* const utf8 = PyUnicode_AsUTF8(text.get());
+  if (utf8 == nullptr) return -1;
+  internal::AnyElement element;
+  element.text = utf8;
+  const std::string_view begin = std::string_view(element.text).substr(0, 2);
+  const bool is_element =
+      begin.size() == 2 && begin[0] == '<' && begin[1] != '!' && begin[1] != '?';
+  if (!is_element || !judge_element(text.get(), &element.namespace_uri)) {
+    PyErr_Clear();
+    return refuse(self, row, index, lmx::elmx_not_well_formed, value);
+  }
+  if (live(self) == nullptr) return -1;
+  element.full_name = element.text.substr(1, element.text.find_first_of(" \t\r\n/>") - 1);
+  auto& revision = static_cast<Revision&>(*self->object);
+  const lmx::elmx_error code = revision.insert_any(index, element.text);
+  if (code != lmx::elmx_ok) return refuse(self, row, index, code, value);
+  if (!is_new) revision.delete_any(index + 1);
+  // As if it were read.
+  const Value stored = ConstRef(revision).value(table, index);
+  const_cast<internal::AnyElement&>(stored.foreign()) = std::move(element);
+  return 0;
+}
+
 int store_value(Proxy* self, unsigned row, unsigned index, PyObject* value, bool is_new) {
   const internal::Row& table = table_of(row);
   switch (table.kind) {
@@ -254,9 +300,10 @@ int store_value(Proxy* self, unsigned row, unsigned index, PyObject* value, bool
     case Kind::text:
       if (!PyUnicode_Check(value)) return wrong_type(table, "a str", value);
       return store_text(self, row, index, value, value, is_new);
+    case Kind::foreign:
+      return store_foreign(self, row, index, value, is_new);
     default:
-      PyErr_SetString(PyExc_TypeError, "foreign elements are read only");
-      return -1;
+      return wrong_type(table, "nothing", value);
   }
 }
 

@@ -24,6 +24,8 @@ struct BatchOptions {
   bool recursive = false;
   unsigned jobs = 1;
   std::string journal;
+  std::vector<std::string> suffixes = {".zol", ".zolz"};  // of files in folders
+  std::string left_out;                                   // a folder in them
 
   unsigned threads() const;
   // Whether what is printed must say which file it is about.
@@ -62,7 +64,7 @@ ExitStatus run_batch(const BatchOptions& options, const std::string& task, const
   Journal journal;
   if (!options.journal.empty() && !journal.open(options.journal, task)) return ExitStatus::trouble;
   ExitStatus status = ExitStatus::ok;
-  FileWalk walk(options.files, options.recursive);
+  FileWalk walk(options.files, {options.recursive, options.suffixes, options.left_out});
   run_in_order<Thing, Entry>(
       options.threads(),
       [&](Thing* thing) {

@@ -37,6 +37,10 @@ class Setter {
     while (begin < path.size() && fault_.empty()) {
       const std::size_t end = std::min(path.find('/', begin + 1), path.size());
       step_text_ = path.substr(begin + 1, end - begin - 1);
+      if (step_text_ == k_nil_step && end == path.size()) {
+        set_nil();
+        break;
+      }
       if (!parse_step(step_text_, &step_)) return "'" + std::string(step_text_) + "' is no step";
       take(end == path.size());
       begin = end;
@@ -60,6 +64,16 @@ class Setter {
     if (!fault_.empty()) return;
     if (!below) return refuse("'" + std::string(step_text_) + "' has no value to be set");
     at_ = below;
+  }
+
+  void set_nil() {
+    const std::string& value = assignment_.value;
+    const bool is_nil = value == "true" || value == "1";
+    is_set_ = true;
+    if (!is_nil && value != "false" && value != "0") {
+      return refuse("xsi:nil is '" + value + "', true or false is expected");
+    }
+    if (!at_.set_nil(is_nil)) refuse(std::string(at_.type().name()) + " can't be nil");
   }
 
   // An element with a value and attributes goes by its own name, too.

@@ -32,13 +32,7 @@ std::string spelled(const fs::path& path) {
 #endif
 }
 
-bool has_document_name(const fs::path& path) {
-  std::string suffix = spelled(path.extension());
-  std::transform(suffix.begin(), suffix.end(), suffix.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  });
-  return suffix == ".zol" || suffix == ".zolz";
-}
+char small(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 }  // namespace
 
@@ -73,8 +67,8 @@ void FileWalk::Folder::sort() {
   ends = std::move(result.ends);
 }
 
-FileWalk::FileWalk(std::vector<std::string> arguments, bool is_recursive)
-    : is_recursive_(is_recursive) {
+FileWalk::FileWalk(std::vector<std::string> arguments, Options options)
+    : options_(std::move(options)) {
   Folder folder;
   for (auto at = arguments.rbegin(); at != arguments.rend(); ++at) folder.add(*at);
   folders_.push_back(std::move(folder));
@@ -87,7 +81,7 @@ bool FileWalk::next(std::string* path) {
       continue;
     }
     *path = folders_.back().take_last();
-    if (!is_recursive_ || !is_folder(*path) || !enter(*path)) return true;
+    if (!options_.is_recursive || !is_folder(*path) || !enter(*path)) return true;
   }
   return false;
 }
@@ -100,14 +94,48 @@ bool FileWalk::enter(const std::string& path) {
        at.increment(error)) {
     std::error_code unknown;
     const bool is_inner = at->is_directory(unknown) && !at->is_symlink(unknown);
-    if (is_inner || (has_document_name(at->path()) && !at->is_directory(unknown))) {
-      folder.add(spelled(at->path().filename()));
-    }
+    const std::string name = spelled(at->path().filename());
+    const bool is_left_out = is_inner && !options_.left_out.empty() &&
+                             fs::equivalent(at->path(), native_path(options_.left_out), unknown);
+    const bool is_wanted =
+        !suffix_in(name, options_.suffixes).empty() && !at->is_directory(unknown);
+    if ((is_inner && !is_left_out) || is_wanted) folder.add(name);
   }
   if (error) return false;
   folder.sort();
   folders_.push_back(std::move(folder));
   return true;
+}
+
+std::string inner_path(const std::string& folder, const std::string& file) {
+  return spelled(native_path(folder) / "") + file;
+}
+
+std::string file_name(const std::string& path) { return spelled(native_path(path).filename()); }
+
+std::string_view suffix_in(std::string_view name, const std::vector<std::string>& suffixes) {
+  std::string_view longest;
+  for (const std::string& suffix : suffixes) {
+    if (name.size() < suffix.size() || suffix.size() <= longest.size()) continue;
+    const std::string_view end = name.substr(name.size() - suffix.size());
+    if (std::equal(end.begin(), end.end(), suffix.begin(),
+                   [](char a, char b) { return small(a) == b; })) {
+      longest = end;
+    }
+  }
+  return longest;
+}
+
+bool is_there(const std::string& path) {
+  std::error_code error;
+  return fs::exists(fs::symlink_status(native_path(path), error));
+}
+
+bool make_folders_of(const std::string& path) {
+  std::error_code error;
+  fs::create_directories(native_path(path).parent_path(), error);
+  if (error) errno = error.default_error_condition().value();
+  return !error;
 }
 
 std::string absolute_path(const std::string& path) {
@@ -119,6 +147,10 @@ std::string absolute_path(const std::string& path) {
 bool is_folder(const std::string& path) {
   std::error_code error;
   return fs::is_directory(native_path(path), error);
+}
+
+bool is_folder_name(const std::string& path) {
+  return is_folder(path) || (!path.empty() && native_path(path).filename().empty());
 }
 
 bool is_stream(const std::string& path) {

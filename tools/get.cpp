@@ -1,6 +1,8 @@
 // zol get: values and subtrees by their paths.
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include <CLI/App.hpp>
@@ -46,27 +48,52 @@ class Getter {
       : options_(options), file_(file), got_(*got) {}
 
   void get(ConstRef root, const std::string& path) {
+    if (get_nil(root, path)) return;
     const Found found = find(root, path);
     if (!found) {
       got_.faults.push_back(path + ": " + path_fault(root, path, found));
       got_.status = worse(got_.status, ExitStatus::fault);
     } else if (options_.json) {
-      Json entry;
-      if (!options_.is_single()) entry["file"] = file_;
-      entry["path"] = path;
-      entry["value"] = json_of(found.item);
-      got_.entries.push_back(std::move(entry));
+      add_entry(path, json_of(found.item));
     } else if (!found.item.object()) {
       append(exact_text(found.item.value()));
     } else {
-      for_each_value(found.item, path, [this](const std::string& inner, const Item& value) {
-        append(inner + '=' + exact_text(value.value()));
-        return true;
-      });
+      for_each_value(
+          found.item, path,
+          [this](const std::string& inner, const Item& value) {
+            append(inner + '=' + exact_text(value.value()));
+            return true;
+          },
+          [this](const std::string& inner) {
+            append(inner + '/' + std::string(k_nil_step) + "=true");
+          });
     }
   }
 
  private:
+  // Whether the path asks if an object is nil, of one that is there and may be.
+  bool get_nil(ConstRef root, const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos || path.substr(slash + 1) != k_nil_step) return false;
+    const Found found = find(root, std::string_view(path).substr(0, slash));
+    const ConstRef object = found ? found.item.object() : ConstRef();
+    if (!object || !object.type().is_nillable()) return false;
+    if (options_.json) {
+      add_entry(path, object.is_nil());
+    } else {
+      append(object.is_nil() ? "true" : "false");
+    }
+    return true;
+  }
+
+  void add_entry(const std::string& path, Json value) {
+    Json entry;
+    if (!options_.is_single()) entry["file"] = file_;
+    entry["path"] = path;
+    entry["value"] = std::move(value);
+    got_.entries.push_back(std::move(entry));
+  }
+
   void append(const std::string& text) {
     if (!options_.is_single()) got_.text += one_line(file_) + ": ";
     got_.text += text + (options_.null ? '\0' : '\n');

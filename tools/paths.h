@@ -7,6 +7,9 @@
 
 #include "model/reflection.h"
 
+// The step to the mark of an object that is nil, which no row stands for.
+constexpr std::string_view k_nil_step = "@xsi:nil";
+
 // A row of a type by the name that a step has; `way` is the row of the type that leads there,
 // itself or that of the holder in between.
 struct RowPlace {

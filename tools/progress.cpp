@@ -21,6 +21,19 @@ Progress::~Progress() {
   thread_.join();
 }
 
+std::unique_lock<std::mutex> Progress::step() {
+  std::unique_lock<std::mutex> lock = silence();
+  ++files_;
+  return lock;
+}
+
+std::unique_lock<std::mutex> Progress::silence() {
+  std::unique_lock<std::mutex> lock(mutex_);
+  if (is_shown_) std::fputs("\r\x1B[K", stderr);
+  is_shown_ = false;
+  return lock;
+}
+
 void Progress::run() {
   leave_signals_to_others();
   std::unique_lock<std::mutex> lock(mutex_);
@@ -28,8 +41,10 @@ void Progress::run() {
   while (!over_.wait_until(lock, begin_ + std::chrono::seconds(seconds + 1),
                            [this] { return is_over_; })) {
     ++seconds;
-    std::fprintf(stderr, "\r%s ... %d s", activity_.c_str(), seconds);
+    const std::string files = files_ == 0 ? "" : ", " + counted(files_, "file", "files");
+    std::fprintf(stderr, "\r\x1B[K%s%s ... %d s", activity_.c_str(), files.c_str(), seconds);
     std::fflush(stderr);
+    is_shown_ = true;
   }
-  if (seconds > 0) std::fputs("\r\x1B[K", stderr);
+  if (is_shown_) std::fputs("\r\x1B[K", stderr);
 }

@@ -1,7 +1,9 @@
 #include "tools/save.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <utility>
 
 #include "facade/files.h"
@@ -33,6 +35,49 @@ bool is_in_the_way(const SaveTarget& target) {
   }
   complain(target.path, "exists; --force replaces it");
   return true;
+}
+
+WholeOutput::WholeOutput(const std::string& path) {
+  if (path == k_standard_stream) return;
+  file_ = std::make_unique<zol::port::ReplacementFile>(wide_path(path));
+  if (!file_->is_open()) fail();
+}
+
+bool WholeOutput::fail() {
+  error_ = errno != 0 ? errno : EIO;
+  return false;
+}
+
+bool WholeOutput::write(std::string_view bytes) {
+  if (!is_good()) return false;
+  if (file_ == nullptr) {
+    waiting_.append(bytes);  // since standard output can't be taken back
+    return true;
+  }
+  return zol::port::write_handle(file_->handle(), bytes.data(), bytes.size()) || fail();
+}
+
+ExitStatus WholeOutput::commit(std::string* message) {
+  using zol::port::ReplacementFile;
+  if (file_ == nullptr) {
+    print(waiting_);
+    return ExitStatus::ok;  // of a failure there finish_output() tells
+  }
+  const ReplacementFile::Outcome outcome =
+      is_good() ? file_->commit() : ReplacementFile::Outcome::kept;
+  switch (outcome) {
+    case ReplacementFile::Outcome::kept:
+      *message = std::strerror(is_good() ? errno : error_);
+      return ExitStatus::trouble;
+    case ReplacementFile::Outcome::broken:
+      *message = "could not be written to its end";
+      return ExitStatus::trouble;
+    case ReplacementFile::Outcome::not_durable:
+      *message = "is there, but may not outlive a loss of power";
+      return ExitStatus::ok;
+    default:
+      return ExitStatus::ok;
+  }
 }
 
 ExitStatus save_document(const zol_v2::Zol& document, const SaveTarget& target,

@@ -53,16 +53,17 @@ std::string key_of(const Item& item) {
   return (item.row.is_attribute() ? "@" : "") + std::string(item.name());
 }
 
-bool walk(const Item& item, std::string* path, const VisitValue& visit) {
+bool walk(const Item& item, std::string* path, const VisitValue& visit, const VisitNil& visit_nil) {
   const ConstRef object = item.object();
   if (!object) return visit(*path, item);
+  if (visit_nil && object.is_nil()) visit_nil(*path);
   Steps steps;
   const std::size_t length = path->size();
   bool goes_on = true;
   for_each_item(object, [&](const Item& inner) {
     if (!goes_on) return;
     steps.append(inner, path);
-    goes_on = walk(inner, path, visit);
+    goes_on = walk(inner, path, visit, visit_nil);
     path->resize(length);
   });
   return goes_on;
@@ -126,8 +127,9 @@ Item item_of(ConstRef object) {
   return item;
 }
 
-bool for_each_value(const Item& item, std::string path, const VisitValue& visit) {
-  return walk(item, &path, visit);
+bool for_each_value(const Item& item, std::string path, const VisitValue& visit,
+                    const VisitNil& visit_nil) {
+  return walk(item, &path, visit, visit_nil);
 }
 
 bool is_name_row(Row row) {

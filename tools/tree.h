@@ -46,10 +46,12 @@ void for_each_item(zol_v2::reflection::ConstRef object, const Visit& visit) {
 // False ends the walk.
 using VisitValue =
     std::function<bool(const std::string& path, const zol_v2::reflection::Item& value)>;
+// Of an object that is nil.
+using VisitNil = std::function<void(const std::string& path)>;
 
 // Each value at or below an item, in the order of a document; `path` is the item's.
-bool for_each_value(const zol_v2::reflection::Item& item, std::string path,
-                    const VisitValue& visit);
+bool for_each_value(const zol_v2::reflection::Item& item, std::string path, const VisitValue& visit,
+                    const VisitNil& visit_nil = {});
 
 // What people call an object: its name, or else its unique id; empty if it has neither.
 std::string label_of(zol_v2::reflection::ConstRef object);

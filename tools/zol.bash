@@ -31,7 +31,7 @@ _zol() {
   case $command in
     validate) options='--first --max --lint --strict --json --sarif --recursive --jobs --resume --quiet --brief --color --help' ;;
     info) options='--json --recursive --help' ;;
-    convert) options='--force --rewrite --exact --to --from --recursive --wide --space --separator --decimal-comma --mapping --illuminant --observer --help' ;;
+    convert) options='--force --rewrite --exact --to --from --recursive --jobs --keep-going --resume --wide --space --separator --decimal-comma --mapping --illuminant --observer --help' ;;
     list) options='--csv --recursive --illuminant --observer --help' ;;
     get) options='--json --null --recursive --jobs --help' ;;
     set) options='--delete --output --in-place --force --recursive --jobs --help' ;;
@@ -54,7 +54,7 @@ _zol() {
     validate--color) options='auto always never' ;;
     merge--on-conflict) options='keep rename fail' ;;
     diff--formula | compare--formula) options='76 94 2000 cmc din99 hunter fmc2' ;;
-    convert--to) options='zol json csv tsv cgats gpl kpl css ase sqlite' ;;
+    convert--to) options='zol zolz json csv tsv cgats gpl kpl css ase sqlite' ;;
     convert--from) options='zol json csv tsv cgats gpl kpl ase' ;;
     convert--space) options='CIELab CIELCh CIEXYZ CIExyY CIELuv Spectral SRGB RGB CMYK Density' ;;
     list--illuminant | report--illuminant | compare--illuminant | convert--illuminant)

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <charconv>
 #include <iterator>
+#include <utility>
 
 #include "interchange/internal/coordinates.h"
 
@@ -27,6 +28,10 @@ constexpr Synonym k_synonyms[] = {
     {"colorname", Field::name},
     {"colourname", Field::name},
     {"samplename", Field::name},
+    {"sample", Field::name},
+    {"label", Field::name},
+    {"patch", Field::name},
+    {"swatch", Field::name},
     {"title", Field::name},
     {"description", Field::name},
     {"sampleid", Field::number},
@@ -39,6 +44,8 @@ constexpr Synonym k_synonyms[] = {
     {"guid", Field::id},
     {"uuid", Field::id},
     {"comment", Field::comments},
+    {"note", Field::comments},
+    {"notes", Field::comments},
     {"remark", Field::comments},
     {"remarks", Field::comments},
     {"palette", Field::group},
@@ -143,6 +150,71 @@ std::optional<Target> parse_name(std::string_view text) {
   return coordinate(text.substr(0, dot), text.substr(dot + 1));
 }
 
+// "D65" or "F11"; the format's enumeration says later whether there is such a one.
+bool is_illuminant(std::string_view word) {
+  if (word.empty()) return false;
+  const std::string_view digits = word.substr(1);
+  const bool is_number = digits.find_first_not_of("0123456789") == std::string_view::npos;
+  if (word[0] == 'D') return digits.size() == 2 && is_number;
+  if (word[0] == 'F') return !digits.empty() && digits.size() <= 2 && is_number;
+  return digits.empty() && std::string_view("ABCE").find(word[0]) != std::string_view::npos;
+}
+
+// "2" or "10"; empty for anything that is none of the two.
+std::string_view observer_in(std::string_view word) {
+  const std::string plain = letters_and_digits(word);
+  constexpr std::pair<std::string_view, std::string_view> k_spellings[] = {
+      {"2", "2"},         {"2deg", "2"},       {"2degree", "2"}, {"2degrees", "2"},
+      {"1931", "2"},      {"cie1931", "2"},    {"10", "10"},     {"10deg", "10"},
+      {"10degree", "10"}, {"10degrees", "10"}, {"1964", "10"},   {"cie1964", "10"}};
+  for (const auto& [spelling, observer] : k_spellings) {
+    if (plain == spelling) return observer;
+  }
+  return {};
+}
+
+// An illuminant, an observer or both of them, with blanks, commas or slashes between; none if
+// anything else is in the text.
+std::optional<Conditions> viewing_in(std::string_view text) {
+  Conditions conditions;
+  bool has_any = false;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of("/,; "), text.size());
+    const std::string_view word = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    const std::string plain = letters_and_digits(word);
+    constexpr std::string_view k_around[] = {"",    "deg", "degree",  "degrees",
+                                             "cie", "obs", "observer"};
+    if (std::find(std::begin(k_around), std::end(k_around), plain) != std::end(k_around)) continue;
+    const std::string_view observer = observer_in(word);
+    Condition condition = Condition::observer;
+    if (observer.empty() && is_illuminant(word)) {
+      condition = Condition::illuminant;
+    } else if (observer.empty()) {
+      return std::nullopt;
+    }
+    if (!conditions[condition].empty()) return std::nullopt;
+    conditions[condition] = observer.empty() ? word : observer;
+    has_any = true;
+  }
+  if (!has_any) return std::nullopt;
+  return conditions;
+}
+
+// "L* (D65/10°)" without what stands in brackets, if that is a light.
+std::string_view without_viewing(std::string_view heading, Conditions* conditions) {
+  heading = trimmed(heading);
+  const std::size_t bracket = heading.find_last_of("([");
+  if (bracket == std::string_view::npos || bracket == 0 ||
+      std::string_view(")]").find(heading.back()) == std::string_view::npos) {
+    return heading;
+  }
+  const auto viewing = viewing_in(heading.substr(bracket + 1, heading.size() - bracket - 2));
+  if (!viewing) return heading;
+  *conditions = *viewing;
+  return trimmed(heading.substr(0, bracket));
+}
+
 // With the name of the space before the letter of the axis: "LAB_L", "CIE L*", "cmyk c".
 std::optional<Target> parse_prefixed(const std::string& plain) {
   for (const KnownSpace& known : known_spaces()) {
@@ -159,8 +231,7 @@ std::optional<Target> parse_prefixed(const std::string& plain) {
   return std::nullopt;
 }
 
-Target guess(std::string_view heading) {
-  const std::string_view bare = without_unit(heading);
+Target guess(std::string_view bare, const Conditions& conditions) {
   if (const std::optional<Target> exact = parse_name(bare)) return *exact;
   const std::string plain = letters_and_digits(bare);
   for (const Synonym& synonym : k_synonyms) {
@@ -171,12 +242,38 @@ Target guess(std::string_view heading) {
   const std::string wavelength = wavelength_in(bare);
   if (!wavelength.empty()) target = coordinate("Spectral", wavelength);
   target.is_guess = target.kind == Kind::coordinate;
+  target.conditions = conditions;
   return target;
 }
 
 }  // namespace
 
 std::string_view name_of(Field field) { return k_field_names[static_cast<std::size_t>(field)]; }
+
+void settle_condition(Condition condition, std::string_view text, Conditions* conditions) {
+  const bool is_viewing = condition == Condition::observer || condition == Condition::illuminant;
+  const std::optional<Conditions> viewing = is_viewing ? viewing_in(text) : std::nullopt;
+  (*conditions)[condition] = text;
+  if (!viewing) return;
+  for (const Condition each : {Condition::observer, Condition::illuminant}) {
+    if (!(*viewing)[each].empty()) (*conditions)[each] = (*viewing)[each];
+  }
+}
+
+bool is_wavelength(std::string_view heading) {
+  const std::string plain = letters_and_digits(heading);
+  constexpr std::string_view k_spellings[] = {
+      "wavelength", "wavelengthnm", "wavelengths", "wavelengthsnm",
+      "nm",         "lambda",       "lambdanm",    "wl"};
+  return std::find(std::begin(k_spellings), std::end(k_spellings), plain) != std::end(k_spellings);
+}
+
+bool is_reflectance(std::string_view heading) {
+  const std::string plain = letters_and_digits(heading);
+  constexpr std::string_view k_spellings[] = {"reflectance", "reflection", "transmittance",
+                                              "r",           "refl",       "spectralvalue"};
+  return std::find(std::begin(k_spellings), std::end(k_spellings), plain) != std::end(k_spellings);
+}
 
 std::string wavelength_in(std::string_view heading) {
   const std::string text = lower(heading);
@@ -186,8 +283,9 @@ std::string wavelength_in(std::string_view heading) {
   end = std::min(end, text.size());
   const std::string before = letters_and_digits(text.substr(0, begin));
   const std::string behind = letters_and_digits(text.substr(end));
-  constexpr std::string_view k_before[] = {
-      "", "r", "nm", "spectralnm", "spec", "spectral", "reflectance", "wavelength", "wl"};
+  constexpr std::string_view k_before[] = {"",     "r",        "nm",          "spectralnm",
+                                           "spec", "spectral", "reflectance", "wavelength",
+                                           "wl",   "lambda",   "refl"};
   if (std::find(std::begin(k_before), std::end(k_before), before) == std::end(k_before)) return {};
   if (!behind.empty() && behind != "nm") return {};
   double number = 0;
@@ -215,28 +313,79 @@ std::optional<Target> parse_target(std::string_view text) {
   return parse_name(text);
 }
 
+namespace {
+
+// Columns that nobody knows yet, with one light.
+struct BareHeadings {
+  std::vector<std::string> exact;  // letters and digits alone; empty for one that is known
+  std::vector<std::string> small;
+
+  // "X" and not "x" where there are both.
+  std::size_t find(std::string_view axis, std::string_view letter) const {
+    auto found = std::find(exact.begin(), exact.end(), axis);
+    if (found != exact.end()) return static_cast<std::size_t>(found - exact.begin());
+    found = std::find(small.begin(), small.end(), letter);
+    return found != small.end() ? static_cast<std::size_t>(found - small.begin()) : k_nowhere;
+  }
+};
+
+std::string exact_letters_and_digits(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    if (std::isalnum(static_cast<unsigned char>(c))) result += c;
+  }
+  return result;
+}
+
+void guess_space(std::string_view space, const std::vector<std::string_view>& axes,
+                 const std::vector<std::string_view>& names, const Conditions& conditions,
+                 BareHeadings* bare, std::vector<Target>* targets) {
+  std::vector<std::size_t> columns;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const std::size_t column = bare->find(axes[i], names[i]);
+    if (column == k_nowhere) return;
+    columns.push_back(column);
+  }
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    Target& target = (*targets)[columns[i]];
+    target = coordinate(space, axes[i]);
+    target.is_guess = true;
+    target.conditions = conditions;
+    bare->exact[columns[i]].clear();
+    bare->small[columns[i]].clear();
+  }
+}
+
+}  // namespace
+
 std::vector<Target> guess_targets(const std::vector<std::string>& headings) {
   std::vector<Target> targets;
-  std::vector<std::string> bare;
+  std::vector<std::string_view> names;
+  std::vector<Conditions> lights;  // that headings have, each once
   for (const std::string& heading : headings) {
-    targets.push_back(guess(heading));
-    bare.push_back(targets.back().kind == Kind::none ? letters_and_digits(without_unit(heading))
-                                                     : std::string());
+    Conditions conditions;
+    names.push_back(without_unit(without_viewing(heading, &conditions)));
+    targets.push_back(guess(names.back(), conditions));
+    targets.back().conditions = conditions;
+    if (std::find(lights.begin(), lights.end(), conditions) == lights.end()) {
+      lights.push_back(conditions);
+    }
   }
-  for (const KnownSpace& known : known_spaces()) {
-    for (const auto* const names : {&known.letters, &known.words}) {
-      std::vector<std::size_t> columns;
-      for (const std::string_view name : *names) {
-        const auto found = std::find(bare.begin(), bare.end(), name);
-        if (found != bare.end()) columns.push_back(static_cast<std::size_t>(found - bare.begin()));
-      }
-      if (names->empty() || columns.size() != names->size()) continue;
-      for (std::size_t i = 0; i < columns.size(); ++i) {
-        targets[columns[i]] = coordinate(known.space, known.axes[i]);
-        targets[columns[i]].is_guess = true;
-        bare[columns[i]].clear();
+  for (const Conditions& light : lights) {
+    BareHeadings bare;
+    for (std::size_t i = 0; i < headings.size(); ++i) {
+      const bool is_open = targets[i].kind == Kind::none && targets[i].conditions == light;
+      bare.exact.push_back(is_open ? exact_letters_and_digits(names[i]) : std::string());
+      bare.small.push_back(lower(bare.exact.back()));
+    }
+    for (const KnownSpace& known : known_spaces()) {
+      guess_space(known.space, known.axes, known.letters, light, &bare, &targets);
+      if (!known.words.empty()) {
+        guess_space(known.space, known.axes, known.words, light, &bare, &targets);
       }
     }
+    // Of these the case tells.
+    guess_space("CIExyY", {"x", "y", "Y"}, {"x", "y", "Y"}, light, &bare, &targets);
   }
   return targets;
 }

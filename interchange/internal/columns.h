@@ -39,6 +39,7 @@ struct Target {
   Field field = Field::name;
   Condition condition = Condition::illuminant;
   std::string space, axis;
+  Conditions conditions;  // that the heading of a coordinate says
   double divisor = 1;
   bool is_guess = false;  // of the space, so that its scale is to be guessed, too
 };
@@ -46,6 +47,15 @@ struct Target {
 // "UniqueID", "Illuminant", "CIELab.L", "Hex", "-"; perhaps with "/ 100" or "* 0.01" behind it.
 // None for anything else.
 std::optional<Target> parse_target(std::string_view text);
+
+// What people write for an observer and an illuminant, as documents have it: "10 deg", "CIE 1964",
+// "D65/10". Both are conditions of the one column.
+void settle_condition(Condition condition, std::string_view text, Conditions* conditions);
+
+// Whether a heading is that of wavelengths in nm.
+bool is_wavelength(std::string_view heading);
+// Whether it is that of the values of spectra.
+bool is_reflectance(std::string_view heading);
 
 // What the columns of a table with these headings are; of kind `none` where nobody knows.
 std::vector<Target> guess_targets(const std::vector<std::string>& headings);

@@ -26,6 +26,7 @@ CODE_ONLY = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"', re.S)
 
 # What a room still does itself.
 PLATFORM_OF_ITS_OWN = {
+    "interchange/sqlite.cpp",      # SQLite makes its database in a file that it opens by name
     "model/internal/documents.cpp",  # marshal to a path of the process's code page
     "tools/file_walk.cpp",         # the command's own place for folders
     "tools/terminal.cpp",          # the same for everything else

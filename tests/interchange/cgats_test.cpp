@@ -24,8 +24,8 @@ using zol_test::loaded;
 using zol_test::sample_bytes;
 using zol_test::told;
 
-const std::vector<std::string> k_spaces = {"CIELab", "CIELCh", "CIEXYZ",  "CIExyY",
-                                           "CMYK",   "RGB",    "Spectral"};
+const std::vector<std::string> k_spaces = {"CIELab", "CIELCh", "CIEXYZ",   "CIExyY",
+                                           "CMYK",   "RGB",    "Spectral", "EmissiveSpectral"};
 
 double wavelength_of(const Coordinate& coordinate) {
   double number = 0;
@@ -51,15 +51,18 @@ Values values_of(const Zol& document) {
           if (!is_held) ++color;
           is_held = true;
           // A spectrum has neither.
-          const std::string conditions = rendering.space == "Spectral"
+          const bool is_spectrum =
+              rendering.space == "Spectral" || rendering.space == "EmissiveSpectral";
+          const std::string conditions = is_spectrum
                                              ? ""
                                              : rendering.conditions[Condition::illuminant] +
                                                    rendering.conditions[Condition::observer];
           for (const Coordinate& coordinate : rendering.coordinates) {
-            if (!coordinate.is_number || coordinate.axis.find('/') != std::string::npos) continue;
+            if (!coordinate.is_number || !std::isfinite(coordinate.number)) continue;
+            if (coordinate.axis.find('/') != std::string::npos) continue;
             // There are no fields for these.
             if (coordinate.axis == "Alpha") continue;
-            if (rendering.space == "Spectral" &&
+            if (is_spectrum &&
                 (coordinate.axis.find('e') != std::string::npos ||
                  wavelength_of(coordinate) < 200 || wavelength_of(coordinate) > 2500)) {
               continue;

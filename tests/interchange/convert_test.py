@@ -201,6 +201,64 @@ class TableTest(ConvertTest):
         self.assertIn(b"in.csv:2:5: error: B is 'x', a number is expected", result.stderr)
         self.assertEqual(target.read_text(), "precious")
 
+    def imported(self, text, *arguments, status=0):
+        """Lines of (name, space, illuminant, observer, axis, value), and what was told."""
+        source, target = self.directory / "lab.csv", self.directory / "lab.zol"
+        source.write_text(text, "utf-8")
+        result = self.expect(status, "convert", "-f", source, target, *arguments)
+        rows = self.rows(target, "--to", "csv") if status == 0 else []
+        names = ("Name", "Space", "Illuminant", "Observer", "Axis", "Value")
+        return [tuple(row[name] for name in names) for row in rows], result.stderr.decode()
+
+    def test_tables_of_laboratories(self):
+        """As spreadsheets of measurements are headed."""
+        def lab(name, light, observer, *values):
+            return [(name, "CIELab", light, observer, axis, value)
+                    for axis, value in zip("LAB", values)]
+        rows, told = self.imported("Sample ID,Name,L*,a*,b*,R400,R410,Notes\n"
+                                   "7,Red tile,53.2,80.1,67.2,0.04,0.05,kept\n,,,,,,,\n")
+        self.assertEqual(rows, [*lab("Red tile", "", "", "53.2", "80.1", "67.2"),
+                                ("Red tile", "Spectral", "", "", "400", "0.04"),
+                                ("Red tile", "Spectral", "", "", "410", "0.05")])
+        self.assertEqual(told, "")
+        # Two lights side by side, decimal commas, percent, and what is not known.
+        rows, told = self.imported(
+            "Sample;L* (D65/10°);a* (D65/10°);b* (D65/10°);L* (A/10);a* (A/10);b* (A/10);400 nm;DE00\n"
+            "Grün;53,2;80,1;67,2;60;70;71,5;4,1;0,3\n")
+        self.assertEqual(rows, [*lab("Grün", "D65", "10", "53.2", "80.1", "67.2"),
+                                *lab("Grün", "A", "10", "60", "70", "71.5"),
+                                ("Grün", "Spectral", "", "", "400", "0.041")])
+        self.assertRegex(told, "(?s)percent.*left out 1 cell of the column DE00")
+        rows, _ = self.imported("Measurement,Illuminant,Observer,L,a,b\nBatch 1,D65,10 deg,50,2,-3\n"
+                                "Batch 2,D50/2,,51,2,-3\n")
+        self.assertEqual([row[2:4] for row in rows[::3]], [("D65", "10"), ("D50", "2")])
+        # Capital and small letters are other columns; what the sample is called stays.
+        rows, _ = self.imported("Color,x,y,X,Y,Z\nDeep blue,0.1,0.2,20,30,40\n")
+        self.assertEqual([(row[0], row[4], row[5]) for row in rows],
+                         [("Deep blue", axis, value) for axis, value in zip("XYZ", ("0.2", "0.3", "0.4"))])
+        rows, _ = self.imported("Name,x,y,Y\nlight,0.31,0.33,54\n")
+        self.assertEqual([row[1:] for row in rows],
+                         [("CIExyY", "", "", axis, value)
+                          for axis, value in zip("xyY", ("0.31", "0.33", "0.54"))])
+        rows, told = self.imported("Colour,Cyan %,Magenta %,Yellow %,Black %,Name\nno,100,80,0,10,yes\n")
+        self.assertEqual([(row[0], float(row[5])) for row in rows],
+                         [("no", value) for value in (100, 80, 0, 10)])
+        self.assertIn("1 cell of the column Name", told)
+
+    def test_spectra_in_columns(self):
+        rows, told = self.imported("Wavelength (nm),one,two\n400,0.3,0.5\n410,0.4,0.6\n",
+                                   "--illuminant", "D50", "--observer", "2")
+        self.assertEqual([(row[0], row[4], row[5]) for row in rows],
+                         [("one", "400", "0.3"), ("one", "410", "0.4"), ("two", "400", "0.5"),
+                          ("two", "410", "0.6")])
+        self.assertIn("each column is a spectrum", told)
+        rows, told = self.imported("Farbe;Wavelength;Reflectance\nrot;400;3,5\nrot;410;4\ngrau;400;5\n")
+        self.assertEqual([(row[0], row[4], row[5]) for row in rows],
+                         [("rot", "400", "0.035"), ("rot", "410", "0.04"), ("grau", "400", "0.05")])
+        self.assertIn("the column Farbe has the names", told)
+        _, told = self.imported("nm,one\n400,0.3\n410,x\n", status=1)
+        self.assertIn("lab.csv:3:5: error", told)
+
     def test_several_ways_to_be_misused(self):
         for arguments in (["a.zol", "b.nothing"], ["--to", "nothing", "a.zol", "-"],
                           ["--from", "nothing", "a", "-"], ["a.csv", "b.xml"],
@@ -210,6 +268,7 @@ class TableTest(ConvertTest):
 
 class CgatsTest(ConvertTest):
     REFERENCES = pathlib.Path("/usr/share/color/argyll/ref")
+    COLORD = pathlib.Path("/usr/share/colord")
 
     @unittest.skipUnless(REFERENCES.is_dir(), "needs argyll-ref")
     def test_reads_the_references_of_argyll(self):
@@ -220,8 +279,6 @@ class CgatsTest(ConvertTest):
             with self.subTest(path.name):
                 document = self.directory / "x.zol"
                 self.expect(0, "convert", "-f", "--from", "cgats", path, document)
-                if path.suffix == ".sp":
-                    continue  # light has no fields in what is written
                 again = self.directory / "again.zol"
                 (self.directory / "x.cgats").write_bytes(self.convert(document, "--to", "cgats"))
                 self.expect(0, "convert", "-f", self.directory / "x.cgats", again)
@@ -233,6 +290,29 @@ class CgatsTest(ConvertTest):
                 for one, other in zip(first, second):
                     self.assertEqual(one[:3], other[:3])
                     self.assertAlmostEqual(one[3], other[3], 12)
+
+    @unittest.skipUnless(COLORD.is_dir(), "needs colord-data")
+    def test_reads_charts_and_lights_of_another_program(self):
+        paths = [path for name in ("ti1/*.ti1", "illuminant/*.sp", "ref/*.sp")
+                 for path in sorted(self.COLORD.glob(name))]
+        self.assertGreater(len(paths), 20)
+        for path in paths:
+            with self.subTest(path.name):
+                document, again = self.directory / "x.zol", self.directory / "again.zol"
+                self.expect(0, "convert", "-f", path, document)
+                self.expect(0, "validate", document)
+                (self.directory / "x.cgats").write_bytes(self.convert(document, "--to", "cgats"))
+                self.expect(0, "convert", "-f", self.directory / "x.cgats", again)
+                first, second = (
+                    [(row["Space"], row["Axis"], float(row["Value"]))
+                     for row in csv.DictReader(io.StringIO(self.convert(name, "--to", "csv").decode()))
+                     if row["Axis"] != "ColorDepth"] for name in (document, again))
+                self.assertEqual(len(first), len(second))
+                for one, other in zip(sorted(first), sorted(second)):
+                    self.assertEqual(one[:2], other[:2])
+                    self.assertAlmostEqual(one[2], other[2], 12)
+                if path.suffix == ".sp" and path.parent.name == "illuminant":
+                    self.assertEqual({space for space, *_ in first}, {"EmissiveSpectral"})
 
     @unittest.skipUnless(all(map(shutil.which, ("txt2ti3", "spec2cie", "colprof", "profcheck"))),
                          "needs argyll")
@@ -303,6 +383,7 @@ class CgatsTest(ConvertTest):
 
 class PaletteTest(ConvertTest):
     GIMP = pathlib.Path("/usr/share/gimp/2.0/palettes")
+    MYPAINT = pathlib.Path("/usr/share/mypaint/palettes")
 
     def swatches(self, document):
         """Name and bytes of each colour with an sRGB."""
@@ -317,7 +398,7 @@ class PaletteTest(ConvertTest):
 
     @unittest.skipUnless(GIMP.is_dir(), "needs gimp-data")
     def test_reads_the_palettes_of_gimp(self):
-        paths = sorted(self.GIMP.glob("*.gpl"))
+        paths = [*sorted(self.GIMP.glob("*.gpl")), *sorted(self.MYPAINT.glob("*.gpl"))]
         self.assertGreater(len(paths), 30)
         for path in paths:
             with self.subTest(path.name):
@@ -503,6 +584,20 @@ class SqliteTest(ConvertTest):
             self.assertEqual(found[0], 0)
         plan = " ".join(row[3] for row in self.ask("EXPLAIN QUERY PLAN " + query, l=1, a=1, b=1))
         self.assertIn("VIRTUAL TABLE INDEX", plan)
+
+    def test_attributes_and_looks_are_there(self):
+        self.assertNotIn("CustomAttribute,", self.told)
+        names = [attribute[0].text for path in SAMPLES
+                 for attribute in ElementTree.parse(path).getroot().iterfind(".//{*}CustomAttribute")
+                 if attribute[0].tag.endswith("}Name")]
+        found = [name for name, in self.ask("SELECT name FROM attributes ORDER BY id")]
+        self.assertGreater(len(found), 50)
+        self.assertEqual(sorted(found), sorted(names))
+        for path, place in self.ask("SELECT documents.name, place FROM attributes JOIN documents ON"
+                                    " documents.id = document WHERE colour IS NOT NULL LIMIT 20"):
+            self.expect(0, "get", path, place)
+        looks = self.ask("SELECT srgb FROM colours WHERE name = 'red' AND srgb IS NOT NULL")
+        self.assertIn(("#ff0000",), looks)
 
     def test_verdicts_are_those_of_check(self):
         self.ask(self.queries[1])

@@ -6,6 +6,7 @@ import enum
 import os
 import pathlib
 import pydoc
+import random
 import resource
 import subprocess
 import sys
@@ -235,6 +236,54 @@ def test_lists_are_sequences():
     assert words == ["warm", "red"] and words.index("red") == 1
     words[0] = "cold"
     assert words.pop(0) == "cold" and list(words) == ["red"]
+
+
+def test_slices_are_those_of_a_list():
+    """Against a list that gets the same assignments."""
+    chance = random.Random(1)
+    colors, names = zol.Document().colors, []
+
+    def made(*names):
+        return [zol.NamedColor(name=name, change_history=["2026-03-05T10:00:00Z"]) for name in names]
+    for turn in range(500):
+        ends = [chance.choice((None, chance.randint(-9, 12))) for _ in range(2)]
+        part = slice(*ends, chance.choice((None, 1, 2, -1, 3, -2)))
+        count = len(range(*part.indices(len(names))))
+        new = [f"{turn}.{i}" for i in range(count if part.step not in (None, 1) else chance.randint(0, 3))]
+        colors[part] = made(*new)
+        names[part] = new
+        assert [color.name for color in colors] == names, part
+        if len(names) > 30:
+            del colors[4:], names[4:]
+    colors[:] = made("a", "b", "c", "d")
+    kept = colors[3]
+    for part, values in ((slice(0, 2), [*made("x"), zol.CieLab()]), (slice(None, None, 2), made("x")),
+                         (slice(None), 5), (slice(1, None), [None])):
+        with pytest.raises((TypeError, ValueError)):
+            colors[part] = values
+    assert [color.name for color in colors] == ["a", "b", "c", "d"]
+    colors[0:2] = colors[1::-1]
+    assert [color.name for color in colors] == ["b", "a", "c", "d"] and not kept.is_removed
+    kept.change_history[:] = [datetime.datetime(2026, 3, 5, tzinfo=datetime.timezone.utc)] * 2
+    with pytest.raises(zol.ValueRefused):
+        kept.change_history[1:] = ["2026-03-06T00:00:00Z", "yesterday"]
+    assert len(kept.change_history) == 2
+
+
+def test_foreign_elements_are_set():
+    elements = zol.Revision().elements
+    note = '<x:note xmlns:x="urn:x" at="1">é<x:deep/></x:note>'
+    assert elements.append(note) == zol.ForeignElement("x:note", "urn:x", note)
+    for bad in ("<x:note/>", "note", "<a/><b/>", "<!DOCTYPE a><a/>", "<a>&gone;</a>", "<a", "", "<a/>\0"):
+        with pytest.raises(zol.ValueRefused):
+            elements.append(bad)
+        with pytest.raises(zol.ValueRefused):
+            elements[0] = bad
+    with pytest.raises(TypeError):
+        elements.append(5)
+    elements[0] = zol.ForeignElement("", "", '<b xmlns="urn:b"/>')
+    elements.insert(0, "<a/>")
+    assert [one.name for one in elements] == ["a", "b"] and elements[1].namespace == "urn:b"
 
 
 def test_what_was_removed_is_no_more_and_harms_nothing():

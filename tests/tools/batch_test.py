@@ -143,6 +143,87 @@ class BatchTest(CommandTest):
         self.assertEqual(len(stored(self.journal)), 1)
         self.expect(0, *self.arguments("validate"))
 
+    def test_each_of_a_folder_is_converted(self):
+        self.fill(40, bad=(7,))
+        (self.folder / "inner").mkdir()
+        (self.folder / "inner/deep.ZOLZ").write_text("")
+        self.expect(0, "convert", "-f", self.folder / "00001.zol", self.directory / "deep.zolz")
+        (self.directory / "deep.zolz").replace(self.folder / "inner/deep.ZOLZ")
+        single = self.directory / "single.csv"
+        self.expect(0, "convert", self.folder / "00001.zol", single)
+        for jobs in ("-j1", "-j3"):
+            out = self.directory / f"out{jobs}"
+            result = self.expect(1, "convert", "-r", jobs, "--to", "csv", self.folder, f"{out}/csv/")
+            self.assertEqual(result.stdout, b"41 files: 40 converted, 1 with faults\n")
+            told = [line for line in result.stderr.decode().splitlines() if "left out" in line]
+            self.assertEqual(told, sorted(told))
+            self.assertEqual(len(told), 40)
+            made = {str(path.relative_to(out)) for path in out.rglob("*.*")}
+            self.assertEqual(made, {f"csv/{i:05}.csv" for i in range(40) if i != 7} | {"csv/inner/deep.csv"})
+            text = (out / "csv/00001.csv").read_bytes().replace(b"00001.zol", b"")
+            self.assertEqual(text, single.read_bytes().replace(b"00001.zol", b""))
+        # What is there stays, unless it may go.
+        (out / "csv/00002.csv").write_text("mine")
+        arguments = ("convert", "-r", "-j2", "--to", "csv", self.folder, out / "csv")
+        result = self.expect(2, *arguments)
+        self.assertIn(b"00002.csv: exists; --force replaces it", result.stderr)
+        self.assertEqual((out / "csv/00002.csv").read_text(), "mine")
+        self.expect(1, *arguments, "-f")
+        self.assertNotEqual((out / "csv/00002.csv").read_text(), "mine")
+
+    def test_two_files_do_not_become_one(self):
+        self.fill(1)
+        (self.folder / "00000.zolz").write_bytes((self.folder / "00000.zol").read_bytes())
+        for jobs in ("-j1", "-j4"):
+            out = self.directory / f"out{jobs}"
+            result = self.expect(2, "convert", "-rf", jobs, "--to", "json", self.folder, out)
+            self.assertIn(b"as another file does", result.stderr)
+            self.assertEqual([path.name for path in out.iterdir()], ["00000.json"])
+        # Nor is what was made taken for what is to be converted.
+        inner = self.folder / "made"
+        for _ in range(2):
+            self.expect(2, "convert", "-rf", "--to", "zolz", self.folder, inner)
+            self.assertEqual([path.name for path in self.folder.rglob("made")], ["made"])
+        for misuse in (("-", self.directory / "out/"), (self.folder, self.directory / "none.zol")):
+            self.expect(2, "convert", "-r", "--to", "zol", *misuse)
+        self.expect(2, "convert", "-r", self.folder, f"{self.directory}/out/")
+
+    def test_a_conversion_goes_on(self):
+        self.fill(1500, bad=(9,))
+        out = self.directory / "out"
+        arguments = ["convert", "-r", "-j2", "--resume", self.journal, "--to", "csv", self.folder, out]
+        for attempt in range(10):
+            process = subprocess.Popen([zol_test.COMMAND, *map(str, arguments)], stdout=subprocess.DEVNULL,
+                                       stderr=subprocess.DEVNULL)
+            time.sleep(0.02 * (1 + attempt % 5))
+            process.kill()
+            process.wait(60)
+            # Files are whole whenever they are there.
+            for path in out.glob("*.csv") if out.exists() else ():
+                self.assertTrue(path.read_bytes().endswith(b"\r\n"), path)
+        self.expect(1, *arguments)
+        again = self.expect(1, *arguments)
+        self.assertEqual(again.stdout, b"1500 files: 1499 converted, 1 with faults; 1500 were done before\n")
+        self.assertEqual(len(list(out.glob("*.csv"))), 1499)
+        self.assertIn(b"another task", self.expect(2, *arguments[:-2], self.folder, self.directory / "b/").stderr)
+
+    def test_many_become_one_in_order(self):
+        self.fill(300)
+        tables = [self.expect(0, "convert", "-r", jobs, self.folder, "-", "--to", "csv").stdout
+                  for jobs in ("-j1", "-j4")]
+        self.assertEqual(*tables)
+        names = [line.split(b",")[0] for line in tables[0].splitlines()[1:]]
+        self.assertEqual(names, sorted(names))
+        self.assertEqual(len(set(names)), 300)
+        self.fill(300, bad=(5,))
+        table = self.directory / "all.csv"
+        table.write_text("old")
+        self.expect(1, "convert", "-rf", "-j2", self.folder, table)
+        self.assertEqual(table.read_text(), "old")
+        self.expect(1, "convert", "-rfk", "-j2", self.folder, table)
+        self.assertNotIn(b"00005.zol", table.read_bytes())
+        self.assertEqual(sorted(path.name for path in self.directory.iterdir()), ["all.csv", "many"])
+
     def test_names_with_line_feeds(self):
         for name in ("a\nb.zol", "a\\nb.zol", "a b.zol"):
             (self.folder / name).write_text(document(color()))
@@ -173,7 +254,7 @@ class BatchTest(CommandTest):
                     "subprocess.run(sys.argv[1:], stdout=subprocess.DEVNULL, check=False)\n"
                     "print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)")
             result = subprocess.run([sys.executable, "-c", code, zol_test.COMMAND, command, "-r", "-j2",
-                                     *map(str, options), self.folder], capture_output=True, check=True)
+                                     *map(str, options)], capture_output=True, check=True)
             return int(result.stdout)
 
         def write(first, last):
@@ -183,11 +264,16 @@ class BatchTest(CommandTest):
                 (folder / f"{i:06}.zol").write_text(text)
         write(0, 500)
         (self.folder / "000/000000.zol").write_text(document(*[color()] * 4000))
-        before = {command: peak(command, *COMMANDS[command]) for command in self.commands()}
+        before = {command: peak(command, *COMMANDS[command], self.folder) for command in self.commands()}
+        conversion = {kind: peak("convert", "-f", "--to", kind, self.folder, self.directory / "all")
+                      for kind in ("csv", "sqlite")}
         write(500, count)
         for command, kilobytes in before.items():
-            self.assertLess(peak(command, *COMMANDS[command]), kilobytes + 4096, command)
-        self.assertLess(peak("validate", "--resume", self.journal), before["validate"] + 4096 + count // 20)
+            self.assertLess(peak(command, *COMMANDS[command], self.folder), kilobytes + 4096, command)
+        for kind in ("csv", "sqlite"):
+            self.assertLess(peak("convert", "-f", "--to", kind, self.folder, self.directory / "all"),
+                            1.5 * conversion[kind] + 8192, kind)
+        self.assertLess(peak("validate", "--resume", self.journal, self.folder), before["validate"] + 4096 + count // 20)
 
 
 if __name__ == "__main__":

@@ -149,6 +149,26 @@ class SetTest(PathsTest):
                     result = self.expect(0, "diff", "--ignore", "*SDKInformation", path, target)
                     self.assertEqual(result.stdout, b"")
 
+    def test_nil(self):
+        """An object goes, and comes again of what was got of it."""
+        source = SOURCE / "examples/documents/spectra.zol"
+        nil, back = self.directory / "nil.zol", self.directory / "back.zol"
+        place = f"{LAB}/ColorSpaceSpecificationSpectrumTristimulus"
+        mark = f"{place}/@xsi:nil"
+        whole = self.lines(0, "get", source, place)
+        self.assertGreater(len(whole), 4)
+        self.assertEqual(self.lines(0, "get", source, mark), ["false"])
+        self.expect(0, "set", source, f"{mark}=true", "-o", nil)
+        self.assertEqual(self.lines(0, "get", nil, mark), ["true"])
+        self.assertIn(f"{mark}=true", self.lines(0, "get", nil, LAB))
+        self.assertEqual(json.loads(self.expect(0, "get", "--json", nil, mark).stdout),
+                         [{"path": mark, "value": True}])
+        self.expect(0, "set", nil, f"{mark}=false", *whole, "-o", back)
+        self.assertEqual(self.lines(0, "diff", "--ignore", "*SDKInformation", source, back), [])
+        for change in (f"{mark}=maybe", f"{mark}=false", f"{LAB}/@xsi:nil=true", f"{mark}/L=1"):
+            self.expect(1, "set", nil, change, "-o", self.directory / "none.zol")
+        self.expect(1, "get", source, f"{LAB}/@xsi:nil")
+
     def test_a_refusal_says_what_is_expected_and_writes_nothing(self):
         source = self.write(document(color()))
         target = self.directory / "out.zol"
