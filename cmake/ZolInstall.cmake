@@ -68,12 +68,18 @@ if(ZOL_BUILD_BRIDGE)
                 "${ZOL_GENERATED_DIR}/bridge/zol_exports.h"
           DESTINATION "${headers_dir}/bridge")
   if(ZOL_BUILD_MANAGED)
-    install(FILES "${ZOL_MANAGED_DIR}/Zol.Net.dll" DESTINATION "${CMAKE_INSTALL_LIBDIR}/zol"
-            COMPONENT zol_managed OPTIONAL)
+    set(ZOL_MANAGED_INSTALL_DIR "${CMAKE_INSTALL_LIBDIR}/zol" CACHE STRING
+      "Where the assembly for Mono goes")
+    set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME zol_managed)
+    configure_file(bridge/managed/Zol.Net.dll.config.in "${ZOL_MANAGED_DIR}/Zol.Net.dll.config" @ONLY)
+    install(FILES "${ZOL_MANAGED_DIR}/Zol.Net.dll" "${ZOL_MANAGED_DIR}/Zol.Net.dll.config"
+            DESTINATION "${ZOL_MANAGED_INSTALL_DIR}" OPTIONAL)
+    set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME zol_development)
   endif()
 endif()
-install(FILES "${ZOL_GENERATED_DIR}/zol.xsd" DESTINATION "${CMAKE_INSTALL_DATADIR}/xml/zol"
-        COMPONENT zol_tools)
+configure_file(tools/desktop/catalog.xml.in catalog.xml @ONLY)
+install(FILES "${ZOL_GENERATED_DIR}/zol.xsd" "${CMAKE_CURRENT_BINARY_DIR}/catalog.xml"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/xml/zol" COMPONENT zol_tools)
 install(FILES "${ZOL_GENERATED_DIR}/zol.schema.json" DESTINATION "${CMAKE_INSTALL_DATADIR}/zol"
         COMPONENT zol_tools)
 
@@ -85,10 +91,22 @@ if(ZOL_BUILD_TOOLS)
   endif()
   set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME zol_tools)
   install(TARGETS zol_command DESTINATION "${CMAKE_INSTALL_BINDIR}")
-  install(FILES tools/zol.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+  install(FILES ${ZOL_MANUAL_PAGES} DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
   install(FILES tools/zol.bash RENAME zol
           DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
-  install(FILES tools/_zol DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
+  # Debian has another place for what packages bring along.
+  set(ZOL_ZSH_INSTALL_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" CACHE STRING
+    "Where the completion for zsh goes")
+  install(FILES tools/_zol DESTINATION "${ZOL_ZSH_INSTALL_DIR}")
+  # What file managers show for a document.
+  configure_file(tools/desktop/zol.mime.xml.in zol.mime.xml @ONLY)
+  install(FILES "${CMAKE_CURRENT_BINARY_DIR}/zol.mime.xml" RENAME zol.xml
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/mime/packages")
+  get_target_property(definitions zol_command COMPILE_DEFINITIONS)
+  if("ZOL_WITH_THUMBNAIL" IN_LIST definitions)
+    install(FILES tools/desktop/zol.thumbnailer
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/thumbnailers")
+  endif()
   set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME zol_development)
 endif()
 
@@ -162,3 +180,11 @@ if(ZOL_BUILD_INTERCHANGE)
     DESCRIPTION "Colour-data documents in the formats of other programs"
     REQUIRES zol NEEDS ${needs})
 endif()
+
+# The guides, and what the target zol_api_reference made if it was asked to.
+install(DIRECTORY docs/ DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT zol_documentation
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+install(DIRECTORY "${ZOL_GENERATED_DIR}/reference/" DESTINATION "${CMAKE_INSTALL_DOCDIR}/reference"
+        COMPONENT zol_documentation)
+install(DIRECTORY "${PROJECT_BINARY_DIR}/api/html/" DESTINATION "${CMAKE_INSTALL_DOCDIR}/html"
+        COMPONENT zol_documentation OPTIONAL)

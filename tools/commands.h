@@ -22,6 +22,9 @@ void add_grep(CLI::App& app, ExitStatus* status);
 void add_report(CLI::App& app, ExitStatus* status);
 void add_schema(CLI::App& app, ExitStatus* status);
 
+// Where there is libpng, too.
+void add_thumbnail(CLI::App& app, ExitStatus* status);
+
 // Where the library of colorimetry is built.
 void add_check(CLI::App& app, ExitStatus* status);
 void add_compare(CLI::App& app, ExitStatus* status);

@@ -49,6 +49,9 @@ ExitStatus run(std::vector<std::string> arguments) {
 #if defined(ZOL_WITH_REPORT)
   add_report(app, &status);
 #endif
+#if defined(ZOL_WITH_THUMBNAIL)
+  add_thumbnail(app, &status);
+#endif
   add_schema(app, &status);
 #if defined(ZOL_WITH_COLORIMETRY)
   add_check(app, &status);

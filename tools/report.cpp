@@ -1,6 +1,4 @@
 // zol report: a document as a page to look at, or one picture of it.
-#include <cerrno>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,8 +10,6 @@
 #include <CLI/Formatter.hpp>
 
 #include "model/Zol.h"
-#include "port/files.h"
-#include "port/replacement_file.h"
 #include "tools/commands.h"
 #include "tools/document_text.h"
 #include "tools/load.h"
@@ -22,6 +18,7 @@
 #include "tools/report_content.h"
 #include "tools/report_page.h"
 #include "tools/report_pictures.h"
+#include "tools/save.h"
 #include "tools/seen_under.h"
 #include "tools/text.h"
 
@@ -33,14 +30,6 @@ struct Options {
   std::string picture;
   SeenUnder seen;
 };
-
-// A report must never take the place of a document.
-std::string check_output(const std::string& path) {
-  const std::size_t dot = path.rfind('.');
-  const std::string suffix = dot == std::string::npos ? "" : path.substr(dot);
-  if (suffix != ".zol" && suffix != ".zolz") return "";
-  return "a report is no document: the name must not end in " + suffix;
-}
 
 // --- Pictures by name ----------------------------------------------------------------------------
 
@@ -100,23 +89,7 @@ std::string find_picture(const ReportContent& content, const std::string& name, 
   return "";
 }
 
-// --- Output --------------------------------------------------------------------------------------
-
-// The file that was there stays as it is until this one is complete.
-ExitStatus write(const std::string& text, const std::string& path) {
-  if (path == k_standard_stream) {
-    print(text);
-    return ExitStatus::ok;
-  }
-  using Outcome = zol::port::ReplacementFile::Outcome;
-  zol::port::ReplacementFile file(wide_path(path));
-  const bool is_written =
-      file.is_open() && zol::port::write_handle(file.handle(), text.data(), text.size());
-  const Outcome outcome = is_written ? file.commit() : Outcome::kept;
-  if (outcome != Outcome::kept && outcome != Outcome::broken) return ExitStatus::ok;
-  complain(path, std::strerror(errno));
-  return ExitStatus::trouble;
-}
+// --- The command ---------------------------------------------------------------------------------
 
 std::string file_name(const std::string& path) {
   if (path == k_standard_stream) return "standard input";
@@ -144,7 +117,7 @@ ExitStatus run(const Options& options) {
       text = standalone(picture);
     }
   }
-  return write(text, options.output);
+  return save_picture(text, options.output);
 }
 
 }  // namespace
@@ -157,7 +130,7 @@ void add_report(CLI::App& app, ExitStatus* status) {
   command
       ->add_option("-o,--output", options->output,
                    "File to write; - is standard output, which it is by default")
-      ->check(CLI::Validator(check_output, "FILE"));
+      ->check(CLI::Validator(check_picture_name, "FILE"));
   command->add_option("--svg", options->picture,
                       "Write one picture alone: hues, lightness, spectra, sources; or a colour by "
                       "id or name, of which swatch:NAME and spectrum:NAME are the parts");

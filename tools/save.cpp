@@ -9,6 +9,7 @@
 #include "facade/files.h"
 #include "model/Zol.h"
 #include "port/files.h"
+#include "port/replacement_file.h"
 #include "port/wide_text.h"
 #include "tools/document_text.h"
 #include "tools/output.h"
@@ -25,6 +26,11 @@ bool is_document_name(const std::string& path) {
 std::string check_document_name(const std::string& path) {
   if (is_document_name(path)) return "";
   return "the name must end in .zol or .zolz, or be -";
+}
+
+std::string check_picture_name(const std::string& path) {
+  if (path == k_standard_stream || !is_document_name(path)) return "";
+  return "a picture is no document: the name must not end in .zol or .zolz";
 }
 
 bool is_in_the_way(const SaveTarget& target) {
@@ -106,4 +112,19 @@ ExitStatus save_document(const zol_v2::Zol& document, const SaveTarget& target,
   verdict.report.faults = std::move(report.faults);
   make_text_printer(true, wants_colors(stderr))->print(verdict);
   return ExitStatus::fault;
+}
+
+ExitStatus save_picture(const std::string& text, const std::string& path) {
+  if (path == k_standard_stream) {
+    print(text);
+    return ExitStatus::ok;
+  }
+  using Outcome = zol::port::ReplacementFile::Outcome;
+  zol::port::ReplacementFile file(wide_path(path));
+  const bool is_written =
+      file.is_open() && zol::port::write_handle(file.handle(), text.data(), text.size());
+  const Outcome outcome = is_written ? file.commit() : Outcome::kept;
+  if (outcome != Outcome::kept && outcome != Outcome::broken) return ExitStatus::ok;
+  complain(path, std::strerror(errno));
+  return ExitStatus::trouble;
 }

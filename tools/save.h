@@ -1,4 +1,4 @@
-// Writes documents for the commands that change them.
+// Writes documents for the commands that change them, and pictures for those that draw them.
 #pragma once
 
 #include <memory>
@@ -23,6 +23,10 @@ bool is_document_name(const std::string& path);
 
 // A fault of an argument that names a file to write, or an empty text.
 std::string check_document_name(const std::string& path);
+
+// A fault of an argument that names a picture or a page to write, which must never take the place
+// of a document; or an empty text.
+std::string check_picture_name(const std::string& path);
 
 // Tells that the file is there and may not be replaced; false if there is no such obstacle.
 bool is_in_the_way(const SaveTarget& target);
@@ -51,3 +55,6 @@ class WholeOutput {
 // document from being written is told by paths, as faults of the document `name`.
 ExitStatus save_document(const zol_v2::Zol& document, const SaveTarget& target,
                          const std::string& name);
+
+// To a file, which replaces an older one when it is complete, or to standard output for "-".
+ExitStatus save_picture(const std::string& text, const std::string& path);

@@ -22,7 +22,7 @@ _zol() {
       continue
     fi
     case $word in
-      validate | info | convert | list | get | set | diff | merge | grep | explain | report | schema | check | compare)
+      validate | info | convert | list | get | set | diff | merge | grep | explain | report | thumbnail | schema | check | compare)
         command=$word
         ;;
     esac
@@ -40,10 +40,11 @@ _zol() {
     grep) options='--path --where --ignore-case --list --count --json --recursive --jobs --resume --help' ;;
     explain) options='--paths --help' ;;
     report) options='--output --svg --illuminant --observer --help' ;;
+    thumbnail) options='--size --help' ;;
     schema) options='--json --help' ;;
     check) options='--json --csv --warn-as-fail --unjudged-as-fail --fill --output --force --recursive --jobs --resume --help' ;;
     compare) options='--formula --factors --illuminant --observer --adapt --json --csv --help' ;;
-    *) options='validate info convert list get set diff merge grep explain report schema check compare --version --help' ;;
+    *) options='validate info convert list get set diff merge grep explain report thumbnail schema check compare --version --help' ;;
   esac
   if [[ -z $command || $current == -?* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
@@ -62,7 +63,7 @@ _zol() {
       ;;
     list--observer | report--observer | compare--observer | convert--observer) options='2 10' ;;
     report--svg) options='hues lightness spectra sources swatch: spectrum:' ;;
-    schema* | *--max | *--jobs | *-j | grep--path | grep--where | diff--ignore) return ;;
+    schema* | *--max | *--size | thumbnail-s | *--jobs | *-j | grep--path | grep--where | diff--ignore) return ;;
     *) options='' ;;
   esac
   if [[ -n $options ]]; then

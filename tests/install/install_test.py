@@ -57,7 +57,9 @@ class InstallTest(unittest.TestCase):
     def test_what_is_there(self):
         for pattern in ("bin/zol", "lib*/**/libzol.so.2", "share/xml/zol/zol.xsd",
                         "share/zol/zol.schema.json",
-                        "share/man/man1/zol.1", "share/bash-completion/completions/zol",
+                        "share/man/man1/zol.1", "share/man/man1/zol-validate.1",
+                        "share/bash-completion/completions/zol", "share/mime/packages/zol.xml",
+                        "share/xml/zol/catalog.xml",
                         "lib*/**/pkgconfig/zol.pc", "lib*/**/ZolConfigVersion.cmake",
                         "include/zol/model/Zol.h", "include/zol/lmx/lmxparse.h",
                         "include/zol/zip/archive.h", "include/zol/facade/files.h"):
@@ -66,6 +68,37 @@ class InstallTest(unittest.TestCase):
         for path in (SOURCE, OPTIONS.build.resolve(), self.directory):
             # As a path of its own, and not as the end of one: a checkout may be "/zol".
             self.assertNotRegex(text, rf"(?<![\w}}./-]){re.escape(str(path))}(?![\w.-])")
+
+    def test_each_command_has_a_manual_page(self):
+        commands = set(re.findall(r"^  (\w+)  ", call(self.prefix / "bin/zol", "--help"), re.M))
+        self.assertIn("validate", commands)
+        for command in commands:
+            page = call("man", "-l", *self.prefix.glob(f"share/man/man1/zol-{command}.1"),
+                        env=dict(os.environ, MANWIDTH="200"))
+            self.assertRegex(page, rf"NAME\n +zol-{command} - \w.*\n\nSYNOPSIS\n +zol {command}")
+
+    @unittest.skipUnless(shutil.which("xmllint"), "no xmllint")
+    def test_the_catalog_leads_to_the_schema(self):
+        (catalog,) = self.prefix.glob("share/xml/zol/catalog.xml")
+        call("xmllint", "--noout", "--nonet", "--schema", "http://example.org/zol/v2",
+             SOURCE / "examples/documents/spectra.zol",
+             env=dict(os.environ, XML_CATALOG_FILES=str(catalog)))
+
+    @unittest.skipUnless(shutil.which("update-mime-database") and shutil.which("gio"),
+                         "no shared-mime-info")
+    def test_the_type_of_documents(self):
+        call("update-mime-database", self.prefix / "share/mime")
+        work = self.work_directory()
+        sample = SOURCE / "examples/documents/named-colours.zol"
+        call(self.prefix / "bin/zol", "convert", sample, work / "packed.zolz")
+        (work / "plain").write_bytes(sample.read_bytes())
+        (work / "packed").write_bytes((work / "packed.zolz").read_bytes())
+        paths = dict(os.environ, XDG_DATA_HOME=str(work / "none"),
+                     XDG_DATA_DIRS=f"{self.prefix / 'share'}:/usr/share")
+        for path, kind in ((sample, "xml"), (work / "packed.zolz", "zip"), (work / "plain", "xml"),
+                           (work / "packed", "zip")):
+            told = call("gio", "info", "-a", "standard::content-type", path, env=paths)
+            self.assertIn(f"application/x-zol+{kind}\n", told, path)
 
     def test_command_runs(self):
         sample = SOURCE / "examples/documents/named-colours.zol"
