@@ -338,12 +338,12 @@ std::ostream& operator<<(std::ostream& os, const c_decimal& value) {
   return os << value.get_as_string();
 }
 
-std::size_t internal::hash_decimal(const c_decimal& value) noexcept {
-  std::string_view fraction = value.fractional_;
+std::size_t c_decimal::hash() const noexcept {
+  std::string_view fraction = fractional_;
   fraction = fraction.substr(0, fraction.find_last_not_of('0') + 1);
-  const std::size_t integral = std::hash<c_big_int>()(value.integral_);
+  const std::size_t integral = std::hash<c_big_int>()(integral_);
   const std::size_t magnitude = integral * 1000003 + std::hash<std::string_view>()(fraction);
-  return magnitude * 2 + (value.is_negative_ ? 1 : 0);
+  return magnitude * 2 + (is_negative_ ? 1 : 0);
 }
 
 }  // namespace lmx

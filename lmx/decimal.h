@@ -17,11 +17,7 @@
 
 namespace lmx {
 
-class c_decimal;
-
 namespace internal {
-
-ZOL_API std::size_t hash_decimal(const c_decimal& value) noexcept;
 
 template <class... T>
 using IfIntegral = std::enable_if_t<(std::is_integral_v<T> && ...), int>;
@@ -190,9 +186,11 @@ class ZOL_API c_decimal {
     return is_below_zero(value) ? 0 - bits : bits;
   }
 
-  friend ZOL_API std::size_t internal::hash_decimal(const c_decimal& value) noexcept;
+  friend struct std::hash<c_decimal>;
   friend ZOL_API bool operator==(const c_decimal& a, const c_decimal& b);
   friend ZOL_API bool operator>(const c_decimal& a, const c_decimal& b);
+
+  std::size_t hash() const noexcept;
 
   bool is_negative_ = false;
   c_big_int integral_;  // the magnitude
@@ -222,9 +220,7 @@ struct hash<lmx::c_big_int> {
 // As == has it: zeros at the end take no part.
 template <>
 struct hash<lmx::c_decimal> {
-  std::size_t operator()(const lmx::c_decimal& value) const noexcept {
-    return lmx::internal::hash_decimal(value);
-  }
+  std::size_t operator()(const lmx::c_decimal& value) const noexcept { return value.hash(); }
 };
 
 }  // namespace std
