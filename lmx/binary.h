@@ -31,11 +31,15 @@ class ZOL_API c_binary {
   c_binary() = default;
   c_binary(const c_binary&) = default;
   c_binary(c_binary&&) noexcept = default;
+  // A copy of `size` bytes.
   c_binary(const unsigned char* data, unsigned size);
 
+  // If memory runs out, it stays as it was.
   c_binary& operator=(const c_binary& other);
   c_binary& operator=(c_binary&& other) noexcept = default;
+  // Exchanges the bytes.
   void swap(c_binary& other) noexcept { bytes_.swap(other.bytes_); }
+  // Replaces the bytes by a copy.
   void set(const unsigned char* data, unsigned size);
 
   // Pairs of hexadecimal digits in either case. The empty text is valid.
@@ -54,17 +58,24 @@ class ZOL_API c_binary {
   // On one line, however long.
   void out_base64(std::ostream& os) const;
 
+  // Are they these bytes? A null pointer is none.
   bool equal(const unsigned char* data, unsigned size) const;
 
   // An index at or past the size has no defined result here; `at` throws std::out_of_range for it.
   unsigned char operator[](unsigned index) const { return bytes_[index]; }
+  // To be changed in place.
   unsigned char& operator[](unsigned index) { return bytes_[index]; }
+  // Throws std::out_of_range past the end.
   unsigned char at(unsigned index) const { return bytes_.at(index); }
+  // Throws std::out_of_range past the end.
   unsigned char& at(unsigned index) { return bytes_.at(index); }
 
+  // A byte more.
   void append(unsigned char byte) { bytes_.push_back(byte); }
+  // A byte more.
   void operator+=(unsigned char byte) { append(byte); }
 
+  // In bytes.
   unsigned size() const { return static_cast<unsigned>(bytes_.size()); }
   // Copies the first min(size, max) bytes to `out` and gives `out`.
   unsigned char* get(unsigned char* out, unsigned max) const;
@@ -84,30 +95,38 @@ class ZOL_API c_binary {
   std::vector<unsigned char> bytes_;
 };
 
+// The name that generated code has for it.
 using tc_binary = c_binary;
 
 // Manipulators: os << c_as_hex<c_binary>(value). They borrow the value.
 template <class T>
 class c_as_hex {
  public:
+  // Lives for one stream expression.
   explicit c_as_hex(const T& value) : value_(value) {}
+  // What is to be written.
   const T& value() const { return value_; }
 
  private:
   const T& value_;
 };
 
+// See c_as_hex.
 template <class T>
 class c_as_base64 {
  public:
+  // Lives for one stream expression.
   explicit c_as_base64(const T& value) : value_(value) {}
+  // What is to be written.
   const T& value() const { return value_; }
 
  private:
   const T& value_;
 };
 
+// As c_binary::out_hex.
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_hex<c_binary>& hex);
+// As c_binary::out_base64.
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_base64<c_binary>& base64);
 
 }  // namespace lmx

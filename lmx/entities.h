@@ -29,21 +29,27 @@ char predefined_entity(std::string_view name);
 
 }  // namespace internal
 
+// Keeps the entities of a document, and splices their text into the input.
 class ZOL_API c_get_with_entities : public c_get_as_utf8 {
  public:
+  // Borrows both, for its whole life.
   c_get_with_entities(c_read& source, c_error& error) : c_get_as_utf8(source, error) {}
 
   // The next byte of the innermost entity text, or of the document. The end of an entity does not
   // show; lines are not counted inside one.
   int get() { return stack_.empty() ? c_get_as_utf8::get() : get_from_stack(); }
+  // Gives a byte back.
   void unget(int value);
 
   // A later definition replaces an earlier one.
   void add_general_entity(const char* name, const char* text);
+  // The same, for references with "%".
   void add_parameter_entity(const char* name, const char* text);
+  // The text of the entity, good until it is replaced; false if there is none of that name.
   bool get_general_entity(const char* name, const char** text) const {
     return general_.find(name, text);
   }
+  // See get_general_entity.
   bool get_parameter_entity(const char* name, const char** text) const {
     return parameter_.find(name, text);
   }
@@ -51,6 +57,7 @@ class ZOL_API c_get_with_entities : public c_get_as_utf8 {
   // Makes `text`, which a repository of this object holds, the next input. False, after a fatal
   // report of 9, if that text is being read already or if entities expand out of all proportion.
   bool set_input_entity_value(const char* text);
+  // How many entities are being read in one another; 0 in the document itself.
   unsigned int get_entity_stack_depth() const { return static_cast<unsigned>(stack_.size()); }
   // Forgets the entities too.
   void rewind();
@@ -84,20 +91,25 @@ class ZOL_API c_entity_name_reader {
   virtual ~c_entity_name_reader();
   // The next byte, or -1.
   virtual int get() = 0;
+  // Gives a byte back; -1 is let pass.
   virtual void unget(int value) = 0;
 
   // With the flag an entity's text becomes input, and markup in it is markup.
   bool get_expand_into_input() const { return expand_into_input_; }
+  // See get_expand_into_input.
   void set_expand_into_input(bool expand) { expand_into_input_ = expand; }
 
  private:
   bool expand_into_input_ = false;
 };
 
+// Reads on in the input.
 class ZOL_API c_entity_name_reader_for_c_get : public c_entity_name_reader {
  public:
+  // Borrows the getter.
   explicit c_entity_name_reader_for_c_get(c_get_with_entities& getter) : getter_(&getter) {}
   int get() override;
+  // As c_entity_name_reader has it.
   void unget(int value) override;
 
  private:
@@ -107,8 +119,10 @@ class ZOL_API c_entity_name_reader_for_c_get : public c_entity_name_reader {
 // Reads a zero-ended text through a pointer that the caller shares.
 class ZOL_API c_entity_name_reader_for_entity : public c_entity_name_reader {
  public:
+  // Borrows pointer and text; never goes back before where it began.
   explicit c_entity_name_reader_for_entity(const char** at) : start_(*at), at_(at) {}
   int get() override;
+  // As c_entity_name_reader has it.
   void unget(int value) override;
 
  private:
@@ -119,9 +133,11 @@ class ZOL_API c_entity_name_reader_for_entity : public c_entity_name_reader {
 // Reads a zero-ended text through an index that the caller shares.
 class ZOL_API c_entity_name_reader_for_c_str : public c_entity_name_reader {
  public:
+  // Borrows text and index.
   c_entity_name_reader_for_c_str(const char* text, std::size_t* index)
       : text_(text), index_(index) {}
   int get() override;
+  // As c_entity_name_reader has it.
   void unget(int value) override;
 
  private:
@@ -129,10 +145,13 @@ class ZOL_API c_entity_name_reader_for_c_str : public c_entity_name_reader {
   std::size_t* index_;
 };
 
+// Reads on in the value of an attribute that was read ahead. The tokeniser makes them.
 class c_entity_name_reader_for_attribute_data : public c_entity_name_reader {
  public:
+  // Borrows the list.
   explicit c_entity_name_reader_for_attribute_data(internal::AttributeList& list) : list_(&list) {}
   int get() override;
+  // As c_entity_name_reader has it.
   void unget(int value) override;
 
  private:
@@ -142,10 +161,14 @@ class c_entity_name_reader_for_attribute_data : public c_entity_name_reader {
 // Reads the words of a DTD.
 class ZOL_API c_dtd_util {
  public:
+  // Borrows the getter.
   explicit c_dtd_util(c_get_for_xml& getter) : getter_(&getter) {}
 
+  // The next byte, or -1.
   int get();
+  // Gives a byte back.
   void unget(int value);
+  // The getter that it reads from.
   c_get_for_xml& getter() { return *getter_; }
 
   // A word up to white space or ">". False if the input ends before it.
@@ -161,12 +184,15 @@ class ZOL_API c_dtd_util {
   c_get_for_xml* getter_;
 };
 
+// Reads the internal subset of a document type, and keeps its entities in the getter.
 class ZOL_API c_internal_dtd : public c_dtd_util {
  public:
+  // Borrows the getter.
   explicit c_internal_dtd(c_get_for_xml& getter) : c_dtd_util(getter) {}
 
   // Entered after "<!DOCTYPE". False for what is not well formed, with or without a report.
   bool read_doctype_decl();
+  // As new; it keeps nothing itself.
   void reset() {}
 
  private:

@@ -14,6 +14,7 @@ namespace lmx {
 class c_get_as_utf8;
 class c_getter_error_binder;
 
+// What went wrong, as one number; 0 is no error. docs/errors.md says of each what to do about it.
 enum elmx_error : std::int32_t {
   elmx_ok = 0,
   elmx_no_file = 1,
@@ -102,14 +103,20 @@ class ZOL_API c_error {
                             const char* text);
   virtual ~c_error();
 
+  // Takes a report: counts it, keeps it, and hands it to report_error. `source_id` and `text` are
+  // borrowed for the call.
   void error(elmx_error_type type, elmx_error code, const char* source_id, int line,
              const char* text);
   // Takes source id and line from the bound getter; null and -1 if none is bound.
   void error(elmx_error_type type, elmx_error code, const char* text);
 
+  // Was anything reported that is worse than a warning?
   bool is_errored() const { return fatal_count_ + error_count_ != 0; }
+  // Has a fatal report ended the input?
   bool is_fatal_errored() const { return fatal_count_ != 0; }
+  // The code and the severity of the last report: 0 and elmx_none before any.
   elmx_error get_last_error() const { return last_error_; }
+  // See get_last_error.
   elmx_error_type get_last_error_type() const { return last_type_; }
   // False, with the arguments untouched, if nothing was reported.
   bool get_error_info(elmx_error_type* type, elmx_error* code, int* line) const;
@@ -133,6 +140,7 @@ class ZOL_API c_error {
 // Ties a c_error to a getter for as long as the binder lives. Borrows both.
 class ZOL_API c_getter_error_binder {
  public:
+  // The tally outlives the binder.
   explicit c_getter_error_binder(c_error& error) : error_(&error) {}
   c_getter_error_binder(const c_getter_error_binder&) = delete;
   c_getter_error_binder& operator=(const c_getter_error_binder&) = delete;
@@ -141,7 +149,9 @@ class ZOL_API c_getter_error_binder {
   // Only the first call binds.
   void bind(c_get_as_utf8* getter);
 
+  // The bound getter, and the one that it displaced; null if there is none.
   c_get_as_utf8* get_new_getter() const { return new_getter_; }
+  // See get_new_getter.
   c_get_as_utf8* get_old_getter() const { return old_getter_; }
 
  private:
@@ -151,8 +161,10 @@ class ZOL_API c_getter_error_binder {
   c_get_as_utf8* old_getter_ = nullptr;
 };
 
+// A code as an exception, for a handler that wants to leave by throwing.
 class ZOL_API c_lmx_exception : public std::exception {
  public:
+  // Of this code.
   explicit c_lmx_exception(elmx_error code) : error_(code) {}
   c_lmx_exception(const c_lmx_exception&) = default;
   c_lmx_exception& operator=(const c_lmx_exception&) = default;
@@ -160,19 +172,23 @@ class ZOL_API c_lmx_exception : public std::exception {
 
   // The text of the code.
   const char* what() const noexcept override;
+  // The code.
   elmx_error get_error() const { return error_; }
 
  private:
   elmx_error error_;
 };
 
+// The same, with the line of the document.
 class ZOL_API c_lmx_reader_exception : public c_lmx_exception {
  public:
+  // Lines are counted from 1.
   c_lmx_reader_exception(elmx_error code, int line) : c_lmx_exception(code), line_(line) {}
   c_lmx_reader_exception(const c_lmx_reader_exception&) = default;
   c_lmx_reader_exception& operator=(const c_lmx_reader_exception&) = default;
   ~c_lmx_reader_exception() override;
 
+  // The line, from 1.
   int get_line() const { return line_; }
 
  private:

@@ -10,6 +10,7 @@
 
 namespace lmx {
 
+// The answer of a callback of has_must_understand.
 enum elmx_must_understand {
   elmx_must_understand_false = 0,
   elmx_must_understand_invalid = 1,
@@ -34,6 +35,7 @@ ZOL_API unsigned length(const std::string& utf8);
 // Length facets. Texts whose size in bytes settles the question (a character is taken to have four
 // bytes at most) are not walked.
 ZOL_API bool is_min_length_ok(const std::string& utf8, unsigned min);
+// See is_min_length_ok.
 ZOL_API bool is_max_length_ok(const std::string& utf8, unsigned max);
 
 // Digits in the whole text, leading zeros, trailing zeros and an exponent's digits included.

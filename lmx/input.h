@@ -24,11 +24,13 @@ namespace lmx {
 class ZOL_API c_read {
  public:
   c_read() = default;
+  // Can it be read? The default says so.
   virtual bool is_open() const;
   // The next byte as 0 to 255, -1 at the end.
   virtual int read() = 0;
   // A name for messages, or null.
   virtual const char* get_source_id();
+  // Starts again.
   virtual void rewind() = 0;
   virtual ~c_read();
 
@@ -53,6 +55,7 @@ class ZOL_API c_read {
 // alone is asked for every byte.
 class ZOL_API c_read_memory : public c_read {
  public:
+  // `size` is in bytes; null counts as no bytes.
   c_read_memory(const char* data, std::size_t size)
       : start_(data), at_(data), end_(data == nullptr ? data : data + size) {}
   c_read_memory(const c_read_memory&) = default;
@@ -76,6 +79,7 @@ class ZOL_API c_read_memory : public c_read {
 // Reads a string in place, which must outlive it.
 class ZOL_API c_read_string : public c_read_memory {
  public:
+  // Borrows the text.
   explicit c_read_string(const std::string& text) : c_read_memory(text.data(), text.size()) {}
 };
 
@@ -83,7 +87,9 @@ class ZOL_API c_read_string : public c_read_memory {
 // does not open.
 class ZOL_API c_read_file : public c_read {
  public:
+  // A path in the encoding of the system's own calls.
   explicit c_read_file(const char* path);
+  // A path in UTF-16, one unit a wchar_t.
   explicit c_read_file(const wchar_t* path);
   // Takes the file from its present position, and closes it unless told otherwise.
   explicit c_read_file(std::FILE* file);
@@ -91,6 +97,7 @@ class ZOL_API c_read_file : public c_read {
   c_read_file& operator=(const c_read_file&) = delete;
   ~c_read_file() override;
 
+  // Is there a file?
   bool is_open() const override { return file_ != nullptr; }
   int read() override;
   // The path in UTF-8, "" for a file that was handed in.
@@ -104,7 +111,9 @@ class ZOL_API c_read_file : public c_read {
   // A regular file that was opened by its name is read, never mapped: others may cut it.
   bool read_whole(const char** begin, std::size_t* size) override;
 
+  // Closes the file before its time, whoever opened it.
   void close();
+  // Whether the destructor leaves the file to the caller.
   void leave_file_open_on_delete(bool leave_open) { close_on_delete_ = !leave_open; }
 
  private:
@@ -123,10 +132,15 @@ class ZOL_API c_read_file : public c_read {
 // fourth is dropped.
 class ZOL_API c_unget_buffer {
  public:
+  // Forgets them.
   void clear() { count_ = 0; }
+  // Is there none?
   bool empty() const { return count_ == 0; }
+  // How many there are, 3 at most.
   int size() const { return count_; }
+  // The last one, which is taken out; -1 if there is none.
   int get() { return count_ == 0 ? -1 : values_[--count_]; }
+  // Pushes a character back, of which at most three can wait. -1 is one too.
   void unget(int value) {
     if (count_ < k_depth) values_[count_++] = value;
   }
@@ -171,6 +185,7 @@ class ZOL_API c_get_as_utf8 {
 
   // The next byte, 0 to 255, or -1 at the end.
   int get();
+  // Pushes a character back, of which at most three can wait. -1 is one too.
   void unget(int value) {
     unget_.unget(value);
     is_plain_ = false;
@@ -179,14 +194,20 @@ class ZOL_API c_get_as_utf8 {
   // False, after a fatal report of 6 for an unknown name or of 15 for one that does not agree with
   // the bytes seen. Names are compared without regard to case.
   bool set_encoding(const char* name);
+  // The line of the next character, from 1.
   int get_line_num() const { return uncounted_.empty() ? line_ : line_ + count_lines(uncounted_); }
+  // As the source gives it; null if it has no name.
   const char* get_source_id() const { return source_->get_source_id(); }
+  // Starts the source again, with its encoding to be found anew.
   void rewind();
 
+  // Reports to the tally, with the source's name and the line.
   void error(elmx_error_type type, elmx_error code, const char* text);
+  // The same.
   void error(elmx_error_type type, elmx_error code, const std::string& text) {
     error(type, code, text.c_str());
   }
+  // The tally that it was made with.
   c_error& get_error_handler() const { return *error_; }
 
   // --- For the stages above -----------------------------------------------------------------

@@ -19,17 +19,27 @@ namespace lmx {
 // One row of a constant table of namespaces, shared by reader and writer. A null URI ends the
 // table.
 struct s_ns_map {
+  // The id that the URI gets.
   int ns_id;
+  // What the writer declares for it; empty for the default namespace.
   const char* prefix;
+  // Null ends the table.
   const char* uri;
 };
 
+// The ids that are the same in every document: of a prefix that nothing declares, of no namespace,
+// of the prefix "xml" and of XML Schema instances; and the first that a document gives.
 constexpr int k_ns_not_found = 0;
+// No namespace.
 constexpr int k_ns_none = 1;
+// The prefix "xml".
 constexpr int k_ns_xml = 2;
+// XML Schema instances.
 constexpr int k_ns_xsi = 5;
+// The first id for what a document declares.
 constexpr int k_ns_first_free = 1000;
 
+// The namespace of XML Schema instances.
 inline constexpr char k_xsi_uri[] = "http://www.w3.org/2001/XMLSchema-instance";
 
 template <class T>
@@ -37,18 +47,26 @@ struct c_rep_ops;
 
 template <>
 struct c_rep_ops<int> {
+  // The value to keep.
   static int copy(int value) { return value; }
+  // Lets go of a kept value.
   static void release(int) {}
+  // Are they alike?
   static bool is_equal(int a, int b) { return a == b; }
+  // The order of an index.
   static bool is_less(int a, int b) { return a < b; }
 };
 
 // Owns a copy of each text. A null text counts as the empty one.
 template <>
 struct c_rep_ops<const char*> {
+  // The value to keep.
   ZOL_API static const char* copy(const char* text);
+  // Lets go of a kept value.
   static void release(const char* text) { delete[] text; }
+  // Are they alike?
   static bool is_equal(const char* a, const char* b) { return std::strcmp(a, b) == 0; }
+  // The order of an index.
   static bool is_less(const char* a, const char* b) { return std::strcmp(a, b) < 0; }
 };
 
@@ -73,6 +91,7 @@ class c_repository {
   // Gives a key that is present a new value and appends a pair otherwise. A replaced value is
   // released, or handed to the caller if `displaced` is not null, and *displaced says so.
   ZOL_API bool add(std::string_view key, T value, T* displaced = nullptr);
+  // The value of the key. False, with *value as it was, if there is none.
   bool find(std::string_view key, T* value) const {
     if (entries_.empty()) return false;
     const Entry* const entry = find_entry(key);
@@ -80,11 +99,14 @@ class c_repository {
     *value = entry->value;
     return true;
   }
+  // Is there a pair with that key?
   bool contains(std::string_view key) const { return find_entry(key) != nullptr; }
   // The key of the first pair with that value, or null.
   ZOL_API const char* find_key(T value) const;
 
+  // Is there no pair?
   bool empty() const { return entries_.empty(); }
+  // The number of pairs.
   std::size_t size() const { return entries_.size(); }
 
  private:
@@ -143,6 +165,7 @@ class ZOL_API c_xml_local {
       : previous_(&parent), nearest_(parent.nearest_) {}
   c_xml_local& operator=(const c_xml_local&) = delete;
 
+  // Maps the prefix on this level, and no longer to what it meant here.
   void add_namespace(const char* prefix, int id);
   // 0 if no level maps the prefix. "xml" is 2 whatever is declared.
   int find_namespace_id(std::string_view prefix) const;
@@ -168,6 +191,7 @@ class ZOL_API c_xml_local {
 class ZOL_API c_cracked_name {
  public:
   c_cracked_name() = default;
+  // As set().
   c_cracked_name(const c_xml_local* scope, const std::string& name) { set(scope, name); }
 
   // A null scope maps "xml" alone.
@@ -183,19 +207,25 @@ class ZOL_API c_cracked_name {
     ns_id_ = ns_id;
   }
 
+  // The name, what stands behind its first colon, and what stands before it. Good until the next
+  // set().
   const std::string& get_full_name() const { return text_; }
+  // See get_full_name.
   const std::string& get_local_name() const { return text_of(&local_name_, local_view()); }
+  // See get_full_name.
   const std::string& get_ns_prefix() const {
     return text_of(&ns_prefix_, full_view().substr(0, local_at_ == 0 ? 0 : local_at_ - 1));
   }
   // The id of the prefix, or of the default namespace if there is no prefix; 0 if unknown.
   int get_ns_id() const { return ns_id_; }
+  // Has the name a colon?
   bool get_has_ns_prefix() const { return local_at_ != 0; }
   // As get_ns_id, but 1 for a name without prefix where no default namespace is declared.
   int get_element_ns_id() const { return ns_id_ == 0 && local_at_ == 0 ? k_ns_none : ns_id_; }
 
   // The names in place, good until the next set().
   std::string_view full_view() const { return text_; }
+  // See full_view.
   std::string_view local_view() const {
     return {text_.data() + local_at_, text_.size() - local_at_};
   }

@@ -27,11 +27,15 @@ class ZOL_API c_regex {
   _xmlRegexp* compiled_;
 };
 
+// The pattern facet of one type.
 class ZOL_API c_pattern {
  public:
+  // As for c_regex; null is not allowed.
   explicit c_pattern(const char* pattern) : regex_(std::string(pattern)) {}
 
+  // Does the whole text match? UTF-8.
   bool is_match(const std::string& utf8) const { return regex_.is_match(utf8); }
+  // The same for UTF-16.
   bool is_match(const std::wstring& value) const;
 
  private:
@@ -41,8 +45,10 @@ class ZOL_API c_pattern {
 // Stands where no pattern is set: it ignores its own and matches every text.
 class ZOL_API c_pattern_null {
  public:
+  // The pattern is not looked at.
   explicit c_pattern_null(const std::string&) {}
 
+  // True.
   bool is_match(const std::string&) const { return true; }
 };
 

@@ -32,6 +32,7 @@ ZOL_API bool is_valid_utf8_char_sequence(const char* p);
 // written as two sequences of three bytes becomes that pair; an unpaired high surrogate ends the
 // conversion and is dropped.
 ZOL_API std::wstring& vtostring(std::wstring& out, const std::string& utf8);
+// A copy.
 ZOL_API std::string& vtostring(std::string& out, const std::string& in);
 
 // UTF-16 to UTF-8. A high surrogate without its partner is encoded alone, and the unit after it is
@@ -42,7 +43,9 @@ ZOL_API std::wstring& convert(std::wstring* out, const std::string& in);
 
 // The one-argument forms behind the managed interface. `convert` gives its argument back.
 ZOL_API std::wstring convert(const std::wstring& text);
+// UTF-16 to UTF-8.
 ZOL_API std::string convert_to_narrow(const std::wstring& text);
+// UTF-8 to UTF-16.
 ZOL_API std::wstring convert_to_wide(const std::string& utf8);
 
 // 0.0 by a real call, so that a division by it is done at run time and makes a NaN or an infinity.
@@ -95,30 +98,42 @@ inline constexpr bool has_class(int c, unsigned mask) {
 inline bool xisalpha(int c) {
   return internal::has_class(c, internal::k_class_upper | internal::k_class_lower);
 }
+// White space.
 inline bool xisspace(int c) { return internal::has_class(c, internal::k_class_space); }
+// A letter or digit.
 inline bool xisalnum(int c) {
   return internal::has_class(
       c, internal::k_class_upper | internal::k_class_lower | internal::k_class_digit);
 }
+// A decimal digit.
 inline bool xisdigit(int c) { return static_cast<unsigned>(c) - '0' < 10; }
+// A hexadecimal digit of either case.
 inline bool xisxdigit(int c) {
   return internal::has_class(c, internal::k_class_digit | internal::k_class_hex_letter);
 }
+// A character that is seen, or a blank.
 inline bool xisprint(int c) { return internal::has_class(c, internal::k_class_print); }
 
 // One item of an xs:any, for the managed interface. UTF-8.
 class ZOL_API c_any_info {
  public:
   c_any_info() = default;
+  // Copies of the namespace URI, the local name and the text.
   explicit c_any_info(const std::string& ns, const std::string& name = std::string(),
                       const std::string& value = std::string())
       : namespace_(ns), name_(name), value_(value) {}
 
+  // The namespace URI.
   const std::string& get_namespace() const { return namespace_; }
+  // The local name.
   const std::string& get_name() const { return name_; }
+  // The element as text.
   const std::string& get_value() const { return value_; }
+  // Takes any text.
   void set_namespace(const std::string& ns) { namespace_ = ns; }
+  // Takes any text.
   void set_name(const std::string& name) { name_ = name; }
+  // Takes any text.
   void set_value(const std::string& value) { value_ = value; }
 
  private:
@@ -130,8 +145,10 @@ class ZOL_API c_any_info {
 // Splits the text of an xs:list value at whitespace. Holds a copy of the text.
 class ZOL_API c_xml_list_tokeniser {
  public:
+  // Copies the text.
   explicit c_xml_list_tokeniser(const std::string& text) : text_(text) {}
 
+  // Starts with another text.
   void set(const std::string& text);
   // False at the end of the text, with *token as it was.
   bool get(std::string* token);
@@ -146,10 +163,14 @@ template <class S>
 class ct_qname {
  public:
   ct_qname() = default;
+  // Of a namespace URI and a local name, neither of which is checked.
   ct_qname(S ns, S local_name) : namespace_(std::move(ns)), local_name_(std::move(local_name)) {}
 
+  // The namespace URI; empty for none.
   const S& get_namespace() const { return namespace_; }
+  // The name without its prefix.
   const S& get_local_name() const { return local_name_; }
+  // Replaces both.
   void set(const S& ns, const S& local_name) {
     namespace_ = ns;
     local_name_ = local_name;

@@ -18,6 +18,7 @@
 
 namespace lmx {
 
+// What the tokeniser came upon.
 enum elxp_xml_event : int {
   elxp_end_of_input = 0,  // the input ended where a tag or text may stand
   elxp_unknown = 1,       // a name that no table row matched
@@ -47,6 +48,7 @@ class ZOL_API c_get_for_xml : public c_get_with_entities {
 
   // The next character that is no white space, or -1.
   int get_non_ws();
+  // The mode of what is read from now on.
   void set_ws_mode(elmx_whitespace mode) {
     ws_mode_ = mode;
     pending_space_ = false;
@@ -70,6 +72,7 @@ class ZOL_API c_get_for_xml : public c_get_with_entities {
   bool move_to_start_tag_end(bool* empty);
   // Entered after "&#". The semicolon is optional; what lies above 0x100000 is refused.
   bool insert_character_entity(c_entity_name_reader& reader, std::string* out);
+  // Starts the document again, without entities, in the mode preserve.
   void rewind();
 
   // --- For the stages above -----------------------------------------------------------------
@@ -100,6 +103,7 @@ namespace internal {
 class Tokeniser;
 }
 
+// Cuts a document into tags, attributes and text. For one thread at a time.
 class ZOL_API c_xml {
  public:
   // Borrows source and error tally, for its whole life.
@@ -116,12 +120,15 @@ class ZOL_API c_xml {
   elxp_xml_event get_attribute_name(std::string* name, bool ends_with_question_mark);
   // False if a reference failed or the value holds a zero; it is passed all the same.
   bool get_attribute_value(std::string* value, elmx_whitespace mode);
+  // Passes the value of the attribute whose name was given last. True.
   bool skip_attribute_value();
 
   // Looks through the attributes that were not read yet; the next to be read is the first again.
   bool get_named_attribute(const c_xml_local* scope, int ns_id, const std::string& local_name,
                            std::string* value);
+  // The type that xsi:type names, as id and local name; false if there is no such attribute.
   bool get_xsi_type(const c_xml_local* scope, int* ns_id, std::string* name);
+  // Is the prefix that of XML Schema instances?
   bool is_xsi_attribute(const c_xml_local* scope, const std::string& name) const;
   // The id of the name's prefix, or of the default namespace; 0 if unknown.
   int get_ns_id(const c_xml_local* scope, const std::string& name) const;
@@ -130,11 +137,15 @@ class ZOL_API c_xml {
   bool get_element_value(std::string* value, elmx_whitespace mode, bool expand_entities);
   // Takes the next tag. True if it is that end tag.
   bool is_element_end_tag(const std::string& name);
+  // Passes the rest of the start tag; *empty tells of a "/>". False at the end of input or a bad
+  // end of the tag.
   bool skip_start_tag(bool* empty);
   // Each passes the rest of an element whose start tag was the last event, or its body, at any
   // depth in constant stack.
   bool skip_rest_of_element(const std::string& name);
+  // See skip_rest_of_element; nothing but the end tag may follow.
   bool skip_rest_of_empty_element(const std::string& name);
+  // See skip_rest_of_element; entered behind the start tag.
   bool skip_element_body(const std::string& name);
 
   // Copies the element whose start tag was the last event back into text, without comments and
@@ -153,25 +164,37 @@ class ZOL_API c_xml {
   // Starts the document again, without namespaces and entities; fixed ids must be set anew.
   void rewind();
 
+  // The line at hand, from 1.
   int get_line_num() const;
   // Bytes of the source that were read and not pushed back.
   std::uint64_t bytes_read() const;
+  // As the source gives it; null if it has no name.
   const char* get_source_id() const;
+  // Does the event stand for a fault?
   static bool is_error_event(int event) { return event == elxp_error_2 || event == elxp_error; }
 
+  // An entity that the document need not declare.
   void add_general_entity(const std::string& name, const std::string& text);
+  // The same, for references with "%".
   void add_parameter_entity(const std::string& name, const std::string& text);
+  // The id of the URI, a new one if it was not known.
   int add_namespace(const char* uri);
+  // Fixes the id of a URI; one that is known keeps its old id.
   void add_namespace(const char* uri, int id);
+  // The id of the URI, 0 if it has none.
   int find_enumerated_namespace(const std::string& uri) const;
+  // The first URI of the id, or null.
   const char* find_namespace_from_id(int id) const;
 
   // The text after the first colon, and before it. `out` may be `name` itself.
   static void get_local_name(const std::string& name, std::string* out);
+  // See get_local_name.
   static void get_namespace_prefix(const std::string& name, std::string* out);
 
  protected:
+  // The library's own way in.
   internal::Tokeniser& tokeniser() { return *tokeniser_; }
+  // The same.
   const internal::Tokeniser& tokeniser() const { return *tokeniser_; }
 
  private:

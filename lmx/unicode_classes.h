@@ -61,7 +61,9 @@ namespace lmx {
 ZOL_API _xmlRegexp* xmlRegexpCompile(const unsigned char* pattern);
 // 1 for a match of the whole text, 0 for none, negative for a failure of the engine.
 ZOL_API int xmlRegexpExec(_xmlRegexp* compiled, const unsigned char* text);
+// 1 if the expression is deterministic, 0 if not, negative for a failure.
 ZOL_API int xmlRegexpIsDeterminist(_xmlRegexp* compiled);
+// Null is ignored.
 ZOL_API void xmlRegFreeRegexp(_xmlRegexp* compiled);
 
 // The character groups of XML 1.0, and their lookup: not 0 for a member.
@@ -70,10 +72,12 @@ ZOL_API extern const _xmlChRangeGroup& xmlIsCharGroup;
 ZOL_API extern const _xmlChRangeGroup& xmlIsCombiningGroup;
 ZOL_API extern const _xmlChRangeGroup& xmlIsDigitGroup;
 ZOL_API extern const _xmlChRangeGroup& xmlIsExtenderGroup;
+// Not 0 if the character is in the group.
 ZOL_API int xmlCharInRange(unsigned int code, const _xmlChRangeGroup* group);
 
 // By name, for instance "Arabic" and "Lu": 1 for a member, 0 for none, -1 for an unknown name.
 ZOL_API int xmlUCSIsBlock(int code, const char* block_name);
+// See xmlUCSIsBlock.
 ZOL_API int xmlUCSIsCat(int code, const char* category_name);
 
 #define LMX_DECLARE_PREDICATE(name) ZOL_API int xmlUCSIs##name(int code);

@@ -24,11 +24,13 @@ class ZOL_API c_xml_writer {
  public:
   // Bits of the constructor's flags; each of them makes it write the whole XML declaration.
   static constexpr int include_xml_decl = 1;
+  // With standalone="yes".
   static constexpr int include_standalone = 2;
 
   // The stream gets the classic locale for good. Stream, tab (one level of indentation) and newline
   // stay the caller's and must outlive the writer.
   c_xml_writer(std::ostream& os, const char* tab, const char* nl);
+  // The same, with the declaration that the flags ask for written at once.
   c_xml_writer(std::ostream& os, int flags, const char* tab, const char* nl);
   c_xml_writer(const c_xml_writer&) = delete;
   c_xml_writer& operator=(const c_xml_writer&) = delete;
@@ -38,6 +40,7 @@ class ZOL_API c_xml_writer {
   // forwards to the second, which returns its argument.
   virtual elmx_error user_handle_error(elmx_error error, const std::string& item_name,
                                        const char* file, int line);
+  // The short form: gives its argument back.
   virtual elmx_error user_handle_error(elmx_error error);
 
   // "'item'-description" of the last error, or the description of code 0. Returns *out.
@@ -45,18 +48,24 @@ class ZOL_API c_xml_writer {
 
   // endl() gives the end of a line and writes nothing; nest() writes one level of indentation.
   virtual const char* endl();
+  // See endl.
   virtual void nest();
 
   // The stream, with every byte written so far in it; with true, after one nest() for each level.
   std::ostream& operator()(bool nest);
+  // One level deeper.
   void indent();
+  // One level up; nothing happens at the outermost.
   void undent();
 
   // Neither looks for duplicates. What is added after the namespace attributes were written is not
   // written unless reenable_ns_map_output() is called. Texts go out without escapes.
   void add_namespace(const std::string& prefix, const std::string& uri);
+  // See add_namespace.
   void add_default_namespace(const std::string& uri);
+  // See add_namespace.
   void add_schema_location(const std::string& ns, const std::string& location);
+  // See add_namespace.
   void add_no_namespace_schema_location(const std::string& location);
 
   // The first map offered wins. It is not copied.
@@ -64,6 +73,7 @@ class ZOL_API c_xml_writer {
   // Writes the namespace attributes of a start tag, once. A first schema location with an empty
   // namespace becomes xsi:noNamespaceSchemaLocation, and the other locations are left out.
   void conditionally_write_ns_attrs(bool need_xsi);
+  // Forgets the map, and that the attributes were written: the next start tag has them again.
   void reenable_ns_map_output();
   // The selected map is asked first, then the added namespaces. Null if none has the URI. The text
   // lives as long as the map, or until a namespace is added.
@@ -72,7 +82,9 @@ class ZOL_API c_xml_writer {
   // The class that a reader will expect of the next element without xsi:type. The pointer's target
   // is never looked at.
   const char* get_expected_class_identity() const;
+  // Borrows the pointer.
   void set_expected_class_identity(const char* identity);
+  // Null again.
   void clear_expected_class_identity();
 
   // From now on the model is written so that nothing is lost: numbers with as many digits as they
@@ -82,7 +94,9 @@ class ZOL_API c_xml_writer {
   // Records the error, asks user_handle_error and records and returns its answer.
   elmx_error handle_error(elmx_error error, const std::string& item_name, const char* file,
                           int line);
+  // The item of the last error.
   const std::string& get_error_item_name() const;
+  // What was reported to the writer's tally; false, with nothing stored, if nothing was.
   bool get_error_info(elmx_error_type* type, elmx_error* error, int* line);
 
  private:

@@ -25,6 +25,7 @@
 
 class ZOL_API CZipArchive {
  public:
+  // What is done with the file.
   enum OpenMode : std::uint32_t {
     modeOpen = 0,
     modeReadOnly = 1,
@@ -32,11 +33,13 @@ class ZOL_API CZipArchive {
     modeSegmented = 3,  // not supported: cause 103
     modeAppend = 4      // opens or creates; what is in the file stays in front of the archive
   };
+  // What becomes of the central directory.
   enum CloseMode {
     closeNormal = 0,
     closeAfterException = 1,  // writes no central directory, and never throws
     closeAndWrite = 2         // writes it although an exception came first
   };
+  // Bits: what is decided by the file that is added.
   enum Smartness : std::uint32_t {
     smartNoPasswordForDirectory = 0x01,
     smartNoPasswordForEmpty = 0x02,
@@ -45,6 +48,7 @@ class ZOL_API CZipArchive {
     smartInMemory = 0x10,       // of no effect: no trial needs a copy
     smartDefault = 0x07
   };
+  // Of AddFile, in bytes.
   static constexpr std::uint32_t k_default_buffer_size = 0x10000;
 
   CZipArchive();
@@ -66,12 +70,15 @@ class ZOL_API CZipArchive {
   bool Open(CZipAbstractFile& file, std::uint32_t mode = modeOpen);
   // Harmless on a closed object. With `updateTimeStamp` the file gets the time of the latest entry.
   void Close(int mode = closeNormal, bool updateTimeStamp = false);
+  // Is nothing open?
   bool IsClosed() const { return storage_.IsClosed(); }
+  // Of the file; empty before the first opening.
   std::wstring GetArchivePath() const { return storage_.GetArchivePath(); }
 
   // The entries are in the order of their data in the file. The header lives until the archive is
   // closed; null if it is, or for an index out of range.
   CZipFileHeader* EntryAt(std::uint16_t index) const;
+  // The number of entries.
   std::uint16_t GetCount() const { return central_dir_.GetCount(); }
   // As stored.
   const std::string& GetRawComment() const { return central_dir_.GetRawComment(); }
@@ -104,7 +111,9 @@ class ZOL_API CZipArchive {
   // Adds an entry piece by piece: `header` carries name, time and attributes. False if nothing can
   // be added: the archive is closed, read-only, segmented or full, or an entry is open.
   bool OpenNewEntry(std::unique_ptr<CZipFileHeader> header, int level = -1);
+  // False if no new entry is open.
   bool WriteNewEntry(const void* buffer, std::uint32_t size);
+  // False if no new entry is open. After an exception the entry stays in the list as it is.
   bool CloseNewEntry(bool afterException = false);
 
   // Reads headers past the number in the end record. Set before opening.

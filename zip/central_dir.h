@@ -11,8 +11,10 @@
 
 class ZOL_API CZipCentralDir {
  public:
+  // No index.
   static constexpr std::uint16_t k_no_entry = 0xFFFF;
 
+  // Borrows the storage.
   explicit CZipCentralDir(CZipStorage& storage) : storage_(storage) {}
   CZipCentralDir(const CZipCentralDir&) = delete;
   CZipCentralDir& operator=(const CZipCentralDir&) = delete;
@@ -24,16 +26,20 @@ class ZOL_API CZipCentralDir {
   void Read(bool exhaustive);
   // Does nothing if the directory is on disk already.
   void Write();
+  // Forgets all entries.
   void Clear();
 
   std::uint16_t GetCount() const { return static_cast<std::uint16_t>(headers_.size()); }
   // Null for an index out of range. The entry lives until the archive is closed.
   CZipFileHeader* EntryAt(std::uint16_t index) const;
+  // Of the archive, as stored.
   const std::string& GetRawComment() const { return info_.comment; }
 
   // Compares the entry's local header, and leaves the storage at its data.
   void OpenEntry(std::uint16_t index);
+  // Compares the data descriptor, if there is one and no exception came.
   void CloseEntry(bool afterException);
+  // Null if none is open.
   CZipFileHeader* GetOpenEntry() const { return open_entry_; }
 
   // Writes the local header of a new entry at the end of the file; where there was a directory on
@@ -46,7 +52,9 @@ class ZOL_API CZipCentralDir {
   // Takes the entry that was added last out of the list, and its data off the disk.
   void RemoveLast();
 
+  // A set of CZipCheck.
   void SetIgnoredChecks(std::uint32_t checks) { ignored_checks_ = checks; }
+  // See SetIgnoredChecks.
   std::uint32_t GetIgnoredChecks() const { return ignored_checks_; }
 
  private:

@@ -50,6 +50,7 @@ class ZOL_API CZipException : public std::exception {
   // quota counts as a full disk, and the rest as an input or output error.
   static CZipException FromErrno(const std::wstring& fileName);
 
+  // The number of the cause, or an errno.
   std::int32_t GetCause() const { return cause_; }
   const std::wstring& GetFileName() const { return file_name_; }
 

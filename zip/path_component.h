@@ -8,6 +8,7 @@
 
 class ZOL_API CZipPathComponent {
  public:
+  // All parts but the prefix are empty for a path that is too long; see zol::port::split_path.
   explicit CZipPathComponent(const std::wstring& path);
   virtual ~CZipPathComponent();
 

@@ -104,19 +104,6 @@ class InstallTest(unittest.TestCase):
         sample = SOURCE / "examples/documents/named-colours.zol"
         self.assertIn("valid", call(self.prefix / "bin/zol", "validate", sample))
 
-    def test_headers_stand_alone(self):
-        include = self.prefix / "include/zol"
-        flags = subprocess.run(["pkg-config", "--cflags", "libxml-2.0"], stdout=subprocess.PIPE,
-                               text=True, check=True).stdout.split()
-        work = self.work_directory()
-        for header in sorted(include.rglob("*.h")):
-            name = header.relative_to(include)
-            with self.subTest(str(name)):
-                source = work / "alone.cpp"
-                source.write_text(f'#include "{name}"\n')
-                call(OPTIONS.compiler, "-std=c++17", "-Wall", "-Wextra", "-Wpedantic", "-Werror",
-                     "-fsyntax-only", f"-I{include}", *flags, source)
-
     def build_client(self, *definitions, targets=()):
         """The programs of the project client, each run, and the directory that it was built in."""
         work = self.work_directory()
