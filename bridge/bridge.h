@@ -41,7 +41,9 @@ const char* kept_for_ever(const char* text);
 // Where a code goes that the client may not want.
 class CodeSlot {
  public:
+  // Of where the client wants it; null if it does not.
   explicit CodeSlot(void* wanted) : code_(static_cast<lmx::elmx_error*>(wanted)) {}
+  // Where the code goes; lives as long as the slot.
   operator lmx::elmx_error*() { return code_ != nullptr ? code_ : &ignored_; }
 
  private:

@@ -115,12 +115,12 @@ ZOL_HELPER char* ZOL_CALL zol_texts(void* self, unsigned row);
 
 /* The numbers of a date and time, as they are written: no calendar, and the zone takes no part. */
 typedef struct zol_moment {
-  int year;
-  unsigned month;
-  unsigned day;
-  unsigned hours;
-  unsigned mins;
-  float secs;
+  int year;        /* may be negative */
+  unsigned month;  /* from 1 */
+  unsigned day;    /* from 1 */
+  unsigned hours;  /* from 0 */
+  unsigned mins;   /* from 0 */
+  float secs;      /* from 0, with decimals */
   int offset_mins; /* east of UTC */
   unsigned is_utc; /* written as "Z" */
 } zol_moment;
@@ -192,14 +192,15 @@ typedef struct zol_fault {
   const char* message;       /* one sentence */
 } zol_fault;
 
+/* How an operation on a whole document ended. What it points to goes with it. */
 typedef struct zol_outcome {
-  int code;          /* 0, or that of the first fault */
-  int archive_cause; /* the number of the archive's failure, if there was one */
-  const zol_fault* faults;
-  unsigned long long fault_count;
-  const char* message; /* for people; null if all is well */
-  const char* bytes;   /* of zol_save without a path: the document */
-  unsigned long long size;
+  int code;                       /* 0, or that of the first fault */
+  int archive_cause;              /* the number of the archive's failure, if there was one */
+  const zol_fault* faults;        /* all that is wrong, in the order of the document */
+  unsigned long long fault_count; /* of the faults that are there */
+  const char* message;            /* for people; null if all is well */
+  const char* bytes;              /* of zol_save without a path: the document */
+  unsigned long long size;        /* of the bytes */
 } zol_outcome;
 
 /* As openFile, or if `path` is null as openText of the bytes, which may be an archive too: a

@@ -34,19 +34,23 @@ struct Meter;
 // How a sample was lit and read.
 class ZOL_COLORIMETRY_API Geometry {
  public:
+  // How a geometry is given.
   enum class Kind : unsigned char {
-    unknown,
+    unknown,          // nothing is said
     sphere_included,  // of the specular component
-    sphere_excluded,
-    angle,  // degrees against the normal
-    named,  // in free words
-    angles  // illumination and aspecular, in degrees
+    sphere_excluded,  // the same without it
+    angle,            // degrees against the normal
+    named,            // in free words
+    angles            // illumination and aspecular, in degrees
   };
 
   Geometry() = default;
+  // As a document has it.
   static Geometry of(const GeometryChoiceType& choice);
 
+  // How it is given.
   Kind kind() const { return kind_; }
+  // Whether anything is said.
   explicit operator bool() const { return kind_ != Kind::unknown; }
   // "45 degrees", "sphere, specular included".
   std::string text() const;
@@ -59,9 +63,10 @@ class ZOL_COLORIMETRY_API Geometry {
   std::shared_ptr<const std::wstring> words_;  // of a named one
 };
 
+// Light and observer that tristimulus values are for.
 struct Conditions {
-  Light light = StandardIlluminant::D50;
-  Observer observer = Observer::degree_2;
+  Light light = StandardIlluminant::D50;   // what the colour is seen under
+  Observer observer = Observer::degree_2;  // by whom
 };
 
 // "D50, 2 degrees".
@@ -70,16 +75,17 @@ ZOL_COLORIMETRY_API std::string text_of(const Conditions& conditions);
 // What a stimulus was computed from.
 enum class Source : unsigned char {
   tristimulus,  // coordinates of the document, under just these conditions
-  spectrum,
-  adapted,  // coordinates under other conditions, by chromatic adaptation
-  profile,  // device values by the document's profile
-  rgb       // a standard RGB space, or what is defined by it
+  spectrum,     // a spectrum, weighted for the conditions
+  adapted,      // coordinates under other conditions, by chromatic adaptation
+  profile,      // device values by the document's profile
+  rgb           // a standard RGB space, or what is defined by it
 };
 
 // A colour as its tristimulus values, with all that they rest on.
 struct Stimulus {
   Xyz xyz;    // the perfect diffuser at Y = 1; of a light source in cd/m2, as the document has it
   Xyz white;  // of the conditions, Y = 1; of a light source of unknown reference all zero
+  // What the values are for.
   Conditions conditions;
   // How it was measured, as far as the document says: geometry, filter and spectral quantity by
   // their numbers in the format's enumerations, from 1, and polarisers.
@@ -88,11 +94,13 @@ struct Stimulus {
   int quantity = 0;
   std::optional<bool> is_polarised;
 
+  // How the values came about.
   Source source = Source::tristimulus;
   // The rendering that it was computed from, by its number in the colour.
   unsigned space_index = 0;
   const sg_ColorSpace* space = nullptr;
 
+  // A light source, whose values are absolute.
   bool is_emissive = false;
   // The conditions were neither asked for nor in the document: D50 and 2 degrees (ISO 13655).
   bool has_default_conditions = false;
@@ -107,6 +115,7 @@ struct Stimulus {
   // Of a spectrum.
   SpectralMethod method;
 
+  // Whether coordinates relative to a white can be had.
   bool has_white() const { return white.y > 0; }
   // Relative to the white of the conditions; NaN where has_white() is false.
   ZOL_COLORIMETRY_API Lab lab() const;
@@ -120,27 +129,29 @@ ZOL_COLORIMETRY_API std::string basis_of(const Stimulus& stimulus);
 struct Display {
   Rgb rgb;                             // as it comes out, not clipped
   std::array<unsigned char, 3> bytes;  // eight bits a channel, clipped
-  bool is_in_gamut = false;
-  bool is_adapted = false;  // by Bradford, from a white that is not D65's
-  bool is_scaled = false;   // a light source, shown with its brightest channel full
+  bool is_in_gamut = false;            // as judged by is_in_gamut()
+  bool is_adapted = false;             // by Bradford, from a white that is not D65's
+  bool is_scaled = false;              // a light source, shown with its brightest channel full
 
   // "#rrggbb".
   ZOL_COLORIMETRY_API std::string hex() const;
 };
 
+// For a display in sRGB; never refused.
 ZOL_COLORIMETRY_API Display display_of(const Stimulus& stimulus);
 
 // Where a colour stands: what is nilled in its own specifications holds from the set or the
 // palette.
 struct ColorPlace {
-  const ColorSetType* set = nullptr;
-  const PaletteType* palette = nullptr;
+  const ColorSetType* set = nullptr;     // null if it is in none
+  const PaletteType* palette = nullptr;  // null if it is in none
 };
 
 // Measures the colours of documents. Remembers the profiles of the document at hand, so that one
 // serves for many colours: it is for one thread and for a document that stays as it is.
 class ZOL_COLORIMETRY_API Colorimeter {
  public:
+  // What may be done where a document says too little.
   struct Options {
     // For colours that have no spectrum and no coordinates under the conditions asked for; none for
     // a refusal instead.
@@ -149,6 +160,8 @@ class ZOL_COLORIMETRY_API Colorimeter {
     bool assume_srgb = true;
   };
 
+  // With the options as they stand, or others. One that was moved from can only be assigned to and
+  // die.
   Colorimeter();
   explicit Colorimeter(const Options& options);
   ~Colorimeter();

@@ -14,23 +14,29 @@ namespace zol_v2::colorimetry {
 
 // What the conditions have to be; what is left out is free.
 struct Demands {
-  std::optional<Light> light;
-  std::optional<Observer> observer;
-  Geometry geometry;
+  std::optional<Light> light;        // none for any
+  std::optional<Observer> observer;  // none for any
+  Geometry geometry;                 // unknown for any
 };
 
 // A colour and where it stands.
 struct PlacedColor {
-  const ColorType* color = nullptr;
-  ColorPlace place;
+  const ColorType* color = nullptr;  // stays its owner's
+  ColorPlace place;                  // for specifications that are nilled in it
 };
 
 // Stimuli that may be compared with each other.
 struct Comparable {
   std::vector<Stimulus> stimuli;  // one for each colour
-  Conditions conditions;
+  Conditions conditions;          // of all of them
   // Light or observer were neither demanded nor in the first colour's coordinates.
   bool has_default_conditions = false;
+};
+
+// Why colours can't be compared.
+struct Incomparable {
+  std::size_t index = 0;  // of the colour that the reason is about
+  std::string reason;     // UTF-8, without a full stop
 };
 
 // The colours under one light and observer: those that are demanded, else the first for which the
@@ -39,10 +45,6 @@ struct Comparable {
 // by the colorimeter, has coordinates of unknown conditions, or is a light source; where geometry,
 // filter, polarisers or quantity are known of two and differ; and where the geometry is not the one
 // demanded. Whether the colorimeter may adapt is a choice of its owner.
-struct Incomparable {
-  std::size_t index = 0;  // of the colour that the reason is about
-  std::string reason;
-};
 ZOL_COLORIMETRY_API std::optional<Comparable> measure_alike(Colorimeter& meter,
                                                             const std::vector<PlacedColor>& colors,
                                                             const Demands& demands,

@@ -17,13 +17,16 @@ namespace zol_v2::colorimetry {
 // What the sample has more than the standard: in CIELAB, with dC*ab and dH*ab (CIE 15:2004, clause
 // 8.2.3), the latter with the sign of the hue angle's change; or in Hunter's L, a, b.
 struct Parts {
+  // Signed; those of chroma and hue are 0 in Hunter's space.
   double l = 0, a = 0, b = 0, c = 0, h = 0;
 };
+// The parts of a difference in the space of the two.
 ZOL_COLORIMETRY_API Parts parts_of(const Lab& standard, const Lab& sample);
 ZOL_COLORIMETRY_API Parts parts_of(const HunterLab& standard, const HunterLab& sample);
 
 // Parametric factors kL, kC, kH: all 1 in reference conditions.
 struct Factors {
+  // Of lightness, chroma and hue.
   double l = 1, c = 1, h = 1;
 };
 

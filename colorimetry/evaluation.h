@@ -35,6 +35,7 @@ class Zol;
 
 namespace zol_v2::colorimetry {
 
+// What can be computed; docs/colour.md has the source of each.
 enum class Formula : unsigned char {
   none,  // no published formula; the reason says more
   de76,
@@ -80,6 +81,7 @@ ZOL_COLORIMETRY_API std::string_view source_of(Formula formula);
 ZOL_COLORIMETRY_API Outcome<double> difference_by(Formula formula, const Factors& factors,
                                                   const Stimulus& standard, const Stimulus& sample);
 
+// How a tolerance is met.
 enum class Status : unsigned char { passed, warning, failed, not_judged };
 
 // "pass", "warning", "fail", "not judged".
@@ -87,35 +89,39 @@ ZOL_COLORIMETRY_API std::string_view name_of(Status status);
 
 // The range that a number has to lie in, ends included.
 struct Limits {
+  // The least and the greatest number that passes; none for no end.
   std::optional<double> low, high;
 
+  // Whether there is an end at all.
   bool has_any() const { return low || high; }
+  // Whether no end is NaN.
   bool is_sound() const { return !(low && *low != *low) && !(high && *high != *high); }
+  // Whether the value lies between; NaN does.
   bool hold(double value) const { return !(low && value < *low) && !(high && value > *high); }
 };
 
 // A number that a function gives beside its result, with the limits that it has of its own.
 struct PartVerdict {
   std::string_view name;  // as in "dL*", or "value" for the result itself
-  double value = 0;
-  Limits limits;
-  bool is_held = true;
+  double value = 0;       // as computed
+  Limits limits;          // none unless the function has some for it
+  bool is_held = true;    // whether the value lies in the limits
 };
 
 // Where a function of a document stands, by numbers from 0.
 struct FunctionPlace {
   static constexpr unsigned k_all = ~0U;  // not one of them, but over all
 
-  unsigned record = 0;
+  unsigned record = 0;           // of quality control
   unsigned pair = k_all;         // StandardAndMeasurement
   unsigned measurement = k_all;  // in the pair
 };
 
 // What a function gives.
 struct Computed {
-  FunctionPlace place;
-  const FunctionType* function = nullptr;
-  Formula formula = Formula::none;
+  FunctionPlace place;                     // where the function stands
+  const FunctionType* function = nullptr;  // the document's own
+  Formula formula = Formula::none;         // what was computed
   // None where it can't be computed, and then the reason, in UTF-8.
   std::optional<double> value;
   std::string reason;
@@ -139,17 +145,23 @@ struct Computed {
 
 // One judgement of a tolerance.
 struct Verdict : Computed {
+  // The document's own.
   const ToleranceType* tolerance = nullptr;
   // Whether the tolerance is one of the standard's own.
   bool is_of_standard = false;
   // By its number in the standard or the record.
   unsigned tolerance_index = 0;
+  // The limits of the tolerance for the value.
   Limits limits;
+  // From which on a value that passes is a warning.
   std::optional<double> warning_level;
+  // The parts of the difference, with limits of their own.
   std::vector<PartVerdict> parts;
+  // How it ended; `reason` says why nothing was judged.
   Status status = Status::not_judged;
 };
 
+// All that a document's records give.
 struct Evaluation {
   // In the order of the document: by record, standard, measurement and tolerance. Their number is
   // that of the measurements times that of the tolerances, so a small document may ask for more
@@ -159,6 +171,7 @@ struct Evaluation {
   // The functions that stand in the measurements, by themselves: their values, and what is stored.
   std::vector<Computed> results;
 
+  // Verdicts of that status.
   ZOL_COLORIMETRY_API std::size_t count(Status status) const;
   // Stored results that disagree with the numbers.
   ZOL_COLORIMETRY_API std::size_t wrong_count() const;

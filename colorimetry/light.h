@@ -42,6 +42,7 @@ enum class StandardIlluminant : unsigned char {
   F12,
   monitor_9300
 };
+// How many there are.
 constexpr int k_standard_illuminants = 14;
 
 // "D50", "9300".
@@ -52,6 +53,7 @@ ZOL_COLORIMETRY_API bool find_illuminant(std::string_view name, StandardIllumina
 // The light that colours are seen under, or that coordinates refer to.
 class ZOL_COLORIMETRY_API Light {
  public:
+  // What is known of a light.
   enum class Kind : unsigned char {
     standard,      // an illuminant of the list
     chromaticity,  // the chromaticity of a white, for whatever observer goes with it
@@ -60,15 +62,20 @@ class ZOL_COLORIMETRY_API Light {
   };
 
   Light() = default;
+  // An illuminant of the list.
   Light(StandardIlluminant illuminant) : kind_(Kind::standard), illuminant_(illuminant) {}
+  // A white by its chromaticity coordinates, each from 0 to 1.
   static Light of_chromaticity(double x, double y);
+  // By a correlated colour temperature in kelvin.
   static Light of_temperature(double kelvin);
+  // By a name of its own, in UTF-8.
   static Light custom(std::string name);
   // As a specification has it; unknown where it has none.
   static Light of(const IlluminationOptionsType& options);
   // By the name of an illuminant, "D50" or "Illuminant_D50".
   static Outcome<Light> named(std::string_view name);
 
+  // What is known of it.
   Kind kind() const { return kind_; }
   // Of a standard one.
   StandardIlluminant illuminant() const { return illuminant_; }

@@ -17,24 +17,33 @@ namespace zol_v2::colorimetry {
 
 // --- Spaces of the CIE ---------------------------------------------------------------------------
 
+// Tristimulus values, with the perfect diffuser or the white of a display at Y = 1.
 struct Xyz {
+  // X, Y and Z.
   double x = 0, y = 0, z = 0;
 
+  // Whether all three are exactly equal.
   bool operator==(const Xyz& other) const { return x == other.x && y == other.y && z == other.z; }
   bool operator!=(const Xyz& other) const { return !(*this == other); }
 };
 // Chromaticity x, y and luminance factor Y.
 struct Xyy {
+  // x and y from 0 to 1; Y on the scale of Xyz.
   double x = 0, y = 0, luminance = 0;
 };
+// Coordinates in CIELAB.
 struct Lab {
+  // L* from 0 to 100, a* and b*.
   double l = 0, a = 0, b = 0;
 };
 // Of Lab, chroma C*ab and hue hab; of Luv, C*uv and huv.
 struct Lch {
+  // Lightness, chroma, and hue in degrees from 0 to below 360.
   double l = 0, c = 0, h = 0;
 };
+// Coordinates in CIELUV.
 struct Luv {
+  // L* from 0 to 100, u* and v*.
   double l = 0, u = 0, v = 0;
 };
 
@@ -54,6 +63,7 @@ ZOL_COLORIMETRY_API Luv luv_of(const Lch& lch);
 
 // Hunter L, a, b.
 struct HunterLab {
+  // L from 0 to 100, a and b.
   double l = 0, a = 0, b = 0;
 };
 // R. S. Hunter: Photoelectric color difference meter, JOSA 48 (1958), with the constants Ka and Kb
@@ -66,9 +76,11 @@ ZOL_COLORIMETRY_API Xyz xyz_of(const HunterLab& hunter, const Xyz& white);
 
 // Non-linear red, green and blue.
 struct Rgb {
+  // Each from 0 to 1 in gamut.
   double r = 0, g = 0, b = 0;
 };
 
+// The spaces of red, green and blue with published primaries.
 enum class RgbSpace : unsigned char {
   srgb,            // IEC 61966-2-1:1999
   adobe_rgb_1998,  // Adobe RGB (1998) color image encoding, version 2005-05
@@ -94,10 +106,14 @@ ZOL_COLORIMETRY_API std::array<unsigned char, 3> bytes_of(const Rgb& rgb);
 
 // --- Transforms of an RGB ------------------------------------------------------------------------
 
+// Hue, saturation and lightness.
 struct Hsl {
+  // The hue in degrees from 0 to below 360, the others from 0 to 1.
   double hue = 0, saturation = 0, lightness = 0;
 };
+// Hue, saturation and value.
 struct Hsv {
+  // As of Hsl.
   double hue = 0, saturation = 0, value = 0;
 };
 // A. R. Smith: Color gamut transform pairs, SIGGRAPH 1978 (HSV); Joblove and Greenberg: Color
@@ -109,12 +125,17 @@ ZOL_COLORIMETRY_API Rgb rgb_of(const Hsv& hsv);
 
 // Luma and two differences of colour. Luma has the weights 0.299, 0.587 and 0.114 in all three.
 struct Yuv {
+  // Y from 0 to 1, U from -0.436 to 0.436, V from -0.615 to 0.615.
   double y = 0, u = 0, v = 0;
 };
+// Luma and two chrominances of NTSC.
 struct Yiq {
+  // Y from 0 to 1, I from -0.5957 to 0.5957, Q from -0.5226 to 0.5226.
   double y = 0, i = 0, q = 0;
 };
+// Luma and two differences at full scale.
 struct Ybr {
+  // Each from 0 to 1; greys have 0.5 for both differences.
   double y = 0, b = 0, r = 0;
 };
 // Analogue PAL, ITU-R BT.470-6: U = 0.436/0.886 (B - Y), V = 0.615/0.701 (R - Y).
@@ -130,8 +151,9 @@ ZOL_COLORIMETRY_API Rgb rgb_of(const Ybr& ybr);
 
 // --- Chromatic adaptation ------------------------------------------------------------------------
 
+// How a colour is brought to another white.
 enum class Adaptation : unsigned char {
-  none,
+  none,      // not at all: the values stay
   bradford,  // linear, as in ISO 15076-1, annex E
   cat02      // full adaptation with the matrix of CIE 159:2004
 };

@@ -26,6 +26,7 @@ class ColorSpaceSpectralType;
 
 namespace zol_v2::colorimetry {
 
+// How values between measured points were found.
 enum class Interpolation : unsigned char { none, linear, spline, sprague };
 
 // What was done to a spectrum that did not have a value at each wavelength that is summed.
@@ -55,16 +56,22 @@ class ZOL_COLORIMETRY_API Grid {
   // In ascending order; counts as even where the steps differ by less than 1e-6 of one.
   static Outcome<Grid> of(std::vector<double> wavelengths);
 
+  // How many wavelengths there are.
   std::size_t size() const { return count_; }
+  // The least wavelength, and the greatest, in nm.
   double first() const { return first_; }
   double last() const {
     return uneven_.empty() ? first_ + step_ * (double(count_) - 1) : uneven_.back();
   }
+  // Whether all steps are equal.
   bool is_even() const { return uneven_.empty(); }
-  double step() const { return step_; }  // of an even one
+  // In nm, of an even one; 0 of others.
+  double step() const { return step_; }
+  // In nm, by a number below size().
   double operator[](std::size_t i) const {
     return uneven_.empty() ? first_ + step_ * double(i) : uneven_[i];
   }
+  // Whether all wavelengths are exactly equal.
   bool operator==(const Grid& other) const {
     return count_ == other.count_ && first_ == other.first_ && step_ == other.step_ &&
            uneven_ == other.uneven_;
@@ -102,7 +109,9 @@ class ZOL_COLORIMETRY_API Weights {
     }
     return {x, y, z};
   }
+  // Of the grid.
   std::size_t size() const { return size_; }
+  // What the table does.
   const SpectralMethod& method() const { return method_; }
 
  private:
@@ -117,6 +126,8 @@ class ZOL_COLORIMETRY_API Weights {
 // Measured values over a grid.
 class ZOL_COLORIMETRY_API Spectrum {
  public:
+  // One value for each wavelength: reflectance or transmittance factors, or powers of a source.
+  // What is too much is dropped, what is missing 0.
   Spectrum(Grid grid, std::vector<double> values)
       : grid_(std::move(grid)), values_(std::move(values)) {
     values_.resize(grid_.size());
@@ -126,7 +137,9 @@ class ZOL_COLORIMETRY_API Spectrum {
   static Outcome<Spectrum> of(const ColorSpaceSpectralType& space);
   static Outcome<Spectrum> of(const ColorSpaceEmissiveSpectralType& space);
 
+  // Where the values were measured.
   const Grid& grid() const { return grid_; }
+  // As many as the grid has wavelengths.
   const std::vector<double>& values() const { return values_; }
   // At any wavelength in nm, by the interpolation that the grid has, the end values beyond its
   // ends.

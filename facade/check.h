@@ -46,7 +46,9 @@ enum class CheckLevel : unsigned char {
   warnings
 };
 
+// How an object is judged.
 struct CheckOptions {
+  // How far.
   CheckLevel level = CheckLevel::warnings;
   // No more errors than this are described, and no more warnings; all are counted.
   std::size_t limit = 1000;
@@ -57,10 +59,13 @@ struct CheckOptions {
 // What is wrong with an object: first what keeps it from being written, then what keeps it from
 // being read back, then the warnings, each in the order of the document.
 struct CheckReport {
+  // What is described, as far as the limit allows.
   std::vector<Fault> faults;
+  // How many there are, described or not.
   std::size_t errors = 0;
   std::size_t warnings = 0;
 
+  // Whether it can be written and read back; warnings do not count.
   bool is_ok() const { return errors == 0; }
 };
 

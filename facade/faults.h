@@ -15,6 +15,7 @@ namespace reflection {
 class Row;
 }
 
+// Whether something keeps a document from being read or written, or is merely suspicious.
 enum class Severity : unsigned char { error, warning };
 
 // Where something stands in a source as it is on the disk; of an archive, in the entry as it
@@ -24,12 +25,14 @@ struct SourcePlace {
   std::uint64_t column = 0;  // from 1, in characters; a mark at the beginning of the file is none
   std::uint64_t offset = 0;  // in bytes, from 0
 
+  // Whether it is known.
   explicit operator bool() const { return line != 0; }
 };
 
 // One thing that is wrong. Texts are UTF-8; those that have nothing to say are empty.
 struct Fault {
   lmx::elmx_error code = lmx::elmx_ok;  // 0 for a warning
+  // Whether it counts.
   Severity severity = Severity::error;
   // What was wrong, for programs: "above-bound". Of static storage, and never renamed.
   std::string_view rule;

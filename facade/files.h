@@ -27,6 +27,7 @@ class Object;
 //
 // The codes are in the reports too; who looks there may leave the result alone by a cast to void.
 
+// How documents are loaded.
 struct LoadOptions {
   // In bytes, unpacked. What is larger is refused before memory is taken for it: a few hundred
   // bytes of an archive may stand for a gigabyte.
@@ -46,6 +47,7 @@ struct LoadOptions {
 // which stops at the first fault and counts lines its own way; the list of faults says all of them
 // and where they truly stand. It is made when there is a fault, and costs nothing before.
 struct LoadReport {
+  // What the function gave.
   lmx::elmx_error code = lmx::elmx_ok;
   int line = 0;         // where reading stopped; 0 if no text was read
   std::string item;     // the element or attribute concerned, if there is one
@@ -60,9 +62,11 @@ struct LoadReport {
 
 // How saving ended. Texts are UTF-8.
 struct SaveReport {
+  // What the function gave.
   lmx::elmx_error code = lmx::elmx_ok;
   std::string message;  // for people; empty if all is well
-  std::int32_t archive_cause = 0;
+  std::int32_t archive_cause =
+      0;  // the number of the CZipException behind the code, if there was one
   // With code 0: whether the new file outlives a loss of power, as far as the system tells. The
   // file itself is on the disk; only the entry of its directory may not be.
   bool is_durable = true;
@@ -73,6 +77,7 @@ struct SaveReport {
   std::vector<Fault> faults;
 };
 
+// How documents are saved.
 struct SaveOptions {
   // Keeps what the described form may lose: numbers in the shortest text that reads back equal
   // instead of 14 digits, as many decimals of seconds as they need, carriage returns and "]]>" in

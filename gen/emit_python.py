@@ -102,10 +102,18 @@ def doc_string(text, *, format_name):
     return '"""' + text.replace("\\", "\\\\").replace('"""', '\\"""') + '\n"""'
 
 
+def short_doc(text):
+    """The doc string of a stub, on one line."""
+    return '"""' + text.strip().replace("\\", "\\\\").replace('"', '\\"') + '"""'
+
+
+def in_python(words):
+    return re.sub(r"\b[nN]ull\b", "None", words)
+
+
 def about(row, way):
     """The doc string of an attribute."""
-    told = facts(row)
-    told = re.sub(r"\bnull\b", "None", re.sub(r"\bNull\b", "None", told))
+    told = in_python(facts(row))
     place = PLACES.get(row.kind, "element")
     name = "" if row.kind in ("content", "group", "any") else f" {row.name}"
     lines = [row.note, "", f"In documents: {place}{name} of {row.owner.name}. "
@@ -236,12 +244,14 @@ def emit_stub(model, shown):
         out.blank()
         out.emit("""
             class $Name$(Enum):
+                $doc$
                 $members$
-            """, Name=dotnet_names.enum_name(enum.name),
-            members="\n".join(f"{name} = {quoted(value)}"
-                              for name, value in zip(member_names(enum), enum.values)))
+            """, Name=dotnet_names.enum_name(enum.name), doc=short_doc(enum.comment),
+            members="\n".join(f"{name} = {quoted(value)}\n{short_doc(note)}" for name, value, note
+                              in zip(member_names(enum), enum.values, enum.notes)))
     for info in shown:
-        own = [(name, type_of(row, way)) for row in info.rows for name, way in attributes(row)]
+        own = [f"{name}: {type_of(row, way)}\n{short_doc(f'{row.note} {in_python(facts(row))}')}"
+               for row in info.rows for name, way in attributes(row)]
         every = {name: type_of(row, way) for owner in reversed(info.lineage)
                  for row in owner.rows for name, way in attributes(row)}
         words = "".join(f", {name}: {kind if not kind.startswith('List[') else 'object'} = ..."
@@ -249,11 +259,12 @@ def emit_stub(model, shown):
         out.blank()
         out.emit("""
             class $Name$($bases$):
+                $doc$
                 $fields$
                 def __init__(self$words$) -> None: ...
                 def copy(self) -> $Name$: ...
             """, Name=class_name(info),
             bases=", ".join(base.removeprefix("_parts.") for base in bases(info)),
-            fields="\n".join(f"{name}: {kind}" for name, kind in own),
+            doc=short_doc(info.comment), fields="\n".join(own),
             words=", *" + words if words else "")
     return out.text()

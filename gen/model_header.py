@@ -4,7 +4,7 @@ What one row contributes stands in rows.py, the tables in model_source.py.
 """
 
 from model_classes import banner, shapes
-from printer import Printer, block, wrap_comment, wrap_list
+from printer import Printer, block, remarked, wrap_comment
 
 
 def emit_header(model):
@@ -18,11 +18,12 @@ def emit_header(model):
         // append_X, insert_X, delete_X, clear_X, size_X (back_X and each_X for children) if it is a
         // list. A setter gives 0, or the code of the first facet that fails and stores nothing. The
         // non-const get_X of a child marks it as present; that of a list appends until the index
-        // exists, as back_X does in an empty list. Past the end the const getters give an empty object
-        // and delete_X does nothing. An object owns all that it holds, and a copy is deep; what was
-        // moved from is empty. References live until the row they belong to is cleared, replaced, moved
-        // from or swapped. Text is UTF-16, one unit a wchar_t on every platform. An object belongs to
-        // one thread at a time; nothing is shared between objects.
+        // exists, as back_X does in an empty list. setenum_X is false, and stores nothing, for a number
+        // that is no value's. Past the end the const getters give an empty object, delete_X does nothing,
+        // and set_X and insert_X of a list append. An object owns all that it holds, and a copy is deep;
+        // what was moved from is empty. References live until the row they belong to is cleared, replaced,
+        // moved from or swapped. Text is UTF-16, one unit a wchar_t on every platform. An object belongs
+        // to one thread at a time; nothing is shared between objects.
         //
         // Every class has swap(), reset(), which makes it as new, and is_occurs_ok(), whether all that
         // is required is there; those that are elements have marshal() and unmarshal() (see
@@ -74,8 +75,10 @@ def class_comment(info):
     return wrap_comment(text)
 
 
-def row_comment(row):
-    """What the accessors below are about: type, occurrence and facets, as in the table."""
+def row_comment(shape):
+    """What the accessors below are about: meaning, type, occurrence and facets, what is given for
+    what is absent, and the codes of a refusal."""
+    row = shape.row
     kinds = {"attr": "attribute", "elem": "element", "content": "the content",
              "alt": "alternative", "group": "one value of a group", "any": "foreign elements"}
     words = [kinds[row.kind], row.type] if row.kind != "any" else [kinds[row.kind]]
@@ -95,8 +98,8 @@ def row_comment(row):
         words.append("one of " + (row.enum if row.enum == row.name else f"the {row.enum} values"))
     if row.default:
         words.append(f"default {row.default}")
-    text = f"{row.name}: {', '.join(words)}"
-    return wrap_comment(f"{text}. {row.note}")
+    return "\n".join(wrap_comment(text) for text in (
+        row.note, f"{row.name}: {', '.join(words)}.", shape.behaviour()) if text)
 
 
 def emit_class(out, info):
@@ -106,7 +109,7 @@ def emit_class(out, info):
     for shape in shapes(info):
         accessors = shape.accessors()
         if accessors:
-            parts = [row_comment(shape.row), shape.types(), accessors]
+            parts = [row_comment(shape), shape.types(), accessors]
             sections.append("\n".join(part for part in parts if part))
     out.raw(class_comment(info))
     bases = [base_of(info)] + ([f"internal::Document<{info.name}>"] if info.is_document else [])
@@ -139,6 +142,7 @@ def special_members(info):
     copied = "{ return assigned(*this, other, k_class); }" if info.own_lifetime else "= default;"
     moved = "{ return moved(*this, other); }" if info.own_lifetime else "= default;"
     out.emit("""
+        $made$
         $Class$();
         $Class$(const $Class$& other);
         $Class$($Class$&& other) noexcept;
@@ -146,14 +150,21 @@ def special_members(info):
         ~$Class$() override;
         $Class$& operator=(const $Class$& other) $copied$
         $Class$& operator=($Class$&& other) noexcept $moved$
-        """, Class=info.name, clone=clone, copied=copied, moved=moved)
+        """, Class=info.name, clone=clone, copied=copied, moved=moved,
+             made=wrap_comment(
+                 f"Made with nothing set{' but the read stamp' if info.has('root') else ''}, as a deep "
+                 "copy, or of what another held, which is then empty.", 96))
     if info.own_lifetime:
         out.emit("""
+            // Exchanges all; makes as new; whether all is there that is required.
             void swap($Class$& other) noexcept { internal::swap(*this, other, k_class); }
             void reset() { internal::reset(*this, k_class); }
             bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
             """, Class=info.name)
-    out.emit("static const internal::Class k_class;")
+    out.emit("""
+        // What the library knows of the class, for model/reflection.h.
+        static const internal::Class k_class;
+        """)
     return out.text()
 
 
@@ -161,7 +172,10 @@ def identity(info):
     if info.shape != "poly":
         return ""
     out = Printer()
-    out.emit("static const char* id;")
+    out.emit("""
+        // The name that an xsi:type has for the class.
+        static const char* id;
+        """)
     if info.factory:
         out.emit("""
             // A new object of the named type, which the caller owns; null if the namespace is not
@@ -177,6 +191,7 @@ def element_steps(info):
     out = Printer()
     if info.writes_no_tag:
         out.emit("""
+            // Writes what is chosen, under its own name: 46 if nothing is.
             lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const {
               return internal::write_element(*this, k_class, writer, name);
             }
@@ -184,6 +199,8 @@ def element_steps(info):
             static bool is_member(lmx::c_xml_reader& reader, const std::string&) {
               return internal::is_member(k_class, reader);
             }
+            // Reads the element at hand, and gives the name of what follows it. False if the element
+            // does not belong here, or with *err set after a failure.
             bool unmarshal(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err) {
               return internal::read_member(*this, k_class, reader, name, err);
             }
@@ -191,6 +208,7 @@ def element_steps(info):
     elif info.shape == "abstract":
         out.emit("""
             using $Base$::unmarshal;
+            // Reads a document that begins with this element: 0, or the code of the fault.
             lmx::elmx_error unmarshal(lmx::c_xml_reader& reader) {
               return internal::unmarshal_document(*this, k_class, reader);
             }
@@ -203,7 +221,9 @@ def document_members(info):
         return ""
     out = Printer()
     out.emit("""
+        // The name of its element.
         static constexpr char k_element_name[] = "Zol:$Class$";
+        // From a file, from bytes, or from a text, by unmarshal(), whose code *err gets.
         $Class$(const char* file, lmx::elmx_error* err) : $Class$() { construct(err, file); }
         $Class$(const char* buffer, std::size_t size, lmx::elmx_error* err) : $Class$() {
           construct(err, buffer, size);
@@ -266,13 +286,16 @@ def choice_members(info):
     if not info.alternatives:
         return ""
     out = Printer()
-    names = [f"chosen_{row.name} = {number}" for number, row in enumerate(info.alternatives)]
+    names = [remarked(f"chosen_{row.name} = {number},", row.note)
+             for number, row in enumerate(info.alternatives)]
+    names.append(remarked(f"chosen_none = {info.none},", "Nothing."))
     out.emit("""
+        // Which alternative is held.
         enum elmx_chosen : int {
           $names$
         };
         elmx_chosen getchosen() const { return static_cast<elmx_chosen>(chosen_); }
-        """, names=wrap_list(names + [f"chosen_none = {info.none}"]))
+        """, names="\n".join(names))
     cases = "\n".join(f"case chosen_{row.name}: visitor(get_{row.name}()); return true;"
                       for row in info.alternatives)
     out.emit("""
@@ -285,12 +308,6 @@ def choice_members(info):
           }
         }
         """, cases=cases)
-    if info.is_substitution:
-        out.emit("""
-
-            // The const get_X gives an empty object unless X is chosen; the other one and assign_X
-            // choose it.
-            """)
     return out.text()
 
 

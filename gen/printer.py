@@ -94,6 +94,12 @@ def _last_break(line, mark, indent):
     return at + len(mark) if at >= 0 else -1
 
 
+def remarked(code, text):
+    """A line of code with a comment behind it, or above it where it would be too long."""
+    line = f"{code}  // {text}"
+    return line if len(line) <= CPP_COLUMNS - 4 else f"{wrap_comment(text)}\n{code}"
+
+
 def wrap_comment(text, width=98):
     """A text as comment lines."""
     return "\n".join("// " + line for line in textwrap.wrap(text, width - 3))

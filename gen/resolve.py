@@ -294,6 +294,10 @@ class RowInfo:
         return self.owner.model.enums[self.enum].values
 
     @property
+    def enum_notes(self):
+        return self.owner.model.enums[self.enum].notes
+
+    @property
     def is_named(self):
         """Whether its name occurs in documents, so that it needs an event."""
         if self.kind in ("content", "group", "any"):

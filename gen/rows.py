@@ -5,7 +5,7 @@ model_source.py; what the accessors call and what walks the table are the hand-w
 model/internal.
 """
 
-from printer import Printer, wrap_list
+from printer import Printer, remarked
 
 # Schema type -> (C++ type, parameter, result of the getter, kind of the table)
 CPP_TYPES = {
@@ -18,6 +18,10 @@ CPP_TYPES = {
     "dateTime": ("lmx::c_datetime", "const lmx::c_datetime&", "const lmx::c_datetime&", "datetime"),
     "base64": ("lmx::c_binary", "const lmx::c_binary&", "const lmx::c_binary&", "binary"),
 }
+
+# What a getter gives for a row that was never set.
+ABSENT = {"string": "an empty text", "double": "0", "int": "0", "uint": "0", "byte": "0",
+          "bool": "false", "dateTime": "an untouched date", "base64": "no bytes"}
 
 INTEGER_LIMITS = {"int": (-2147483648, 2147483647), "uint": (0, 4294967295), "byte": (0, 255)}
 
@@ -85,6 +89,10 @@ class RowShape:
     def accessors(self):
         return None
 
+    def behaviour(self):
+        """What the accessors do, beyond what those of every row do."""
+        return ""
+
     def offset_of(self):
         return f"offsetof({self.row.owner.name}, {self.row.member})"
 
@@ -143,13 +151,44 @@ class Enumerable(RowShape):
     def types(self):
         if not self.row.enum:
             return None
-        values = [f"{self.row.name}_unknown"]
-        values += [enumerator(self.row, value) for value in self.row.enum_values]
+        values = [remarked(f"{self.row.name}_unknown = 0,", "Not set, or none of these.")]
+        values += [remarked(f"{enumerator(self.row, value)} = {i},", note) for i, (value, note)
+                   in enumerate(zip(self.row.enum_values, self.row.enum_notes), 1)]
         return self.fill("""
             enum Eenum_$Name$ : int {
               $values$
             };
-            """, values=wrap_list(f"{name} = {i}" for i, name in enumerate(values)))
+            """, values="\n".join(values))
+
+    def behaviour(self):
+        row = self.row
+        unset = "is not chosen" if row.kind == "alt" else "was never set"
+        absent = row.default or ABSENT[row.type]
+        if row.type == "double" and row.default is None:
+            absent = "0"
+        codes = [f"{code} for {what}" for code, what in self.refusals()]
+        told = f"get_{row.name} gives {absent} while it {unset}."
+        does = ["chooses it"] * (row.kind == "alt") + [f"gives {', '.join(codes)}"] * bool(codes)
+        return told + (f" set_{row.name} {', and '.join(does)}." if does else "")
+
+    def refusals(self):
+        """The codes of the setter, with what each refuses."""
+        row = self.row
+        if row.enum:
+            yield 38, "another text"
+        if row.length is not None:
+            yield 20, "a shorter text"
+            yield 19, "a longer one"
+        least, most = INTEGER_LIMITS.get(row.type, (None, None))
+        is_first = row.type == "double"
+        for code, bound, limit, words in (
+                (37, row.lower, least, ("no more than", "less than")),
+                (36, row.upper, most, ("no less than", "more than"))):
+            if bound is None or bound.on_read or bound.number == str(limit):
+                continue
+            nan = " and NaN" if is_first else ""
+            is_first = False
+            yield code, f"{words[0] if bound.strict else words[1]} {bound.number}{nan}"
 
     def by_number(self, text):
         """The accessors by number; `text` is the pointer to the text that is held."""
@@ -202,6 +241,10 @@ class ValuesRow(RowShape):
         self.type, self.param, self.result, self.kind = CPP_TYPES[row.type]
         self.fields.update(Value=self.type, Param=self.param, Result=self.result)
 
+    def behaviour(self):
+        return (f"Past the end get_{self.row.name} gives {ABSENT[self.row.type]}, and "
+                f"set_{self.row.name} appends.")
+
     def member(self):
         return f"internal::Values<{self.type}> {self.row.member};"
 
@@ -225,6 +268,10 @@ class ChildRow(RowShape):
     @property
     def is_in_place(self):
         return self.row.required
+
+    def behaviour(self):
+        return (f"The const get_{self.row.name} gives an untouched object if there is none; the other "
+                "one and the assignment mark it as present.")
 
     def member(self):
         if self.is_in_place:
@@ -256,6 +303,10 @@ class ChildrenRow(RowShape):
     """A list of children."""
 
     kind = "object"
+
+    def behaviour(self):
+        return (f"Past the end the const get_{self.row.name} gives an untouched object; the other one "
+                "and the assignment append up to there.")
 
     def member(self):
         return f"internal::List<{self.row.type}> {self.row.member};"
@@ -319,6 +370,7 @@ class AnyRow(RowShape):
             void get_$Name$(unsigned index, std::string* full_name, std::string* namespace_uri, std::string* text) const {
               internal::get_foreign($member$, index, full_name, namespace_uri, text);
             }
+            // Whole elements as text, which nothing checks; inserted past the end they are appended.
             lmx::elmx_error append_$Name$(const std::string& text) { return $member$.append({{}, {}, text}); }
             lmx::elmx_error insert_$Name$(unsigned index, const std::string& text) {
               return $member$.insert(index, {{}, {}, text});
@@ -339,10 +391,12 @@ class InSlot:
 class ObjectAlternative(InSlot, RowShape):
     kind = "object"
 
+    def behaviour(self):
+        return (f"The const get_{self.row.name} gives an untouched object unless this is chosen; the "
+                "other one and the assignment choose it.")
+
     def accessors(self):
         return self.fill("""
-            // The const form gives an empty object unless this alternative is chosen; the other two
-            // choose it.
             const $Type$& get_$Name$() const { return internal::child_of<$Type$>(chosen_ == $bit$ ? slot_.object : nullptr); }
             $Type$& get_$Name$() { return choose_as<$Type$>($row$); }
             $Type$& assign_$Name$(const $Type$& value) { return choose_as($row$, value); }
@@ -371,7 +425,7 @@ class MemberAlternative(ObjectAlternative):
     """A member of a substitution group."""
 
     def accessors(self):
-        text = super().accessors().split("\n", 2)[2]  # the comment stands at the head of the class
+        text = super().accessors()
         if self.row.adopt:
             text += "\n" + self.fill("""
                 // Takes ownership, so that an object of a derived type can stand here. If the

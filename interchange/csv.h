@@ -11,8 +11,9 @@
 
 namespace zol_v2::interchange {
 
+// A cell of a table.
 struct Cell {
-  std::string text;
+  std::string text;        // UTF-8, without quotation marks
   std::size_t offset = 0;  // of its first byte, or quotation mark
 };
 

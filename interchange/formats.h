@@ -25,15 +25,17 @@ class Zol;
 
 namespace zol_v2::interchange {
 
+// The formats of other programs.
 enum class Format : unsigned char { json, csv, tsv, cgats, gpl, kpl, css, ase, sqlite };
 
+// What a format is called and good for.
 struct FormatInfo {
-  Format format;
+  Format format;                           // which it is
   std::string_view name;                   // "csv"
   std::vector<std::string_view> suffixes;  // ".csv"
-  bool is_read;
-  bool is_written;
-  std::string_view holds;  // for people
+  bool is_read;                            // into documents
+  bool is_written;                         // from documents
+  std::string_view holds;                  // for people
 };
 
 // Those that this build has.
@@ -42,6 +44,7 @@ ZOL_INTERCHANGE_API const std::vector<FormatInfo>& formats();
 ZOL_INTERCHANGE_API const FormatInfo* find_format(std::string_view name);
 ZOL_INTERCHANGE_API const FormatInfo* format_of_path(std::string_view path);
 
+// How documents are written in another format.
 struct WriteOptions {
   // Of tables: a line for each rendering in one space instead of one for each value.
   bool is_wide = false;
@@ -54,6 +57,7 @@ struct WriteOptions {
   std::function<bool(std::string_view)> sink;
 };
 
+// How another format is read.
 struct ReadOptions {
   std::string source = "a file";  // for the document's Purpose
   std::string time;               // of all histories; empty for now
@@ -68,6 +72,7 @@ struct ReadOptions {
 // Takes documents one after the other.
 class ZOL_INTERCHANGE_API Writer {
  public:
+  // What was not finished is lost.
   virtual ~Writer();
   // `name` tells documents apart where there are several.
   virtual void add(const Zol& document, std::string_view name) = 0;

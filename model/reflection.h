@@ -55,23 +55,31 @@ class TypeRange;
 class Type {
  public:
   Type() = default;
+  // That of a table, as T::k_class of a class T of the model.
   Type(const internal::Class& table) : table_(&table) {}
 
+  // Whether it is one. Nothing else may be asked of none, but whether it is another.
   explicit operator bool() const { return table_ != nullptr; }
+  // Whether both are the same class, or none.
   bool operator==(Type other) const { return table_ == other.table_; }
   bool operator!=(Type other) const { return table_ != other.table_; }
 
+  // As in C++: "ColorType".
   std::string_view name() const { return table_->name; }
   // What objects of it are, in a sentence or two; no class is without.
   std::string_view note() const { return table_->note; }
+  // How it is built.
   Shape shape() const { return table_->shape; }
+  // What it is derived from; none for a root. `is_a` counts the type itself and all bases.
   Type base() const { return of(table_->base); }
   bool is_a(Type other) const { return table_->is_a(*other.table_); }
+  // May an element of it be marked as nil?
   bool is_nillable() const { return table_->is_nillable(); }
   // Is it an element that a document may begin with?
   bool is_document() const { return table_->is(internal::Class::k_document); }
   // An element may say by xsi:type which type of its family it is, with this name; of others empty.
   std::string_view type_name() const { return is_polymorphic() ? table_->type_name : ""; }
+  // Does it belong to a family, so that it has such a name?
   bool is_polymorphic() const { return table_->type_name != nullptr; }
   // Stands for what it holds, with no element around it.
   bool is_transparent() const { return shape() == Shape::holder || shape() == Shape::anonymous; }
@@ -81,6 +89,7 @@ class Type {
   // In the order of a document: attributes, elements, and then the content or the alternatives,
   // each with those of the bases first.
   inline RowRange rows() const;
+  // The attributes alone.
   inline RowRange attributes() const;
   // All but the attributes.
   inline RowRange elements() const;
@@ -96,8 +105,10 @@ class Type {
 
   // An object that was never touched, whose values are the defaults of the rows.
   inline ConstRef untouched() const;
+  // A new object, which the caller owns; std::bad_alloc if memory runs out.
   ZOL_API std::unique_ptr<Object> make() const;
 
+  // The table itself, for the library's own walkers.
   const internal::Class& table() const { return *table_; }
 
  private:
@@ -107,6 +118,7 @@ class Type {
   const internal::Class* table_ = nullptr;
 };
 
+// Types to go over in a loop.
 class TypeRange {
  public:
   class Iterator {
@@ -130,9 +142,12 @@ class TypeRange {
     const internal::Class* const* at_;
   };
 
+  // Of so many tables, which must outlive it.
   TypeRange(const internal::Class* const* first, std::size_t size) : first_(first), size_(size) {}
+  // In the order of the tables.
   Iterator begin() const { return Iterator(first_); }
   Iterator end() const { return Iterator(first_ + size_); }
+  // How many there are.
   std::size_t size() const { return size_; }
 
  private:
@@ -140,6 +155,7 @@ class TypeRange {
   std::size_t size_;
 };
 
+// Every class of the model, in the order of the schema.
 ZOL_API TypeRange all_types();
 // None if no class has that name.
 ZOL_API Type find_type(std::string_view name);
@@ -151,13 +167,17 @@ inline Type type_of(const Object& object) { return internal::Head::class_of(obje
 // The values of an enumeration, which are numbered from 1.
 class EnumValues {
  public:
+  // Those of no enumeration, or of a table.
   EnumValues() = default;
   explicit EnumValues(const internal::EnumTable& table)
       : first_(table.narrow), notes_(table.notes), size_(static_cast<std::size_t>(table.size)) {}
+  // As they stand in documents, in the order of their numbers.
   const std::string_view* begin() const { return first_; }
   const std::string_view* end() const { return first_ + size_; }
+  // How many there are.
   std::size_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
+  // The value whose number is the index plus 1.
   std::string_view operator[](std::size_t index) const { return first_[index]; }
   // What the value of that index means, in one sentence.
   std::string_view note(std::size_t index) const { return notes_[index]; }
@@ -170,9 +190,10 @@ class EnumValues {
 
 // `end` is none where there is no bound.
 struct Bound {
-  double value = 0;
-  End end = End::none;
+  double value = 0;     // in the unit of the row
+  End end = End::none;  // whether the value itself is allowed
 
+  // Whether there is a bound.
   explicit operator bool() const { return end != End::none; }
 };
 
@@ -180,30 +201,38 @@ struct Bound {
 class Row {
  public:
   Row() = default;
+  // That of a table.
   Row(const internal::Row& table) : table_(&table) {}
 
+  // Whether it is one. Nothing else may be asked of none, but whether it is another.
   explicit operator bool() const { return table_ != nullptr; }
+  // Whether both are the same row, or none.
   bool operator==(Row other) const { return table_ == other.table_; }
   bool operator!=(Row other) const { return table_ != other.table_; }
 
   // As in the accessors. In documents elements have it with a prefix; content, holders and groups
   // have no name there.
   ZOL_API std::string_view name() const;
+  // Where it stands in an element, and what it holds.
   Place place() const { return table_->place; }
   Kind kind() const { return table_->kind; }
+  // Must there be one, or one at least? May there be any number?
   bool is_required() const { return table_->is_required; }
   bool is_list() const { return table_->is_list; }
   // Holds a value that has a text.
   bool is_simple() const { return table_->is_simple(); }
+  // Is it an attribute?
   bool is_attribute() const { return place() == Place::attribute; }
   // What it holds is written without an element of its own around it.
   bool is_transparent() const { return kind() == Kind::member || kind() == Kind::group; }
   // Of a child, a holder or a group.
   Type type() const { return Type::of(table_->type); }
 
+  // The values that an enumerated text may have; none for others.
   EnumValues values() const {
     return table_->enumeration != nullptr ? EnumValues(*table_->enumeration) : EnumValues();
   }
+  // The least and the greatest number.
   Bound lower() const { return {table_->lower, table_->lower_end}; }
   Bound upper() const { return {table_->upper, table_->upper_end}; }
   // Setters of C++ let pass what lies below the lower bound; reading and set_text() do not.
@@ -221,14 +250,17 @@ class Row {
   // What the row means, in one sentence; no row is without.
   std::string_view note() const { return table_->note; }
 
+  // The table itself, for the library's own walkers.
   const internal::Row& table() const { return *table_; }
 
  private:
   const internal::Row* table_ = nullptr;
 };
 
+// Rows to go over in a loop, those of the bases first.
 class RowRange {
  public:
+  // What of a type it goes over, in this order.
   enum Part : unsigned char { attributes, elements, rest, none };
 
   class Iterator {
@@ -270,7 +302,9 @@ class RowRange {
     Part last_ = none;
   };
 
+  // From the first of these parts to the last.
   RowRange(const internal::Class& type, Part first, Part last) : begin_(&type, first, last) {}
+  // In the order of a document.
   Iterator begin() const { return begin_; }
   Iterator end() const { return {}; }
 
@@ -311,13 +345,16 @@ class Value {
   // `at` is where the row keeps the value: in an object, a list or the slot of a choice.
   Value(const internal::Row& row, const void* at) : row_(&row), at_(at) {}
 
+  // Whether it is one.
   explicit operator bool() const { return row_ != nullptr; }
   // Only of what is not nothing.
   Kind kind() const { return row_->kind; }
 
   // Integers count as numbers, numbers are no integers.
   ZOL_API double number() const;
+  // Of an integer.
   ZOL_API std::int64_t integer() const;
+  // Of a truth value.
   ZOL_API bool truth() const;
   // UTF-16, one unit a wchar_t; of enumerated texts too. The first time that it is asked of a text
   // that was read, that takes memory for the wide one.
@@ -327,6 +364,7 @@ class Value {
   ZOL_API bool narrow_text(std::string_view* utf8) const;
   // Of an enumerated text, from 1; 0 for one that the enumeration does not have.
   ZOL_API int number_in_enumeration() const;
+  // Where it stands, good as long as the object is not changed.
   ZOL_API const lmx::c_datetime& date() const;
   ZOL_API const lmx::c_binary& bytes() const;
   ZOL_API const AnyElement& foreign() const;
@@ -354,12 +392,16 @@ class Value {
 class ConstRef {
  public:
   ConstRef() = default;
+  // Of an object, which must outlive it.
   ConstRef(const Object& object) : object_(&object) {}
 
+  // Whether it is one. Nothing else may be asked of none, but whether it is another.
   explicit operator bool() const { return object_ != nullptr; }
+  // Whether both are the same object, not like ones.
   bool operator==(ConstRef other) const { return object_ == other.object_; }
   bool operator!=(ConstRef other) const { return object_ != other.object_; }
 
+  // The object itself, and the class that it was made as.
   const Object& object() const { return *object_; }
   Type type() const { return type_of(*object_); }
   // The object as a class of the model; null if it is of another.
@@ -368,6 +410,7 @@ class ConstRef {
     return object_ != nullptr && type().is_a(T::k_class) ? static_cast<const T*>(object_) : nullptr;
   }
 
+  // Is its element marked as nil?
   bool is_nil() const { return internal::Head::is_nil(*object_, type().table()); }
   // Is all there that is required? What is not can't be written. Children answer for themselves.
   bool is_complete() const { return internal::is_occurs_ok(*object_, type().table()); }
@@ -401,12 +444,17 @@ ConstRef Type::untouched() const { return table_->empty(); }
 class Ref {
  public:
   Ref() = default;
+  // Of an object, which must outlive it.
   Ref(Object& object) : object_(&object) {}
 
+  // Whether it is one. Nothing else may be asked of none.
   explicit operator bool() const { return object_ != nullptr; }
+  // The same, to be looked at.
   operator ConstRef() const { return object_ != nullptr ? ConstRef(*object_) : ConstRef(); }
+  // The object itself, and the class that it was made as.
   Object& object() const { return *object_; }
   Type type() const { return type_of(*object_); }
+  // The object as a class of the model; null if it is of another.
   template <class T>
   T* as() const {
     return object_ != nullptr && type().is_a(T::k_class) ? static_cast<T*>(object_) : nullptr;
@@ -460,7 +508,9 @@ struct Item {
   Row way;             // from the parent to it: `row`, or that of the holder or group
   unsigned entry = 0;  // in that row's list
 
+  // As in the accessors; of the root that of its type.
   std::string_view name() const { return row ? row.name() : owner.type().name(); }
+  // What it holds.
   Value value() const { return owner.value(row, index); }
   // The child, or the root itself; none if it is a value.
   ConstRef object() const { return row ? value().child() : owner; }
@@ -504,7 +554,9 @@ class Items {
     Item item_;
   };
 
+  // Of an object, which must outlive it and stay as it is.
   explicit Items(ConstRef parent) : parent_(parent) {}
+  // In the order of a document.
   Iterator begin() const { return Iterator(parent_); }
   Iterator end() const { return {}; }
 
@@ -548,14 +600,17 @@ enum class PathError {
   not_there     // the row is not set, or has fewer entries
 };
 
+// Where a path leads.
 struct Found {
-  PathError error = PathError::none;
-  std::size_t at = 0;  // where the faulty step begins
-  Item item;
+  PathError error = PathError::none;  // why it leads nowhere
+  std::size_t at = 0;                 // where the faulty step begins
+  Item item;                          // what it leads to; none after an error
 
+  // Whether it leads to something.
   explicit operator bool() const { return error == PathError::none; }
 };
 
+// What a path leads to, from the root that it begins with.
 ZOL_API Found find(ConstRef root, std::string_view path);
 // The object that a path leads to, to be changed; none if it leads to nothing or to a value.
 ZOL_API Ref find_object(Ref root, std::string_view path);

@@ -11,7 +11,9 @@ class Zol;
 // stamp marks preamble and header as present.
 class ZOL_API SdkStamp {
  public:
+  // Into ReadSDKInformation.
   void stampRead(Zol& document) const;
+  // Into WriteSDKInformation.
   void stampWrite(Zol& document) const;
 };
 

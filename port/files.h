@@ -17,6 +17,7 @@
 
 namespace zol::port {
 
+// A path as the system calls take it off Windows.
 ZOL_API std::string utf8_path(const std::wstring& path);
 
 // `std::fopen` on a wide path, in binary everywhere. A directory can't be opened (EISDIR), not even
@@ -40,9 +41,11 @@ ZOL_API bool rename_file(const std::wstring& from, const std::wstring& to);
 
 // --- Files by handle --------------------------------------------------------------------------
 
+// A file that is open, as the system numbers it; whoever opened it closes it.
 using FileHandle = int;
 constexpr FileHandle k_no_file = -1;
 
+// What the process itself does with a file.
 enum class Access { read, write, read_write };
 
 // What others may do while the file is open, beside renaming and deleting it, which they always
@@ -51,28 +54,35 @@ enum class Access { read, write, read_write };
 // readers do not. A file held by another fails with EACCES.
 enum class Share { deny_write, deny_read, deny_none };
 
+// How a file is opened.
 struct OpenOptions {
-  Access access = Access::read;
-  Share share = Share::deny_none;
+  Access access = Access::read;    // what is done with it
+  Share share = Share::deny_none;  // what others may do meanwhile
   bool create = false;    // with read and write permission for the owner, or as `mode` says
   bool truncate = false;  // only once the file is ours
   bool fresh = false;     // with `create`: fails with EEXIST if there is one
-  unsigned mode = 0600;
+  unsigned mode = 0600;   // of a file that is made, off Windows; cut by the mask of the process
 };
 
+// The same of a handle.
 ZOL_API bool regular_file_size(FileHandle file, std::uint64_t* size);
 
+// Opens a file; k_no_file after a failure.
 ZOL_API FileHandle open_handle(const std::wstring& path, const OpenOptions& options);
+// False if what was written did not arrive; the handle is gone all the same.
 ZOL_API bool close_handle(FileHandle handle);
 
 // Bytes read: fewer than `count` at the end of the file, and then `errno` is 0; or fewer after a
 // failure, and then `errno` says which.
 ZOL_API std::size_t read_handle(FileHandle handle, void* buffer, std::size_t count);
+// All of the bytes, or false.
 ZOL_API bool write_handle(FileHandle handle, const void* buffer, std::size_t count);
 
+// Where a distance is counted from.
 enum class Origin { begin, current, end };
 // The new position from the file's begin, or -1.
 ZOL_API std::int64_t seek_handle(FileHandle handle, std::int64_t offset, Origin origin);
+// Cuts the file, or lengthens it by zeros, to so many bytes.
 ZOL_API bool resize_handle(FileHandle handle, std::int64_t length);
 // Returns once the data is on the disk.
 ZOL_API bool sync_handle(FileHandle handle);
@@ -101,10 +111,11 @@ ZOL_API bool to_local_time(std::time_t time, std::tm& fields);
 // A slash or a backslash, on every platform.
 inline bool is_separator(wchar_t c) { return c == L'/' || c == L'\\'; }
 
+// A path taken apart; put together again they are the path.
 struct PathParts {
   std::wstring drive;      // a letter and a colon
   std::wstring directory;  // with its last separator
-  std::wstring title;
+  std::wstring title;      // the name without its extension
   std::wstring extension;  // with its dot
 };
 

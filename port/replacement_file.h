@@ -24,9 +24,12 @@ class ZOL_API ReplacementFile {
   ReplacementFile& operator=(const ReplacementFile&) = delete;
   ~ReplacementFile();
 
+  // Whether the work can be done; if not, the reason is in `errno`.
   bool is_open() const { return handle() != k_no_file; }
+  // The working file, to be written to; still the object's. k_no_file if it is not open.
   FileHandle handle() const;
 
+  // How it ended.
   enum class Outcome {
     kept,         // a failure: what stood there is as it was
     replaced,     // all is well

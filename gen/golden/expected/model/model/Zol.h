@@ -6,11 +6,12 @@
 // append_X, insert_X, delete_X, clear_X, size_X (back_X and each_X for children) if it is a
 // list. A setter gives 0, or the code of the first facet that fails and stores nothing. The
 // non-const get_X of a child marks it as present; that of a list appends until the index
-// exists, as back_X does in an empty list. Past the end the const getters give an empty object
-// and delete_X does nothing. An object owns all that it holds, and a copy is deep; what was
-// moved from is empty. References live until the row they belong to is cleared, replaced, moved
-// from or swapped. Text is UTF-16, one unit a wchar_t on every platform. An object belongs to
-// one thread at a time; nothing is shared between objects.
+// exists, as back_X does in an empty list. setenum_X is false, and stores nothing, for a number
+// that is no value's. Past the end the const getters give an empty object, delete_X does nothing,
+// and set_X and insert_X of a list append. An object owns all that it holds, and a copy is deep;
+// what was moved from is empty. References live until the row they belong to is cleared, replaced,
+// moved from or swapped. Text is UTF-16, one unit a wchar_t on every platform. An object belongs
+// to one thread at a time; nothing is shared between objects.
 //
 // Every class has swap(), reset(), which makes it as new, and is_occurs_ok(), whether all that
 // is required is there; those that are elements have marshal() and unmarshal() (see
@@ -55,15 +56,18 @@ class Ring;
 // A box. It may be empty.
 class ZOL_API Box : public internal::Plain {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   Box();
   Box(const Box& other);
   Box(Box&& other) noexcept;
   ~Box() override;
   Box& operator=(const Box& other) { return assigned(*this, other, k_class); }
   Box& operator=(Box&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(Box& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
   // A nilled element is written as xsi:nil without content. Only reset(), swap(), copying and
@@ -71,9 +75,13 @@ class ZOL_API Box : public internal::Plain {
   void setnil_Box() { touch(6); }
   bool isnil_Box() const { return has(6); }
 
-  // Grade: attribute, string, required, one of Grade. How it is graded.
+  // How it is graded.
+  // Grade: attribute, string, required, one of Grade.
+  // get_Grade gives an empty text while it was never set. set_Grade gives 38 for another text.
   enum Eenum_Grade : int {
-    Grade_unknown = 0, Grade_A = 1, Grade_B_plus = 2
+    Grade_unknown = 0,  // Not set, or none of these.
+    Grade_A = 1,  // The best.
+    Grade_B_plus = 2,  // Nearly "as good", a | b & <c>.
   };
   const std::wstring& get_Grade() const { return internal::text_of(grade_); }
   lmx::elmx_error set_Grade(const std::wstring& value) { return set(*this, k_rows[0], value); }
@@ -82,10 +90,13 @@ class ZOL_API Box : public internal::Plain {
   }
   bool setenum_Grade(Eenum_Grade value) { return set_number(*this, k_rows[0], value); }
 
-  // Spare: attribute, string, optional, one of the Grade values, default Grade_A. How a spare one
-  // is graded.
+  // How a spare one is graded.
+  // Spare: attribute, string, optional, one of the Grade values, default Grade_A.
+  // get_Spare gives Grade_A while it was never set. set_Spare gives 38 for another text.
   enum Eenum_Spare : int {
-    Spare_unknown = 0, Spare_Grade_A = 1, Spare_Grade_B_plus = 2
+    Spare_unknown = 0,  // Not set, or none of these.
+    Spare_Grade_A = 1,  // The best.
+    Spare_Grade_B_plus = 2,  // Nearly "as good", a | b & <c>.
   };
   const std::wstring& get_Spare() const { return internal::text_of(spare_); }
   lmx::elmx_error set_Spare(const std::wstring& value) { return set(*this, k_rows[1], value); }
@@ -96,15 +107,24 @@ class ZOL_API Box : public internal::Plain {
   bool isset_Spare() const { return has(2); }
   void unset_Spare() { drop(2); }
 
-  // Count: attribute, byte, required, >= 2, <= 99. How many there are, the spare ones included.
+  // How many there are, the spare ones included.
+  // Count: attribute, byte, required, >= 2, <= 99.
+  // get_Count gives 0 while it was never set. set_Count gives 37 for less than 2, 36 for more than
+  // 99.
   unsigned char get_Count() const { return count_; }
   lmx::elmx_error set_Count(unsigned char value) { return set(*this, k_rows[2], value); }
 
-  // Code: element, string, required, 1 character. A letter.
+  // A letter.
+  // Code: element, string, required, 1 character.
+  // get_Code gives an empty text while it was never set. set_Code gives 20 for a shorter text, 19
+  // for a longer one.
   const std::wstring& get_Code() const { return code_.get(); }
   lmx::elmx_error set_Code(const std::wstring& value) { return set(*this, k_rows[3], value); }
 
-  // Weight: element, double, required, > 0, <= 2.5, unit kg, default 1.5. How heavy it is.
+  // How heavy it is.
+  // Weight: element, double, required, > 0, <= 2.5, unit kg, default 1.5.
+  // get_Weight gives 1.5 while it was never set. set_Weight gives 37 for no more than 0 and NaN, 36
+  // for more than 2.5.
   double get_Weight() const { return weight_; }
   lmx::elmx_error set_Weight(double value) { return set(*this, k_rows[4], value); }
 
@@ -121,17 +141,21 @@ class ZOL_API Box : public internal::Plain {
 // What it is tagged with.
 class ZOL_API anon_Tag : public internal::Object {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   anon_Tag();
   anon_Tag(const anon_Tag& other);
   anon_Tag(anon_Tag&& other) noexcept;
   ~anon_Tag() override;
   anon_Tag& operator=(const anon_Tag& other) { return assigned(*this, other, k_class); }
   anon_Tag& operator=(anon_Tag&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(anon_Tag& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
+  // Writes what is chosen, under its own name: 46 if nothing is.
   lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const {
     return internal::write_element(*this, k_class, writer, name);
   }
@@ -139,12 +163,17 @@ class ZOL_API anon_Tag : public internal::Object {
   static bool is_member(lmx::c_xml_reader& reader, const std::string&) {
     return internal::is_member(k_class, reader);
   }
+  // Reads the element at hand, and gives the name of what follows it. False if the element
+  // does not belong here, or with *err set after a failure.
   bool unmarshal(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err) {
     return internal::read_member(*this, k_class, reader, name, err);
   }
 
+  // Which alternative is held.
   enum elmx_chosen : int {
-    chosen_TagText = 0, chosen_TagNumber = 1, chosen_none = 2
+    chosen_TagText = 0,  // What it says.
+    chosen_TagNumber = 1,  // A number.
+    chosen_none = 2,  // Nothing.
   };
   elmx_chosen getchosen() const { return static_cast<elmx_chosen>(chosen_); }
   // Calls the visitor with what is chosen; false if nothing is.
@@ -157,13 +186,17 @@ class ZOL_API anon_Tag : public internal::Object {
     }
   }
 
-  // TagText: alternative, string. What it says.
+  // What it says.
+  // TagText: alternative, string.
+  // get_TagText gives an empty text while it is not chosen. set_TagText chooses it.
   const std::wstring& get_TagText() const {
     return internal::text_of(chosen_ == 0 ? slot_.text : nullptr);
   }
   lmx::elmx_error set_TagText(const std::wstring& value) { return set(*this, k_rows[0], value); }
 
-  // TagNumber: alternative, double. A number.
+  // A number.
+  // TagNumber: alternative, double.
+  // get_TagNumber gives 0 while it is not chosen. set_TagNumber chooses it.
   double get_TagNumber() const { return chosen_ == 1 ? slot_.real : 0.0; }
   lmx::elmx_error set_TagNumber(double value) { return set(*this, k_rows[1], value); }
 
@@ -176,18 +209,24 @@ class ZOL_API anon_Tag : public internal::Object {
 // The root.
 class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
  public:
+  // Made with nothing set but the read stamp, as a deep copy, or of what another held, which is
+  // then empty.
   Zol();
   Zol(const Zol& other);
   Zol(Zol&& other) noexcept;
   ~Zol() override;
   Zol& operator=(const Zol& other) { return assigned(*this, other, k_class); }
   Zol& operator=(Zol&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(Zol& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
+  // The name of its element.
   static constexpr char k_element_name[] = "Zol:Zol";
+  // From a file, from bytes, or from a text, by unmarshal(), whose code *err gets.
   Zol(const char* file, lmx::elmx_error* err) : Zol() { construct(err, file); }
   Zol(const char* buffer, std::size_t size, lmx::elmx_error* err) : Zol() {
     construct(err, buffer, size);
@@ -222,11 +261,15 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   lmx::elmx_error writeFile(const std::wstring& path) const;
   lmx::elmx_error writeFile(zol::port::FilePath path) const { return writeFile(path.wide()); }
 
-  // Note: element, string, required. What "the\rest" means, a | b & c*.
+  // What "the\rest" means, a | b & c*.
+  // Note: element, string, required.
+  // get_Note gives an empty text while it was never set.
   const std::wstring& get_Note() const { return note_.get(); }
   lmx::elmx_error set_Note(const std::wstring& value) { return set(*this, k_rows[0], value); }
 
-  // Stamp: element, dateTime, at least one. When it was stamped.
+  // When it was stamped.
+  // Stamp: element, dateTime, at least one.
+  // Past the end get_Stamp gives an untouched date, and set_Stamp appends.
   const lmx::c_datetime& get_Stamp(unsigned index) const { return stamp_.at(index); }
   lmx::elmx_error set_Stamp(unsigned index, const lmx::c_datetime& value) {
     return stamp_.set(index, value);
@@ -239,7 +282,9 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   void clear_Stamp() { stamp_.clear(); }
   unsigned size_Stamp() const { return stamp_.size(); }
 
-  // Alias: element, string, any number. Another name.
+  // Another name.
+  // Alias: element, string, any number.
+  // Past the end get_Alias gives an empty text, and set_Alias appends.
   const std::wstring& get_Alias(unsigned index) const { return alias_.at(index); }
   lmx::elmx_error set_Alias(unsigned index, const std::wstring& value) {
     return alias_.set(index, value);
@@ -252,25 +297,36 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   void clear_Alias() { alias_.clear(); }
   unsigned size_Alias() const { return alias_.size(); }
 
-  // Size: element, uint, optional, > 0 on reading, <= 9. How big it is.
+  // How big it is.
+  // Size: element, uint, optional, > 0 on reading, <= 9.
+  // get_Size gives 0 while it was never set. set_Size gives 36 for more than 9.
   unsigned get_Size() const { return size_; }
   lmx::elmx_error set_Size(unsigned value) { return set(*this, k_rows[3], value); }
   bool isset_Size() const { return has(4); }
   void unset_Size() { drop(4); }
 
-  // Box: element, Box, required. A box.
+  // A box.
+  // Box: element, Box, required.
+  // The const get_Box gives an untouched object if there is none; the other one and the assignment
+  // mark it as present.
   const Box& get_Box() const { return box_; }
   Box& get_Box() { touch(5); return box_; }
   Box& assign_Box(const Box& value) { return get_Box() = value; }
 
-  // Lid: element, Box, optional. What shuts the box.
+  // What shuts the box.
+  // Lid: element, Box, optional.
+  // The const get_Lid gives an untouched object if there is none; the other one and the assignment
+  // mark it as present.
   const Box& get_Lid() const { return internal::child_of<Box>(lid_); }
   Box& get_Lid() { touch(6); return internal::made<Box>(lid_); }
   Box& assign_Lid(const Box& value) { return internal::assigned(get_Lid(), value); }
   bool isset_Lid() const { return has(6); }
   void unset_Lid() { drop(6); }
 
-  // Part: element, Part, any number. A value with an attribute.
+  // A value with an attribute.
+  // Part: element, Part, any number.
+  // Past the end the const get_Part gives an untouched object; the other one and the assignment
+  // append up to there.
   const Part& get_Part(unsigned index) const { return part_.at(index); }
   Part& get_Part(unsigned index) { return part_.grow_to(index); }
   Part& assign_Part(unsigned index, const Part& value) {
@@ -285,7 +341,10 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   internal::Each<Part> each_Part() { return part_.each(); }
   internal::Each<const Part> each_Part() const { return part_.each(); }
 
-  // Shape: element, sg_Shape, any number. One of the family.
+  // One of the family.
+  // Shape: element, sg_Shape, any number.
+  // Past the end the const get_Shape gives an untouched object; the other one and the assignment
+  // append up to there.
   const sg_Shape& get_Shape(unsigned index) const { return shape_.at(index); }
   sg_Shape& get_Shape(unsigned index) { return shape_.grow_to(index); }
   sg_Shape& assign_Shape(unsigned index, const sg_Shape& value) {
@@ -300,25 +359,33 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
   internal::Each<sg_Shape> each_Shape() { return shape_.each(); }
   internal::Each<const sg_Shape> each_Shape() const { return shape_.each(); }
 
-  // Outline: element, sg_Shape, required. One of the family.
+  // One of the family.
+  // Outline: element, sg_Shape, required.
+  // The const get_Outline gives an untouched object if there is none; the other one and the
+  // assignment mark it as present.
   const sg_Shape& get_Outline() const { return internal::child_of<sg_Shape>(outline_); }
   sg_Shape& get_Outline() { touch(9); return internal::made<sg_Shape>(outline_); }
   sg_Shape& assign_Outline(const sg_Shape& value) {
     return internal::assigned(get_Outline(), value);
   }
 
-  // anon_Tag: one value of a group, anon_Tag, required. What it is tagged with.
+  // What it is tagged with.
+  // anon_Tag: one value of a group, anon_Tag, required.
+  // The const get_anon_Tag gives an untouched object if there is none; the other one and the
+  // assignment mark it as present.
   const anon_Tag& get_anon_Tag() const { return anon_tag_; }
   anon_Tag& get_anon_Tag() { touch(10); return anon_tag_; }
   anon_Tag& assign_anon_Tag(const anon_Tag& value) { return get_anon_Tag() = value; }
 
-  // any: foreign elements, any number. Whatever else there is.
+  // Whatever else there is.
+  // any: foreign elements, any number.
   // An element's full name, its namespace and its whole text, each unless the pointer is
   // null. An entry that was appended has a text alone. Nothing if there is no such entry.
   void get_any(unsigned index, std::string* full_name, std::string* namespace_uri,
       std::string* text) const {
     internal::get_foreign(any_, index, full_name, namespace_uri, text);
   }
+  // Whole elements as text, which nothing checks; inserted past the end they are appended.
   lmx::elmx_error append_any(const std::string& text) { return any_.append({{}, {}, text}); }
   lmx::elmx_error insert_any(unsigned index, const std::string& text) {
     return any_.insert(index, {{}, {}, text});
@@ -347,39 +414,49 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
 // That it is sealed.
 class ZOL_API Seal : public internal::Plain {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   Seal();
   Seal(const Seal& other);
   Seal(Seal&& other) noexcept;
   ~Seal() override;
   Seal& operator=(const Seal& other) { return assigned(*this, other, k_class); }
   Seal& operator=(Seal&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(Seal& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 };
 
 // A value with an attribute.
 class ZOL_API Part : public internal::Plain {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   Part();
   Part(const Part& other);
   Part(Part&& other) noexcept;
   ~Part() override;
   Part& operator=(const Part& other) { return assigned(*this, other, k_class); }
   Part& operator=(Part&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(Part& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
-  // Unit: attribute, string, optional. What it is counted in.
+  // What it is counted in.
+  // Unit: attribute, string, optional.
+  // get_Unit gives an empty text while it was never set.
   const std::wstring& get_Unit() const { return unit_.get(); }
   lmx::elmx_error set_Unit(const std::wstring& value) { return set(*this, k_rows[0], value); }
   bool isset_Unit() const { return has(1); }
   void unset_Unit() { drop(1); }
 
-  // Part: the content, base64. What it is made of.
+  // What it is made of.
+  // Part: the content, base64.
+  // get_Part gives no bytes while it was never set.
   const lmx::c_binary& get_Part() const { return part_; }
   lmx::elmx_error set_Part(const lmx::c_binary& value) { return set(*this, k_rows[1], value); }
   bool isset_Part() const { return has(2); }
@@ -395,20 +472,28 @@ class ZOL_API Part : public internal::Plain {
 // One of several.
 class ZOL_API PartChoice : public internal::Plain {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   PartChoice();
   PartChoice(const PartChoice& other);
   PartChoice(PartChoice&& other) noexcept;
   ~PartChoice() override;
   PartChoice& operator=(const PartChoice& other) { return assigned(*this, other, k_class); }
   PartChoice& operator=(PartChoice&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(PartChoice& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
+  // Which alternative is held.
   enum elmx_chosen : int {
-    chosen_Grade = 0, chosen_Text = 1, chosen_Amount = 2, chosen_Number = 3, chosen_Box = 4,
-    chosen_none = 5
+    chosen_Grade = 0,  // How it is graded.
+    chosen_Text = 1,  // What it says.
+    chosen_Amount = 2,  // A share.
+    chosen_Number = 3,  // A number.
+    chosen_Box = 4,  // A box.
+    chosen_none = 5,  // Nothing.
   };
   elmx_chosen getchosen() const { return static_cast<elmx_chosen>(chosen_); }
   // Calls the visitor with what is chosen; false if nothing is.
@@ -424,9 +509,14 @@ class ZOL_API PartChoice : public internal::Plain {
     }
   }
 
-  // Grade: alternative, string, one of Grade. How it is graded.
+  // How it is graded.
+  // Grade: alternative, string, one of Grade.
+  // get_Grade gives an empty text while it is not chosen. set_Grade chooses it, and gives 38 for
+  // another text.
   enum Eenum_Grade : int {
-    Grade_unknown = 0, Grade_A = 1, Grade_B_plus = 2
+    Grade_unknown = 0,  // Not set, or none of these.
+    Grade_A = 1,  // The best.
+    Grade_B_plus = 2,  // Nearly "as good", a | b & <c>.
   };
   const std::wstring& get_Grade() const {
     return internal::text_of(chosen_ == 0 ? slot_.enumerated : nullptr);
@@ -437,23 +527,31 @@ class ZOL_API PartChoice : public internal::Plain {
   }
   bool setenum_Grade(Eenum_Grade value) { return set_number(*this, k_rows[0], value); }
 
-  // Text: alternative, string. What it says.
+  // What it says.
+  // Text: alternative, string.
+  // get_Text gives an empty text while it is not chosen. set_Text chooses it.
   const std::wstring& get_Text() const {
     return internal::text_of(chosen_ == 1 ? slot_.text : nullptr);
   }
   lmx::elmx_error set_Text(const std::wstring& value) { return set(*this, k_rows[1], value); }
 
-  // Amount: alternative, double, >= 0, unit percent. A share.
+  // A share.
+  // Amount: alternative, double, >= 0, unit percent.
+  // get_Amount gives 0 while it is not chosen. set_Amount chooses it, and gives 37 for less than 0
+  // and NaN.
   double get_Amount() const { return chosen_ == 2 ? slot_.real : 0.0; }
   lmx::elmx_error set_Amount(double value) { return set(*this, k_rows[2], value); }
 
-  // Number: alternative, int, >= -2147483648, <= 2147483647. A number.
+  // A number.
+  // Number: alternative, int, >= -2147483648, <= 2147483647.
+  // get_Number gives 0 while it is not chosen. set_Number chooses it.
   int get_Number() const { return chosen_ == 3 ? slot_.int32 : 0; }
   lmx::elmx_error set_Number(int value) { return set(*this, k_rows[3], value); }
 
-  // Box: alternative, Box. A box.
-  // The const form gives an empty object unless this alternative is chosen; the other two
-  // choose it.
+  // A box.
+  // Box: alternative, Box.
+  // The const get_Box gives an untouched object unless this is chosen; the other one and the
+  // assignment choose it.
   const Box& get_Box() const {
     return internal::child_of<Box>(chosen_ == 4 ? slot_.object : nullptr);
   }
@@ -469,6 +567,7 @@ class ZOL_API PartChoice : public internal::Plain {
 // A family.
 class ZOL_API ShapeType : public internal::Polymorphic {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   ShapeType();
   ShapeType(const ShapeType& other);
   ShapeType(ShapeType&& other) noexcept;
@@ -476,11 +575,14 @@ class ZOL_API ShapeType : public internal::Polymorphic {
   ~ShapeType() override;
   ShapeType& operator=(const ShapeType& other) { return assigned(*this, other, k_class); }
   ShapeType& operator=(ShapeType&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(ShapeType& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
+  // The name that an xsi:type has for the class.
   static const char* id;
   // A new object of the named type, which the caller owns; null if the namespace is not
   // that of the format or the family has no such type.
@@ -488,13 +590,18 @@ class ZOL_API ShapeType : public internal::Polymorphic {
     return static_cast<ShapeType*>(internal::make_named(k_class, ns_id, type_name, nullptr));
   }
 
-  // Name: attribute, string, optional. What it is called.
+  // What it is called.
+  // Name: attribute, string, optional.
+  // get_Name gives an empty text while it was never set.
   const std::wstring& get_Name() const { return name_.get(); }
   lmx::elmx_error set_Name(const std::wstring& value) { return set(*this, k_rows[0], value); }
   bool isset_Name() const { return has(1); }
   void unset_Name() { drop(1); }
 
-  // Choice: element, PartChoice, optional. One of several.
+  // One of several.
+  // Choice: element, PartChoice, optional.
+  // The const get_Choice gives an untouched object if there is none; the other one and the
+  // assignment mark it as present.
   const PartChoice& get_Choice() const { return internal::child_of<PartChoice>(choice_); }
   PartChoice& get_Choice() { touch(2); return internal::made<PartChoice>(choice_); }
   PartChoice& assign_Choice(const PartChoice& value) {
@@ -513,6 +620,7 @@ class ZOL_API ShapeType : public internal::Polymorphic {
 // Something round.
 class ZOL_API RoundType : public ShapeType {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   RoundType();
   RoundType(const RoundType& other);
   RoundType(RoundType&& other) noexcept;
@@ -520,11 +628,14 @@ class ZOL_API RoundType : public ShapeType {
   ~RoundType() override;
   RoundType& operator=(const RoundType& other) { return assigned(*this, other, k_class); }
   RoundType& operator=(RoundType&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(RoundType& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
+  // The name that an xsi:type has for the class.
   static const char* id;
   // A new object of the named type, which the caller owns; null if the namespace is not
   // that of the format or the family has no such type.
@@ -532,7 +643,9 @@ class ZOL_API RoundType : public ShapeType {
     return static_cast<RoundType*>(internal::make_named(k_class, ns_id, type_name, nullptr));
   }
 
-  // Radius: element, double, required, >= 0. From its middle to its edge.
+  // From its middle to its edge.
+  // Radius: element, double, required, >= 0.
+  // get_Radius gives 0 while it was never set. set_Radius gives 37 for less than 0 and NaN.
   double get_Radius() const { return radius_; }
   lmx::elmx_error set_Radius(double value) { return set(*this, k_rows[0], value); }
 
@@ -545,6 +658,7 @@ class ZOL_API RoundType : public ShapeType {
 // Something round with a hole.
 class ZOL_API RingType : public RoundType {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   RingType();
   RingType(const RingType& other);
   RingType(RingType&& other) noexcept;
@@ -552,14 +666,19 @@ class ZOL_API RingType : public RoundType {
   ~RingType() override;
   RingType& operator=(const RingType& other) { return assigned(*this, other, k_class); }
   RingType& operator=(RingType&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(RingType& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
+  // The name that an xsi:type has for the class.
   static const char* id;
 
-  // Inner: element, double, required. From its middle to the hole.
+  // From its middle to the hole.
+  // Inner: element, double, required.
+  // get_Inner gives 0 while it was never set.
   double get_Inner() const { return inner_; }
   lmx::elmx_error set_Inner(double value) { return set(*this, k_rows[0], value); }
 
@@ -572,17 +691,21 @@ class ZOL_API RingType : public RoundType {
 // One of the family.
 class ZOL_API sg_Shape : public internal::Object {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   sg_Shape();
   sg_Shape(const sg_Shape& other);
   sg_Shape(sg_Shape&& other) noexcept;
   ~sg_Shape() override;
   sg_Shape& operator=(const sg_Shape& other) { return assigned(*this, other, k_class); }
   sg_Shape& operator=(sg_Shape&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(sg_Shape& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
+  // Writes what is chosen, under its own name: 46 if nothing is.
   lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* name) const {
     return internal::write_element(*this, k_class, writer, name);
   }
@@ -590,12 +713,18 @@ class ZOL_API sg_Shape : public internal::Object {
   static bool is_member(lmx::c_xml_reader& reader, const std::string&) {
     return internal::is_member(k_class, reader);
   }
+  // Reads the element at hand, and gives the name of what follows it. False if the element
+  // does not belong here, or with *err set after a failure.
   bool unmarshal(lmx::c_xml_reader& reader, std::string* name, lmx::elmx_error* err) {
     return internal::read_member(*this, k_class, reader, name, err);
   }
 
+  // Which alternative is held.
   enum elmx_chosen : int {
-    chosen_Shape = 0, chosen_Round = 1, chosen_Ring = 2, chosen_none = 3
+    chosen_Shape = 0,  // A family.
+    chosen_Round = 1,  // Something round.
+    chosen_Ring = 2,  // Something round with a hole.
+    chosen_none = 3,  // Nothing.
   };
   elmx_chosen getchosen() const { return static_cast<elmx_chosen>(chosen_); }
   // Calls the visitor with what is chosen; false if nothing is.
@@ -608,10 +737,11 @@ class ZOL_API sg_Shape : public internal::Object {
       default: return false;
     }
   }
-  // The const get_X gives an empty object unless X is chosen; the other one and assign_X
-  // choose it.
 
-  // Shape: alternative, ShapeType. A family.
+  // A family.
+  // Shape: alternative, ShapeType.
+  // The const get_Shape gives an untouched object unless this is chosen; the other one and the
+  // assignment choose it.
   const ShapeType& get_Shape() const {
     return internal::child_of<ShapeType>(chosen_ == 0 ? slot_.object : nullptr);
   }
@@ -622,7 +752,10 @@ class ZOL_API sg_Shape : public internal::Object {
   // as it is, and cannot be written: 45.
   ShapeType& assign_Shape(ShapeType* value) { return adopt_as(k_rows[0], value); }
 
-  // Round: alternative, RoundType. Something round.
+  // Something round.
+  // Round: alternative, RoundType.
+  // The const get_Round gives an untouched object unless this is chosen; the other one and the
+  // assignment choose it.
   const RoundType& get_Round() const {
     return internal::child_of<RoundType>(chosen_ == 1 ? slot_.object : nullptr);
   }
@@ -633,7 +766,10 @@ class ZOL_API sg_Shape : public internal::Object {
   // as it is, and cannot be written: 45.
   RoundType& assign_Round(RoundType* value) { return adopt_as(k_rows[1], value); }
 
-  // Ring: alternative, RingType. Something round with a hole.
+  // Something round with a hole.
+  // Ring: alternative, RingType.
+  // The const get_Ring gives an untouched object unless this is chosen; the other one and the
+  // assignment choose it.
   const RingType& get_Ring() const {
     return internal::child_of<RingType>(chosen_ == 2 ? slot_.object : nullptr);
   }
@@ -649,6 +785,7 @@ class ZOL_API sg_Shape : public internal::Object {
 // A family. The head element AnyShape of its family, which can be read but not written.
 class ZOL_API AnyShape : public ShapeType {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   AnyShape();
   AnyShape(const AnyShape& other);
   AnyShape(AnyShape&& other) noexcept;
@@ -656,9 +793,11 @@ class ZOL_API AnyShape : public ShapeType {
   ~AnyShape() override;
   AnyShape& operator=(const AnyShape& other) = default;
   AnyShape& operator=(AnyShape&& other) noexcept = default;
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
   using ShapeType::unmarshal;
+  // Reads a document that begins with this element: 0, or the code of the fault.
   lmx::elmx_error unmarshal(lmx::c_xml_reader& reader) {
     return internal::unmarshal_document(*this, k_class, reader);
   }
@@ -667,6 +806,7 @@ class ZOL_API AnyShape : public ShapeType {
 // Something round. The element Round, of type RoundType.
 class ZOL_API Round : public RoundType, public internal::Document<Round> {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   Round();
   Round(const Round& other);
   Round(Round&& other) noexcept;
@@ -674,9 +814,12 @@ class ZOL_API Round : public RoundType, public internal::Document<Round> {
   ~Round() override;
   Round& operator=(const Round& other) = default;
   Round& operator=(Round&& other) noexcept = default;
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
+  // The name of its element.
   static constexpr char k_element_name[] = "Zol:Round";
+  // From a file, from bytes, or from a text, by unmarshal(), whose code *err gets.
   Round(const char* file, lmx::elmx_error* err) : Round() { construct(err, file); }
   Round(const char* buffer, std::size_t size, lmx::elmx_error* err) : Round() {
     construct(err, buffer, size);
@@ -691,6 +834,7 @@ class ZOL_API Round : public RoundType, public internal::Document<Round> {
 // Something round with a hole. The element Ring, of type RingType.
 class ZOL_API Ring : public RingType, public internal::Document<Ring> {
  public:
+  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
   Ring();
   Ring(const Ring& other);
   Ring(Ring&& other) noexcept;
@@ -698,12 +842,16 @@ class ZOL_API Ring : public RingType, public internal::Document<Ring> {
   ~Ring() override;
   Ring& operator=(const Ring& other) { return assigned(*this, other, k_class); }
   Ring& operator=(Ring&& other) noexcept { return moved(*this, other); }
+  // Exchanges all; makes as new; whether all is there that is required.
   void swap(Ring& other) noexcept { internal::swap(*this, other, k_class); }
   void reset() { internal::reset(*this, k_class); }
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
+  // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
+  // The name of its element.
   static constexpr char k_element_name[] = "Zol:Ring";
+  // From a file, from bytes, or from a text, by unmarshal(), whose code *err gets.
   Ring(const char* file, lmx::elmx_error* err) : Ring() { construct(err, file); }
   Ring(const char* buffer, std::size_t size, lmx::elmx_error* err) : Ring() {
     construct(err, buffer, size);
