@@ -582,11 +582,11 @@ Items ConstRef::children() const { return Items(*this); }
 // The number is written for rows that are lists, and from the second on for members of a list of
 // holders; a path without one means the first. A foreign element goes by the name of its row.
 struct Step {
-  std::string_view name;
-  unsigned number = 1;
-  bool is_numbered = false;
-  bool is_attribute = false;
-  bool is_content = false;
+  std::string_view name;      // within the text that was parsed; empty for the content
+  unsigned number = 1;        // from 1, which is also what a step without one means
+  bool is_numbered = false;   // the number was written
+  bool is_attribute = false;  // it began with "@"
+  bool is_content = false;    // it was "text()"
 };
 
 // One step of a path: "NAME", "NAME[NUMBER]", "@NAME" or "text()". False for anything else.
