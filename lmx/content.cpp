@@ -15,10 +15,6 @@ namespace lmx {
 
 namespace {
 
-using internal::AttributeList;
-using internal::is_name_char;
-using internal::is_name_start;
-using internal::is_space;
 using internal::Tokeniser;
 
 // The names of open elements while a loop walks through their content.

@@ -13,13 +13,7 @@ namespace {
 
 using internal::byte_at;
 using internal::has_mask;
-using internal::is_name_char;
-using internal::is_name_start;
-using internal::is_space;
-using internal::pass_name;
 using internal::pass_plain;
-using internal::pass_run;
-using internal::pass_space;
 using internal::Tokeniser;
 using internal::Window;
 

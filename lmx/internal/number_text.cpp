@@ -112,8 +112,8 @@ namespace parser = std;
 #endif
 
 // The nearest double to any scanned number. False if that takes more than the digits at hand.
-bool convert_scanned(const ScannedNumber& number, double* value) {
 #if ZOL_FAST_FLOAT
+bool convert_scanned(const ScannedNumber& number, double* value) {
   using Format = parser::binary_format<double>;
   const auto rounded = parser::compute_float<Format>(number.exponent, number.digits);
   if (rounded.power2 < 0) return false;
@@ -121,12 +121,10 @@ bool convert_scanned(const ScannedNumber& number, double* value) {
                                                     << Format::mantissa_explicit_bits();
   std::memcpy(value, &bits, sizeof bits);
   return true;
-#else
-  static_cast<void>(number);
-  static_cast<void>(value);
-  return false;
-#endif
 }
+#else
+bool convert_scanned(const ScannedNumber&, double*) { return false; }
+#endif
 
 // What stands for a number, without its sign, that is beyond the range of a double: the place of
 // its first digit tells on which side.
