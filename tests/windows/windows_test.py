@@ -103,7 +103,7 @@ class CommandTest(unittest.TestCase):
                   for sample in SAMPLES[:3]]
         calls += [("report", SAMPLES[-1]), ("convert", SAMPLES[0], "-"), ("schema",),
                   ("validate", *SAMPLES, damaged), ("validate", "--sarif", damaged),
-                  ("info", "missing.zol"), ("--help",), ("validate", "--no-such-option")]
+                  ("info", "missing.zol"), ("validate", "--help"), ("validate", "--no-such-option")]
         for arguments in calls:
             with self.subTest(arguments):
                 given = run(self.zol, *arguments, cwd=self.directory)
