@@ -49,12 +49,11 @@ struct LoadOptions {
 struct LoadReport {
   // What the function gave.
   lmx::elmx_error code = lmx::elmx_ok;
-  int line = 0;         // where reading stopped; 0 if no text was read
-  std::string item;     // the element or attribute concerned, if there is one
-  std::string message;  // for people; empty if all is well
-  std::int32_t archive_cause =
-      0;                      // the number of the CZipException behind the code, if there was one
-  std::vector<Fault> faults;  // in the order of the document; one at least unless the code is 0
+  int line = 0;                    // where reading stopped; 0 if no text was read
+  std::string item;                // the element or attribute concerned, if there is one
+  std::string message;             // for people; empty if all is well
+  std::int32_t archive_cause = 0;  // number of the CZipException behind the code, if any
+  std::vector<Fault> faults;      // in the order of the document; one at least unless the code is 0
   std::uint64_t fault_count = 0;  // with those that are more than LoadOptions::most_faults
   // Whether the document was judged to its end. What is no XML any more is not read on from there.
   bool is_complete = true;
@@ -64,9 +63,8 @@ struct LoadReport {
 struct SaveReport {
   // What the function gave.
   lmx::elmx_error code = lmx::elmx_ok;
-  std::string message;  // for people; empty if all is well
-  std::int32_t archive_cause =
-      0;  // the number of the CZipException behind the code, if there was one
+  std::string message;             // for people; empty if all is well
+  std::int32_t archive_cause = 0;  // number of the CZipException behind the code, if any
   // With code 0: whether the new file outlives a loss of power, as far as the system tells. The
   // file itself is on the disk; only the entry of its directory may not be.
   bool is_durable = true;

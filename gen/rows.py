@@ -164,8 +164,6 @@ class Enumerable(RowShape):
         row = self.row
         unset = "is not chosen" if row.kind == "alt" else "was never set"
         absent = row.default or ABSENT[row.type]
-        if row.type == "double" and row.default is None:
-            absent = "0"
         codes = [f"{code} for {what}" for code, what in self.refusals()]
         told = f"get_{row.name} gives {absent} while it {unset}."
         does = ["chooses it"] * (row.kind == "alt") + [f"gives {', '.join(codes)}"] * bool(codes)

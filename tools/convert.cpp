@@ -222,8 +222,6 @@ void add_convert(CLI::App& app, ExitStatus* status) {
   command->add_option("--observer", options->observer, "2 or 10, the same");
   command->footer(
       "OUT is replaced when the new file is complete, and not before. Into a folder each file goes "
-      "by "
-      "itself, and a summary ends the run. What a format can't hold is "
-      "told on standard error.");
+      "by itself, and a summary ends the run. What a format can't hold is told on standard error.");
   command->callback([options, status] { *status = run(*options); });
 }

@@ -115,16 +115,10 @@ ExitStatus save_document(const zol_v2::Zol& document, const SaveTarget& target,
 }
 
 ExitStatus save_picture(const std::string& text, const std::string& path) {
-  if (path == k_standard_stream) {
-    print(text);
-    return ExitStatus::ok;
-  }
-  using Outcome = zol::port::ReplacementFile::Outcome;
-  zol::port::ReplacementFile file(wide_path(path));
-  const bool is_written =
-      file.is_open() && zol::port::write_handle(file.handle(), text.data(), text.size());
-  const Outcome outcome = is_written ? file.commit() : Outcome::kept;
-  if (outcome != Outcome::kept && outcome != Outcome::broken) return ExitStatus::ok;
-  complain(path, std::strerror(errno));
-  return ExitStatus::trouble;
+  WholeOutput output(path);
+  output.write(text);
+  std::string message;
+  const ExitStatus status = output.commit(&message);
+  if (!message.empty()) complain(path, message);
+  return status;
 }

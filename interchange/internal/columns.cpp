@@ -96,12 +96,16 @@ std::string lower(std::string_view text) {
   return result;
 }
 
-std::string letters_and_digits(std::string_view text) {
+std::string exact_letters_and_digits(std::string_view text) {
   std::string result;
-  for (const char c : lower(text)) {
+  for (const char c : text) {
     if (std::isalnum(static_cast<unsigned char>(c))) result += c;
   }
   return result;
+}
+
+std::string letters_and_digits(std::string_view text) {
+  return lower(exact_letters_and_digits(text));
 }
 
 // "CMYK.Cyan [percent]" without the unit.
@@ -328,14 +332,6 @@ struct BareHeadings {
     return found != small.end() ? static_cast<std::size_t>(found - small.begin()) : k_nowhere;
   }
 };
-
-std::string exact_letters_and_digits(std::string_view text) {
-  std::string result;
-  for (const char c : text) {
-    if (std::isalnum(static_cast<unsigned char>(c))) result += c;
-  }
-  return result;
-}
 
 void guess_space(std::string_view space, const std::vector<std::string_view>& axes,
                  const std::vector<std::string_view>& names, const Conditions& conditions,

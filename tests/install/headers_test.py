@@ -3,8 +3,8 @@
 
 headers_test.py --build DIR --work DIR [--launcher PROGRAM] CXX...
 
-Every header is a translation unit of its own for each compiler and each of its standards, with
-nothing but the installed copy to include. The copy stands in the same place each time, so that a
+Every header is a translation unit of its own for each compiler and each of its standards, in which it
+stands twice, with nothing but the installed copy to include. The copy stands in the same place each time, so that a
 launcher which remembers what it compiled has little to do where nothing changed.
 """
 
@@ -59,7 +59,7 @@ def main():
     jobs = []
     for header in headers:
         source = sources / (str(header).replace("/", "_") + ".cpp")
-        text = f'#include "{header}"\n'
+        text = f'#include "{header}"\n' * 2
         if not source.exists() or source.read_text() != text:
             source.write_text(text)
         jobs.append(source)

@@ -5,11 +5,13 @@ import base64
 import http.client
 import json
 import os
+import pathlib
 import re
 import shutil
 import subprocess
 import tempfile
 
+AXE = pathlib.Path(__file__).resolve().parents[2] / "build/axe-core/package/axe.min.js"
 BROWSERS = ("chromium", "chromium-browser", "google-chrome")
 
 
@@ -90,6 +92,13 @@ class Browser:
         """The value of a function's body; a promise is waited for."""
         return self.ask("POST", self.session + "/execute/sync",
                         {"script": script, "args": list(arguments)})
+
+    def violations(self):
+        """What axe-core holds against the page that is shown."""
+        self.evaluate(AXE.read_text())
+        return self.evaluate("""
+            return axe.run({resultTypes: ['violations']}).then(found => found.violations.map(
+                rule => `${rule.id}: ${rule.nodes.length} as ${rule.nodes[0].html}`))""")
 
     def screenshot(self, clip=None):
         """PNG of what is in view, or of a part of the whole page: x, y, width, height."""
