@@ -191,7 +191,8 @@ inline const Row* StrictReader::attribute_at(const Class& type, const char* name
 }
 
 // The rest of a start tag as most are: a blank before each attribute of the class, double quotes,
-// and values that stand as they are. False where it is not so, before the first that is otherwise.
+// and values that stand as they are. False where it is not so, before the first that is otherwise
+// or that nothing follows.
 inline bool StrictReader::take_plain_attributes(Object& self, const Class& type,
                                                 std::uint32_t* seen) {
   while (*at_ == ' ' && !is_near_end(4 * k_word)) {
@@ -205,13 +206,13 @@ inline bool StrictReader::take_plain_attributes(Object& self, const Class& type,
     if ((*seen & flag) != 0) return false;
     if (row->kind == Kind::real &&
         (stop = lmx::internal::read_plain_double(value, end_, &number)) != nullptr &&
-        stop != end_ && *stop == '"') {
+        end_ - stop > 1 && *stop == '"') {
       if (check(*row, number) != lmx::elmx_ok) return false;
       row->field<double>(self) = number;
       Head::touch(self, row->bit);
     } else {
       stop = lmx::internal::pass_plain_value(value, end_);
-      if (stop == end_ || *stop != '"') return false;
+      if (end_ - stop <= 1 || *stop != '"') return false;
       const std::string_view text = view(value, stop);
       if (whitespace_of(*row) != lmx::elmx_preserve && has_blank(text)) return false;
       if (!store(self, *row, text)) return false;
