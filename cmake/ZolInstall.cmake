@@ -181,10 +181,10 @@ if(ZOL_BUILD_INTERCHANGE)
     REQUIRES zol NEEDS ${needs})
 endif()
 
-# The guides, and what the target zol_api_reference made if it was asked to.
+# The guides, and the site if the target docs was asked for it.
 install(DIRECTORY docs/ DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT zol_documentation
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 install(DIRECTORY "${ZOL_GENERATED_DIR}/reference/" DESTINATION "${CMAKE_INSTALL_DOCDIR}/reference"
         COMPONENT zol_documentation)
-install(DIRECTORY "${PROJECT_BINARY_DIR}/api/html/" DESTINATION "${CMAKE_INSTALL_DOCDIR}/html"
+install(DIRECTORY "${PROJECT_BINARY_DIR}/site/" DESTINATION "${CMAKE_INSTALL_DOCDIR}/html"
         COMPONENT zol_documentation OPTIONAL)
