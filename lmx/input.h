@@ -44,6 +44,7 @@ class ZOL_API c_read {
   virtual bool read_whole(const char** begin, std::size_t* size);
 
  protected:
+  // For subclasses that can be copied. A block that read_block gave stays that of the original.
   c_read(const c_read&) = default;
   c_read& operator=(const c_read&) = default;
 
