@@ -38,9 +38,7 @@ def filtered(lines, name):
     at = 0
     while at < len(lines) and COMMENT.match(lines[at]):
         at += 1
-    for line in marked(words(lines[:at])):
-        yield f"/// @file {name} {line}" if line and name else f"/// {line}".rstrip()
-        name = None
+    yield from commented("", f"@file {name} ", words(lines[:at]))
     while at < len(lines):
         match = COMMENT.match(lines[at])
         if match is None:
@@ -51,14 +49,14 @@ def filtered(lines, name):
         while at < len(lines) and (found := COMMENT.match(lines[at])) and found[1] == indent:
             at += 1
         declared = list(declarations(lines, at, len(indent)))
-        if not declared:  # of a file, of a stretch of it, or at the end of a body
+        if not declared:  # of a stretch of the file, or at the end of a body
             yield from lines[first:at]
             continue
         if SCOPE.match(lines[declared[0][0]].strip()) or lines[declared[0][0]].startswith("#"):
             declared = declared[:1]
         text = words(lines[first:at])
         if len(declared) == 1 and not SEVERAL.match(lines[at]):
-            yield from (f"{indent}/// {line}".rstrip() for line in marked(text))
+            yield from commented(indent, "", text)
             continue
         yield from lines[first:at]  # the text goes before each, on a line that is there: numbers stay
         text = " ".join(code_marked(line) or "<p>" for line in text)
@@ -73,6 +71,14 @@ def words(comment):
     return [COMMENT.match(line)[2] for line in comment]
 
 
+def commented(indent, mark, text):
+    """As many lines as the text has, with the mark before it."""
+    lines = list(marked(text))
+    for at, line in enumerate(lines):
+        begin, end = "" if at else f"{indent}/** {mark}", "" if at + 1 < len(lines) else " */"
+        yield f"{begin}{line}{end}"
+
+
 def marked(text):
     """The text with its samples, which are set in, as they stand, and its code as code."""
     for before, line, after in zip(["", *text], text, [*text[1:], ""]):
@@ -81,11 +87,11 @@ def marked(text):
             continue
         begin = "" if before.startswith("  ") else "@verbatim "
         end = "" if after.startswith("  ") else " @endverbatim"
-        yield f"{begin}{line}{end}"
+        yield f"{begin}{line[2:]}{end}"
 
 
 def code_marked(line):
-    return re.sub("`([^`]+)`", lambda code: f"<code>{html.escape(code[1])}</code>", line)
+    return re.sub("`([^`]+)`", lambda code: f"<code>{html.escape(code[1], quote=False)}</code>", line)
 
 
 def declarations(lines, at, indent):
