@@ -41,23 +41,30 @@
 #define ZOL_VISIBLE
 #endif
 #else
+/* The calling convention: stdcall on Windows, and the only one elsewhere. */
 #define ZOL_CALL
+/* What the system wants to hear of a function that a library shows. */
 #define ZOL_VISIBLE __attribute__((visibility("default")))
 #endif
 
 #ifdef __cplusplus
 #define ZOL_EXPORT extern "C" ZOL_VISIBLE
 #else
+/* Stands before each function of zol_exports.h. */
 #define ZOL_EXPORT extern ZOL_VISIBLE
 #endif
 
-/* The functions of zol_helpers.h, which zol.def lists under other names. */
 #if defined(ZOL_BUILDING) && defined(_WIN32) && !defined(_WIN64)
 #define ZOL_HELPER ZOL_EXPORT __declspec(dllexport)
 #else
+/* Stands before each function of zol_helpers.h, which zol.def lists under other names. */
 #define ZOL_HELPER ZOL_EXPORT
 #endif
 
+/* Called with a message in UTF-8, borrowed for the call; it must return. No function of the library
+ * raises one of these kinds. */
 typedef void(ZOL_CALL* ExceptionCallback)(const char* message);
+/* The same for a faulty argument. `parameter` is null. */
 typedef void(ZOL_CALL* ArgumentCallback)(const char* message, const char* parameter);
+/* For texts of the client's own kind. No function of the library calls it. */
 typedef char*(ZOL_CALL* StringCallback)(const char* text);

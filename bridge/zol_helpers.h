@@ -125,6 +125,7 @@ typedef struct zol_moment {
   unsigned is_utc; /* written as "Z" */
 } zol_moment;
 
+/* Gives whether the row is set, or the entry there. */
 ZOL_HELPER unsigned ZOL_CALL zol_get_moment(void* self, unsigned row, unsigned index,
                                             zol_moment* value);
 /* 35 for what no document can hold, such as a month of 13. */

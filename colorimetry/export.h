@@ -8,5 +8,6 @@
 #define ZOL_COLORIMETRY_API __declspec(dllimport)
 #endif
 #else
+// Stands before each class and function that clients may use.
 #define ZOL_COLORIMETRY_API __attribute__((visibility("default")))
 #endif

@@ -3,18 +3,21 @@
 
     doxygen_filter.py HEADER > filtered
 
-A comment describes what stands below it: a class, or all declarations up to the next comment, an
-empty line or the end of their scope. A comment behind a member or an enumerator describes that one.
+The comment at the top describes the header. Every other one describes what stands below it: a class,
+a macro, or all declarations up to the next comment, an empty line or the end of their scope. A
+comment behind a member or an enumerator describes that one.
 """
 
+import html
+import pathlib
 import re
 import sys
 
 COMMENT = re.compile(r"( *)//(?!/) ?(.*)$")
-BEHIND = re.compile(r"(.*[;,{(\w}]) +// (.*)$")
+BEHIND = re.compile(r"(.*[;,{(\w}]) +// (?!namespace|extern)(.*)$")
 SCOPE = re.compile(r'(template <[^{;]*> |typedef )?(class|struct|union|namespace|extern "C")\b[^;()]*(\{|$)')
 SEVERAL = re.compile(r" *[\w:<>]+ \w+( = [^,;()]+)?(, \w+( = [^,;()]+)?)+;")
-END = re.compile(r" *(\}|public:|private:|protected:|#)")
+END = re.compile(r" *(\}|public:|private:|protected:|#(?!define))")
 
 
 def plain(text):
@@ -30,9 +33,12 @@ def indentation(line):
     return len(line) - len(line.lstrip())
 
 
-def filtered(lines):
-    """The same lines with marks on the comments, and with what shares one as a group."""
+def filtered(lines, name):
+    """The same lines with marks on the comments, each before everything that it describes."""
     at = 0
+    while at < len(lines) and COMMENT.match(lines[at]):
+        at += 1
+    yield from commented("", f"@file {name} ", words(lines[:at]))
     while at < len(lines):
         match = COMMENT.match(lines[at])
         if match is None:
@@ -43,21 +49,49 @@ def filtered(lines):
         while at < len(lines) and (found := COMMENT.match(lines[at])) and found[1] == indent:
             at += 1
         declared = list(declarations(lines, at, len(indent)))
-        if not declared:  # of a file, of a stretch of it, or at the end of a body
+        if not declared:  # of a stretch of the file, or at the end of a body
             yield from lines[first:at]
             continue
-        if SCOPE.match(lines[declared[0][0]].strip()):
+        if SCOPE.match(lines[declared[0][0]].strip()) or lines[declared[0][0]].startswith("#"):
             declared = declared[:1]
-        is_group = len(declared) > 1 or SEVERAL.match(lines[at])
-        group = "/** @{ */ " if is_group else ""  # on a line that is there: numbers stay
-        for line in lines[first:at]:
-            yield f"{indent}{group}/// {COMMENT.match(line)[2]}".rstrip()
-            group = ""
-        if is_group:
-            end = declared[-1][1]
-            yield from map(mark_behind, lines[at:end - 1])
-            yield mark_behind(lines[end - 1]) + " /** @} */"
-            at = end
+        text = words(lines[first:at])
+        if len(declared) == 1 and not SEVERAL.match(lines[at]):
+            yield from commented(indent, "", text)
+            continue
+        yield from lines[first:at]  # the text goes before each, on a line that is there: numbers stay
+        text = " ".join(code_marked(line) or "<p>" for line in text)
+        starts = {start for start, _ in declared}
+        for at in range(at, declared[-1][1]):
+            line = mark_behind(lines[at])
+            yield described(line, text) if at in starts else line
+        at += 1
+
+
+def words(comment):
+    return [COMMENT.match(line)[2] for line in comment]
+
+
+def commented(indent, mark, text):
+    """As many lines as the text has, with the mark before it."""
+    lines = list(marked(text))
+    for at, line in enumerate(lines):
+        begin, end = "" if at else f"{indent}/** {mark}", "" if at + 1 < len(lines) else " */"
+        yield f"{begin}{line}{end}"
+
+
+def marked(text):
+    """The text with its samples, which are set in, as they stand, and its code as code."""
+    for before, line, after in zip(["", *text], text, [*text[1:], ""]):
+        if not line.startswith("  "):
+            yield code_marked(line)
+            continue
+        begin = "" if before.startswith("  ") else "@verbatim "
+        end = "" if after.startswith("  ") else " @endverbatim"
+        yield f"{begin}{line[2:]}{end}"
+
+
+def code_marked(line):
+    return re.sub("`([^`]+)`", lambda code: f"<code>{html.escape(code[1], quote=False)}</code>", line)
 
 
 def declarations(lines, at, indent):
@@ -78,13 +112,21 @@ def declarations(lines, at, indent):
         at = end
 
 
+def described(line, text):
+    """A declaration behind its description; if it declares several, they are a group."""
+    one = f"/** {text} */ {line}"
+    return f"/** @{{ */ {one} /** @}} */" if SEVERAL.match(line) else one
+
+
 def mark_behind(line):
     match = BEHIND.match(line)
     if match and SEVERAL.match(match[1]):
-        return f"/** @{{ */ /** {match[2]} */ {match[1]} /** @}} */"
-    return f"{match[1]} ///< {match[2]}" if match else line
+        return described(match[1], match[2])
+    return f"{match[1]} ///< {code_marked(match[2])}" if match else line
 
 
 if __name__ == "__main__":
     with open(sys.argv[1], encoding="utf-8") as header:
-        print("\n".join(filtered(plain(header.read()).split("\n"))))
+        path = pathlib.PurePath(sys.argv[1])
+        name = f"{path.parent.name}/{path.name}"
+        print("\n".join(filtered(plain(header.read()).split("\n"), name)))

@@ -46,6 +46,7 @@ NAVIGATION = (
                 "colorimetry/data/README.md", "bridge/dotnet/README.md", "docs/README.md")),
 )
 API = "api/index.html"
+API_TAGS = "api/zol.tag"
 
 
 class Page:
@@ -163,6 +164,8 @@ class Site:
             shutil.copyfile(HERE / asset, self.out / asset)
         index = [[page.address, page.title, *part] for page in self.pages.values()
                  for part in page.parts]
+        if self.has_api:
+            index += parts_of_api(self.out / API_TAGS)
         self.put("search.js", "const zolIndex = " +
                  json.dumps(index, ensure_ascii=False, separators=(",", ":")) + ";\n")
 
@@ -231,6 +234,28 @@ def rows_of(body):
         for row in re.findall(r"<tr>\s*<td>(.*?)</tr>", text, re.S):
             name, *cells = map(words, row.split("</td>"))
             yield anchor, f"{words(heading)}.{name}", " ".join(cells)
+
+
+def parts_of_api(tags):
+    """The classes and functions of the API. Members of the model are not among them: they are all of
+    one pattern, and the reference of the format has the rows."""
+    root = ElementTree.parse(tags).getroot()
+    model = {one.text for one in root.iterfind("compound[name='Zol.h']/class")}
+    parts = {}
+    for compound in root:
+        kind, name, address = compound.get("kind"), *map(compound.findtext, ("name", "filename"))
+        if kind in ("class", "struct"):
+            outer, _, last = name.rpartition("::")
+            parts[name] = [f"api/{address}", outer or "API", "content", last, ""]
+        for member in () if name in model else compound.iterfind("member"):
+            own = member.findtext("name")
+            if member.get("kind") not in ("function", "enumeration", "typedef", "define"):
+                continue
+            if member.findtext("anchorfile") == address and own != name.rpartition("::")[2]:
+                parts.setdefault(f"{name}::{own}", [
+                    f"api/{address}", name, member.findtext("anchor"), own,
+                    f"{member.findtext('type')} {own}{member.findtext('arglist')}"])
+    return list(parts.values())
 
 
 def words(markup):

@@ -29,7 +29,9 @@ bool read_base64(std::string_view text, c_binary* value);
 class ZOL_API c_binary {
  public:
   c_binary() = default;
+  // A copy of the bytes.
   c_binary(const c_binary&) = default;
+  // What was moved from has no bytes.
   c_binary(c_binary&&) noexcept = default;
   // A copy of `size` bytes.
   c_binary(const unsigned char* data, unsigned size);
@@ -133,8 +135,10 @@ ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_base64<c_binary>& 
 
 namespace std {
 
+// As == has it.
 template <>
 struct hash<lmx::c_binary> {
+  // Of the bytes.
   std::size_t operator()(const lmx::c_binary& value) const noexcept {
     return std::hash<std::string_view>()(
         {reinterpret_cast<const char*>(value.bytes_.data()), value.bytes_.size()});

@@ -28,6 +28,10 @@ ZOL_API std::size_t hash_date(const c_datetime_base& value) noexcept;
 }  // namespace internal
 
 // The fields of all date types. Each type shows and uses its own and leaves the others alone.
+//
+// Each also has is_valid(text), assignment from text, get_as_string(), which is what << writes, and
+// the six comparisons: of the numbers as written, from the year down to the seconds. The zone takes
+// no part.
 class ZOL_API c_datetime_base {
  public:
   // The zone: minutes east of UTC, and whether it is written as "Z". A zone of "+00:00" becomes an
@@ -43,16 +47,20 @@ class ZOL_API c_datetime_base {
   void set_offset_mins(int hours, unsigned mins) { set_offset(hours, mins); }
 
  protected:
+  // 1 in a new value; negative behind a leading "-".
   std::int32_t get_year() const { return year_; }
   void set_year(std::int32_t year) { year_ = year; }
+  // Counted from 1, and 0 in a new value.
   std::uint32_t get_month() const { return month_; }
   void set_month(std::uint32_t month) { month_ = month; }
   std::uint32_t get_day() const { return day_; }
   void set_day(std::uint32_t day) { day_ = day; }
+  // Of the clock, counted from 0.
   std::uint32_t get_hours() const { return hours_; }
   void set_hours(std::uint32_t hours) { hours_ = hours; }
   std::uint32_t get_mins() const { return mins_; }
   void set_mins(std::uint32_t mins) { mins_ = mins; }
+  // With their fraction, as near as single precision gets.
   float get_secs() const { return secs_; }
   void set_secs(float secs) { secs_ = secs; }
 
@@ -96,6 +104,7 @@ class ZOL_API DateType : public c_datetime_base {
 class ZOL_API c_datetime : public internal::DateType<c_datetime> {
  public:
   c_datetime() = default;
+  // As assigned to a new value.
   c_datetime(const char* text) { *this = text; }
   c_datetime(const std::string& text) { *this = text; }
   using DateType::operator=;
@@ -118,6 +127,7 @@ class ZOL_API c_datetime : public internal::DateType<c_datetime> {
 class ZOL_API c_time : public internal::DateType<c_time> {
  public:
   c_time() = default;
+  // As assigned to a new value.
   c_time(const char* text) { *this = text; }
   c_time(const std::string& text) { *this = text; }
   using DateType::operator=;
@@ -134,6 +144,7 @@ class ZOL_API c_time : public internal::DateType<c_time> {
 class ZOL_API c_date : public internal::DateType<c_date> {
  public:
   c_date() = default;
+  // As assigned to a new value.
   c_date(const char* text) { *this = text; }
   c_date(const std::string& text) { *this = text; }
   using DateType::operator=;
@@ -150,6 +161,7 @@ class ZOL_API c_date : public internal::DateType<c_date> {
 class ZOL_API c_gyearmonth : public internal::DateType<c_gyearmonth> {
  public:
   c_gyearmonth() = default;
+  // As assigned to a new value.
   c_gyearmonth(const char* text) { *this = text; }
   c_gyearmonth(const std::string& text) { *this = text; }
   using DateType::operator=;
@@ -164,6 +176,7 @@ class ZOL_API c_gyearmonth : public internal::DateType<c_gyearmonth> {
 class ZOL_API c_gyear : public internal::DateType<c_gyear> {
  public:
   c_gyear() = default;
+  // As assigned to a new value.
   c_gyear(const char* text) { *this = text; }
   c_gyear(const std::string& text) { *this = text; }
   using DateType::operator=;
@@ -176,6 +189,7 @@ class ZOL_API c_gyear : public internal::DateType<c_gyear> {
 class ZOL_API c_gmonthday : public internal::DateType<c_gmonthday> {
  public:
   c_gmonthday() = default;
+  // As assigned to a new value.
   c_gmonthday(const char* text) { *this = text; }
   c_gmonthday(const std::string& text) { *this = text; }
   using DateType::operator=;
@@ -190,6 +204,7 @@ class ZOL_API c_gmonthday : public internal::DateType<c_gmonthday> {
 class ZOL_API c_gday : public internal::DateType<c_gday> {
  public:
   c_gday() = default;
+  // As assigned to a new value.
   c_gday(const char* text) { *this = text; }
   c_gday(const std::string& text) { *this = text; }
   using DateType::operator=;
@@ -202,6 +217,7 @@ class ZOL_API c_gday : public internal::DateType<c_gday> {
 class ZOL_API c_gmonth : public internal::DateType<c_gmonth> {
  public:
   c_gmonth() = default;
+  // As assigned to a new value.
   c_gmonth(const char* text) { *this = text; }
   c_gmonth(const std::string& text) { *this = text; }
   using DateType::operator=;
@@ -246,20 +262,26 @@ ZOL_API std::ostream& operator<<(std::ostream& os, const c_gmonth& value);
 class ZOL_API c_duration {
  public:
   c_duration() = default;
+  // As assigned to a new value.
   c_duration(const char* text) { *this = text; }
   c_duration(const std::string& text) { *this = text; }
+  // Sets every field: to 0 what the text does not have. Null counts as the empty text.
   c_duration& operator=(const char* text);
   c_duration& operator=(const std::string& text);
 
+  // As lenient as the class says. Null counts as the empty text, which is not valid.
   static bool is_valid(const char* text);
   static bool is_valid(const std::string& text);
+  // What << writes: fields of 0 are left out, and the others stand as they are, however large.
   std::string get_as_string() const;
 
   // Carries whole minutes, hours and days upward, and months into years; never days into months.
   void normalize();
 
+  // Of the whole duration: no field has a sign of its own.
   bool get_is_neg() const { return is_neg_; }
   void set_is_neg(bool is_neg) { is_neg_ = is_neg; }
+  // As written: a field may be more than one of the next larger unit, see normalize().
   std::uint32_t get_years() const { return years_; }
   void set_years(std::uint32_t years) { years_ = years; }
   std::uint32_t get_months() const { return months_; }
@@ -270,6 +292,7 @@ class ZOL_API c_duration {
   void set_hours(std::uint32_t hours) { hours_ = hours; }
   std::uint32_t get_mins() const { return mins_; }
   void set_mins(std::uint32_t mins) { mins_ = mins; }
+  // With their fraction, as near as single precision gets.
   float get_secs() const { return secs_; }
   void set_secs(float secs) { secs_ = secs; }
 
@@ -283,6 +306,7 @@ class ZOL_API c_duration {
   float secs_ = 0.0f;
 };
 
+// By the order of magnitudes that the class has.
 ZOL_API bool operator==(const c_duration& a, const c_duration& b);
 ZOL_API bool operator>(const c_duration& a, const c_duration& b);
 ZOL_API bool operator>=(const c_duration& a, const c_duration& b);
@@ -290,8 +314,10 @@ ZOL_API bool operator<(const c_duration& a, const c_duration& b);
 ZOL_API bool operator<=(const c_duration& a, const c_duration& b);
 inline bool operator!=(const c_duration& a, const c_duration& b) { return !(a == b); }
 
+// By the same rules as the dates above.
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_duration& value);
 
+// The name that generated code has for it.
 using tc_datetime = c_datetime;
 
 }  // namespace lmx

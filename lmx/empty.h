@@ -5,6 +5,7 @@
 
 namespace lmx {
 
+// Holds nothing: any two are alike.
 class ZOL_API c_empty {};
 
 }  // namespace lmx

@@ -95,6 +95,7 @@ ZOL_API const char* get_error_description(elmx_error code);
 class ZOL_API c_error {
  public:
   c_error() = default;
+  // Takes over the tally and the bound getter, which must outlive the copy's use of it.
   c_error(const c_error&) = default;
   c_error& operator=(const c_error&) = default;
 

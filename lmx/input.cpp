@@ -209,8 +209,8 @@ bool c_get_as_utf8::peek_whole(std::string_view* bytes) {
 
 void c_get_as_utf8::take_whole(const internal::SourceBytes& bytes) {
   encoding_ = bytes.encoding;
-  is_plain_ = encoding_ == k_utf8;
-  if (is_plain_) uncounted_ = {at_, bytes.size};
+  is_window_open_ = encoding_ == k_utf8;
+  if (is_window_open_) uncounted_ = {at_, bytes.size};
   take_window(at_ + bytes.size, bytes.lines);
 }
 
@@ -224,8 +224,8 @@ int c_get_as_utf8::get() {
   last_ = c;
   if (c == '\r') c = '\n';
   if (c == '\n') ++line_;
-  is_plain_ = pending_at_ == nullptr && unget_.empty() && !has_ended_ &&
-              (encoding_ == k_utf8 || is_plain_in_piece());
+  is_window_open_ = pending_at_ == nullptr && unget_.empty() && !has_ended_ &&
+                    (encoding_ == k_utf8 || piece_has_character());
   return c;
 }
 
@@ -292,7 +292,7 @@ bool c_get_as_utf8::open_piece() {
 }
 
 // Does a piece go on with a character of its own?
-bool c_get_as_utf8::is_plain_in_piece() {
+bool c_get_as_utf8::piece_has_character() {
   if (encoding_ == k_unknown) return false;
   if (has_piece() && at_ != end_) return (*at_ & 0xC0) != 0x80;
   return open_piece();
@@ -413,7 +413,7 @@ int c_get_as_utf8::hand_over(const char* sequence) {
 
 bool c_get_as_utf8::set_encoding(const char* name) {
   if (name == nullptr) name = "";
-  is_plain_ = false;
+  is_window_open_ = false;
   close_piece();
   const auto is_named = [name](std::string_view known) {
     return internal::is_same_encoding_name(name, known);
@@ -442,7 +442,7 @@ bool c_get_as_utf8::set_encoding(const char* name) {
 }
 
 void c_get_as_utf8::rewind() {
-  is_plain_ = false;
+  is_window_open_ = false;
   has_ended_ = false;
   close_piece();
   encoding_ = k_unknown;

@@ -1,10 +1,11 @@
 // Character input: sources of raw bytes, and the getter that turns them into UTF-8 with line feeds
 // for line ends and a count of lines.
 //
-// A source hands over blocks. A getter that is in the plain state, with nothing pushed back, shows
-// the rest of the current block to the stages above, which take names and text out of it in runs;
-// of a block in another encoding it shows a piece that it has turned into UTF-8. Everything else
-// goes character by character through get(), and both roads agree.
+// A source hands over blocks. A getter is in the plain state when the next character stands in the
+// current block, with nothing pushed back or kept of the one before. It then opens a window: it
+// shows the rest of the block to the stages above, which take names and text out of it in runs; of
+// a block in another encoding it shows a piece that it has turned into UTF-8. Everything else goes
+// character by character through get(), and both roads agree.
 #pragma once
 
 #include <cstddef>
@@ -44,6 +45,7 @@ class ZOL_API c_read {
   virtual bool read_whole(const char** begin, std::size_t* size);
 
  protected:
+  // For subclasses that can be copied. A block that read_block gave stays that of the original.
   c_read(const c_read&) = default;
   c_read& operator=(const c_read&) = default;
 
@@ -188,7 +190,7 @@ class ZOL_API c_get_as_utf8 {
   // Pushes a character back, of which at most three can wait. -1 is one too.
   void unget(int value) {
     unget_.unget(value);
-    is_plain_ = false;
+    is_window_open_ = false;
   }
 
   // False, after a fatal report of 6 for an unknown name or of 15 for one that does not agree with
@@ -214,7 +216,7 @@ class ZOL_API c_get_as_utf8 {
 
   // True in the plain state, with at least one byte in the window.
   bool open_window(internal::Window* window) const {
-    if (!is_plain_ || at_ == end_ || error_->is_fatal_errored()) return false;
+    if (!is_window_open_ || at_ == end_ || error_->is_fatal_errored()) return false;
     window->at = at_;
     window->end = end_;
     return true;
@@ -252,7 +254,7 @@ class ZOL_API c_get_as_utf8 {
 
  protected:
   // Shuts the window, for as long as characters come from elsewhere.
-  void leave_plain_state() { is_plain_ = false; }
+  void leave_plain_state() { is_window_open_ = false; }
 
  private:
   static int count_lines(std::string_view text);
@@ -276,7 +278,7 @@ class ZOL_API c_get_as_utf8 {
   bool has_piece() const { return raw_end_ != nullptr; }
   bool open_piece();
   void close_piece();
-  bool is_plain_in_piece();
+  bool piece_has_character();
   std::size_t unread_in_block() const {
     return has_piece() ? unread_behind_piece() : static_cast<std::size_t>(end_ - at_);
   }
@@ -285,8 +287,8 @@ class ZOL_API c_get_as_utf8 {
   c_read* source_;
   c_error* error_;
   c_getter_error_binder binder_;
-  bool is_plain_ = false;   // found anew with each character
-  bool has_ended_ = false;  // in the middle of the source
+  bool is_window_open_ = false;  // found anew with each character
+  bool has_ended_ = false;       // in the middle of the source
   int encoding_ = k_unknown;
   int last_ = 0;
   c_unget_buffer unget_;

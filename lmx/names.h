@@ -42,9 +42,11 @@ constexpr int k_ns_first_free = 1000;
 // The namespace of XML Schema instances.
 inline constexpr char k_xsi_uri[] = "http://www.w3.org/2001/XMLSchema-instance";
 
+// How a c_repository keeps, lets go of and compares its values.
 template <class T>
 struct c_rep_ops;
 
+// A number is its own copy.
 template <>
 struct c_rep_ops<int> {
   // The value to keep.

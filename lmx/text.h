@@ -176,6 +176,7 @@ class ct_qname {
     local_name_ = local_name;
   }
 
+  // Both namespace and local name count.
   friend bool operator==(const ct_qname& a, const ct_qname& b) {
     return a.namespace_ == b.namespace_ && a.local_name_ == b.local_name_;
   }
@@ -209,8 +210,10 @@ ZOL_API void make_qname(ct_qname<std::wstring>* out, const std::string& full_nam
 
 namespace std {
 
+// As == has it.
 template <class S>
 struct hash<lmx::ct_qname<S>> {
+  // Of namespace and local name.
   std::size_t operator()(const lmx::ct_qname<S>& name) const noexcept {
     return std::hash<S>()(name.get_namespace()) * 1000003 + std::hash<S>()(name.get_local_name());
   }

@@ -7,17 +7,17 @@
 
 #include "port/export.h"
 
-// The names behind "xmlUCSIs". X is applied to each.
-//
 // clang-format off
-// The general categories of the Unicode Standard that the expressions of XML Schema can name.
+
+// The general categories of the Unicode Standard that the expressions of XML Schema can name. X is
+// applied to each, and so to each block below.
 #define LMX_UNICODE_CATEGORIES(X) \
   X(CatC) X(CatCc) X(CatCf) X(CatCo) X(CatCs) X(CatL) X(CatLl) X(CatLm) X(CatLo) X(CatLt) \
   X(CatLu) X(CatM) X(CatMc) X(CatMe) X(CatMn) X(CatN) X(CatNd) X(CatNl) X(CatNo) X(CatP) \
   X(CatPc) X(CatPd) X(CatPe) X(CatPf) X(CatPi) X(CatPo) X(CatPs) X(CatS) X(CatSc) X(CatSk) \
   X(CatSm) X(CatSo) X(CatZ) X(CatZl) X(CatZp) X(CatZs)
 
-// The blocks that they can name.
+// The blocks of the Unicode Standard that they can name.
 #define LMX_UNICODE_BLOCKS(X) \
   X(AegeanNumbers) X(AlphabeticPresentationForms) X(Arabic) X(ArabicPresentationFormsA) \
   X(ArabicPresentationFormsB) X(Armenian) X(Arrows) X(BasicLatin) X(Bengali) X(BlockElements) \
@@ -80,6 +80,8 @@ ZOL_API int xmlUCSIsBlock(int code, const char* block_name);
 // See xmlUCSIsBlock.
 ZOL_API int xmlUCSIsCat(int code, const char* category_name);
 
+// Whether the character is in the category or block that the name ends with: 1 or 0. `code` is its
+// number in the Unicode Standard.
 #define LMX_DECLARE_PREDICATE(name) ZOL_API int xmlUCSIs##name(int code);
 LMX_UNICODE_CATEGORIES(LMX_DECLARE_PREDICATE)
 LMX_UNICODE_BLOCKS(LMX_DECLARE_PREDICATE)

@@ -36,14 +36,14 @@ template <class Number>
 std::ostream& write_number(std::ostream& os, Number value, int precision,
                            char* (*format)(Number value, char* out)) {
   const bool is_word = !std::isfinite(value) || value == 0;
-  const bool is_plain = internal::is_plain_stream(os);
-  if (!is_word && !is_plain) {
+  const bool formats_as_ours = internal::is_plain_stream(os);
+  if (!is_word && !formats_as_ours) {
     PrecisionScope scope(os, precision);
     return os << value;
   }
   char text[internal::k_number_room];
   const auto size = static_cast<std::size_t>(format(value, text) - text);
-  if (is_plain) return os.write(text, static_cast<std::streamsize>(size));
+  if (formats_as_ours) return os.write(text, static_cast<std::streamsize>(size));
   return os << std::string_view(text, size);  // in the stream's width
 }
 
@@ -187,22 +187,22 @@ WriterState::WriterState(c_xml_writer& face, std::ostream& os, const char* tab, 
 // ask, since an object under construction has the type of the base.
 void WriterState::enter_scope() {
   exceptions_at_entry_ = std::uncaught_exceptions();
-  is_plain_ = typeid(face_) == typeid(c_xml_writer);
-  if (!is_plain_) return;
+  calls_hooks_ = typeid(face_) != typeid(c_xml_writer);
+  if (calls_hooks_) return;
   newline_size_ = std::strlen(newline_);
   tab_size_ = std::strlen(tab_);
-  plain_depth_ = 0;
+  indentation_depth_ = 0;
   std::size_t filled = 0;
   while (tab_size_ != 0 && filled + tab_size_ <= sizeof indentation_) {
     std::memcpy(indentation_ + filled, tab_, tab_size_);
     filled += tab_size_;
-    ++plain_depth_;
+    ++indentation_depth_;
   }
 }
 
 void WriterState::leave_scope() {
-  is_plain_ = false;
-  plain_depth_ = -1;
+  calls_hooks_ = true;
+  indentation_depth_ = -1;
   if (std::uncaught_exceptions() == exceptions_at_entry_) return block_.flush();
   // An exception is on its way out, and a second one of the stream would end the program.
   try {
@@ -212,7 +212,7 @@ void WriterState::leave_scope() {
 }
 
 void WriterState::begin_deep_line() {
-  if (!is_plain_) {
+  if (calls_hooks_) {
     face_(true);
     return;
   }

@@ -150,6 +150,7 @@ class c_as_ascii : public internal::ValueReference<T> {
   using internal::ValueReference<T>::ValueReference;
 };
 
+// Each writes its value as the class of the manipulator says.
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_xml<std::wstring>& text);
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_xml<std::string>& text);
 ZOL_API std::ostream& operator<<(std::ostream& os, const c_as_xml<bool>& value);

@@ -592,6 +592,7 @@ struct Step {
 // One step of a path: "NAME", "NAME[NUMBER]", "@NAME" or "text()". False for anything else.
 ZOL_API bool parse_step(std::string_view text, Step* step);
 
+// Why a path leads nowhere.
 enum class PathError {
   none,
   malformed,

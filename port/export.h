@@ -12,12 +12,13 @@
 #define ZOL_API __declspec(dllimport)
 #endif
 #else
+// Stands before each class and function that clients may use.
 #define ZOL_API __attribute__((visibility("default")))
 #endif
 
+#if !defined(_WIN32)
 // Declares an instance of a class template that the library makes. A Windows client makes its
 // inline members by itself: the library shows those alone that are marked one by one.
-#if !defined(_WIN32)
 #define ZOL_INSTANCE(...) extern template class ZOL_API __VA_ARGS__
 #elif defined(ZOL_BUILDING)
 #define ZOL_INSTANCE(...) extern template class __VA_ARGS__

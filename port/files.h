@@ -100,6 +100,8 @@ constexpr std::uint32_t k_attribute_archive = 0x20;
 ZOL_API bool get_attributes(const std::wstring& path, std::uint32_t& attributes);
 ZOL_API bool set_attributes(const std::wstring& path, std::uint32_t attributes);
 
+// When the file was last written, to the second. False, with the reason in errno, if the file
+// system does not tell or take it.
 ZOL_API bool get_modification_time(const std::wstring& path, std::time_t& time);
 ZOL_API bool set_modification_time(const std::wstring& path, std::time_t time);
 

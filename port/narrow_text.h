@@ -12,6 +12,7 @@
 
 namespace zol::port {
 
+// Result, where a T cannot be taken for the wide text of another overload.
 template <class T, class Result>
 using IfNoWideText = std::enable_if_t<!std::is_convertible_v<const T&, std::wstring>, Result>;
 
@@ -27,6 +28,7 @@ struct IsPath<T, std::void_t<decltype(std::declval<const T&>().native()),
 // Borrows it for the call. A null pointer is not allowed.
 class Utf8Text {
  public:
+  // Of whatever is a std::string_view or, in C++20, a std::u8string_view.
   template <class Text,
             IfNoWideText<Text, std::enable_if_t<
                                    std::is_convertible_v<const Text&, std::string_view>, int>> = 0>
@@ -37,6 +39,7 @@ class Utf8Text {
   Utf8Text(const Text& text) : Utf8Text(std::u8string_view(text), nullptr) {}
 #endif
 
+  // The caller's own bytes.
   std::string_view view() const { return view_; }
 
  private:
@@ -51,6 +54,7 @@ class Utf8Text {
 // A path: as text in UTF-8, or as a std::filesystem::path. Borrows it for the call.
 class FilePath {
  public:
+  // As text, or as a std::filesystem::path, whose own form must be UTF-8.
   template <
       class Text,
       IfNoWideText<Text, std::enable_if_t<std::is_convertible_v<const Text&, Utf8Text>, int>> = 0>

@@ -23,6 +23,7 @@
 #include "zip/exception.h"
 #include "zip/storage.h"
 
+// One archive in one file. It can be opened again after it was closed, and not be copied.
 class ZOL_API CZipArchive {
  public:
   // What is done with the file.

@@ -6,6 +6,7 @@
 
 #include "port/export.h"
 
+// The bytes go with the object; a copy has bytes of its own.
 class ZOL_API CZipAutoBuffer {
  public:
   CZipAutoBuffer() = default;

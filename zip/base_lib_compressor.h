@@ -12,8 +12,10 @@ class Codec;
 struct Window;
 }  // namespace internal
 
+// Runs a library's codec through a buffer, and keeps count and checksum of what passes.
 class ZOL_API CBaseLibCompressor : public CZipCompressor {
  public:
+  // What does not depend on the library.
   class ZOL_API COptions : public CZipCompressor::COptions {
    public:
     // Keep a list of the library's memory blocks, and free them without the library after an
@@ -28,6 +30,7 @@ class ZOL_API CBaseLibCompressor : public CZipCompressor {
   ~CBaseLibCompressor() override;
 
  protected:
+  // Borrows the storage, for its whole life.
   explicit CBaseLibCompressor(CZipStorage& storage);
 
   // Whether the library has a reason to go on after this code.
@@ -38,8 +41,11 @@ class ZOL_API CBaseLibCompressor : public CZipCompressor {
     bool feeds_past_end;     // a byte goes in after the last one, and then what follows the entry
     bool checks_last_block;  // a stream that was never seen to end is damaged
   };
+  // The last step of InitCompression and of InitDecompression: the codec, which has begun, does the
+  // work of this entry and goes with its end.
   void StartCompression(std::unique_ptr<internal::Codec> codec);
   void StartDecompression(std::unique_ptr<internal::Codec> codec, EndRules rules);
+  // Throws the cause that ConvertInternalError has for a code that is not OK.
   void CheckCode(int code) const;
 
  private:

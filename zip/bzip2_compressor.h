@@ -5,8 +5,10 @@
 
 namespace ZipArchiveLib {
 
+// Method 12.
 class ZOL_API CBzip2Compressor : public CBaseLibCompressor {
  public:
+  // What bzip2 may be told besides.
   class ZOL_API COptions : public CBaseLibCompressor::COptions {
    public:
     OptionsType GetType() const override { return typeBzip2; }
@@ -16,6 +18,7 @@ class ZOL_API CBzip2Compressor : public CBaseLibCompressor {
     bool small_decompress = false;
   };
 
+  // Borrows the storage, for its whole life.
   explicit CBzip2Compressor(CZipStorage& storage) : CBaseLibCompressor(storage) {}
 
   bool CanProcess(std::uint16_t method) const override;

@@ -9,6 +9,7 @@
 #include "zip/file_header.h"
 #include "zip/storage.h"
 
+// Owns the entries' headers. Failures throw `CZipException` with the archive's path.
 class ZOL_API CZipCentralDir {
  public:
   // No index.
@@ -29,6 +30,7 @@ class ZOL_API CZipCentralDir {
   // Forgets all entries.
   void Clear();
 
+  // The number of entries, a new one included.
   std::uint16_t GetCount() const { return static_cast<std::uint16_t>(headers_.size()); }
   // Null for an index out of range. The entry lives until the archive is closed.
   CZipFileHeader* EntryAt(std::uint16_t index) const;

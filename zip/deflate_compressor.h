@@ -5,8 +5,10 @@
 
 namespace ZipArchiveLib {
 
+// Methods 8 and 0. A deflated stream is a raw one (RFC 1951), with no header around it.
 class ZOL_API CDeflateCompressor : public CBaseLibCompressor {
  public:
+  // What zlib may be told besides.
   class ZOL_API COptions : public CBaseLibCompressor::COptions {
    public:
     OptionsType GetType() const override { return typeDeflate; }
@@ -16,6 +18,7 @@ class ZOL_API CDeflateCompressor : public CBaseLibCompressor {
     bool check_last_block = true;
   };
 
+  // Borrows the storage, for its whole life.
   explicit CDeflateCompressor(CZipStorage& storage) : CBaseLibCompressor(storage) {}
 
   bool CanProcess(std::uint16_t method) const override;

@@ -8,6 +8,7 @@
 
 #include "port/export.h"
 
+// Can be thrown on and copied by any thread: it owns its texts.
 class ZOL_API CZipException : public std::exception {
  public:
   // Causes below 100 are `errno` values.
@@ -43,6 +44,7 @@ class ZOL_API CZipException : public std::exception {
     bzlibInternalError = 609
   };
 
+  // A cause of the list or an `errno`, and the file if one is concerned. Leaves `errno` as it is.
   explicit CZipException(std::int32_t cause, const std::wstring& fileName = std::wstring());
   ~CZipException() override;
 

@@ -8,6 +8,7 @@
 class ZOL_API CZipFile : public CZipAbstractFile {
  public:
   CZipFile() = default;
+  // As Open, with a failure thrown.
   CZipFile(const std::wstring& path, std::uint32_t flags) { CZipFile::Open(path, flags, true); }
   // Works on a handle of `zol::port::open_handle` that stays the caller's: nothing here closes it.
   CZipFile(int handle, const std::wstring& path) : handle_(handle), path_(path), is_ours_(false) {}

@@ -33,6 +33,7 @@ struct CZipExtraRecord {
   // Its bytes, without id and size.
   std::string data;
 };
+// The records in the order in which they stand in the file.
 using CZipExtraField = std::vector<CZipExtraRecord>;
 
 // How the texts of an entry are stored. The code pages are those of `zol::port::to_code_page`.

@@ -6,6 +6,7 @@
 
 #include "port/export.h"
 
+// Copies of the parts of one path, taken apart when it is made. Nothing asks the file system.
 class ZOL_API CZipPathComponent {
  public:
   // All parts but the prefix are empty for a path that is too long; see zol::port::split_path.
@@ -19,6 +20,7 @@ class ZOL_API CZipPathComponent {
   const std::wstring& GetTitle() const { return title_; }
   const std::wstring& GetExtension() const { return extension_; }  // without its dot
 
+  // Title and extension, with the dot between them if there is an extension.
   std::wstring GetFileName() const;
   // The parts joined again, with a backslash before the file name.
   std::wstring GetFullPath() const;

@@ -30,11 +30,11 @@ class WriterState {
   WriteBlock& block() { return block_; }
   // The indentation of a line, as from operator()(true), and its end.
   void begin_line() {
-    if (depth_ > plain_depth_) return begin_deep_line();
+    if (depth_ > indentation_depth_) return begin_deep_line();
     block_.append_stamp(indentation_, static_cast<std::size_t>(depth_) * tab_size_);
   }
   void end_line() {
-    if (!is_plain_) return end_line_through_hook();
+    if (calls_hooks_) return end_line_through_hook();
     block_.append({newline_, newline_size_});
   }
   void indent() { ++depth_; }
@@ -79,9 +79,9 @@ class WriterState {
   StringPairs schema_locations_;
   const char* expected_class_identity_ = nullptr;
 
-  // True inside a scope if no hook can be overridden; see enter_scope().
-  bool is_plain_ = false;
-  int plain_depth_ = -1;  // the levels that fit in indentation_
+  // False inside a scope if no hook can be overridden; see enter_scope().
+  bool calls_hooks_ = true;
+  int indentation_depth_ = -1;  // the levels that fit in indentation_
   int scope_depth_ = 0;
   int exceptions_at_entry_ = 0;
   std::size_t tab_size_ = 0;

@@ -395,22 +395,22 @@ bool StrictReader::read_object(Object& self, const Class& type, Tag tag) {
   note_name(tag);
   at_ = tag.name + tag.size;
   std::uint32_t seen = 0;
-  bool is_plain = true;
+  bool is_tag_taken = true;
   if (*at_ == '>') {
     ++at_;
   } else {
     count_pushed_back();
-    is_plain = take_plain_attributes(self, type, &seen);
+    is_tag_taken = take_plain_attributes(self, type, &seen);
   }
   const Class& content = type.content_class();
-  if (is_plain && content.shape == Shape::simple && !is_full()) {
+  if (is_tag_taken && content.shape == Shape::simple && !is_full()) {
     return (seen & type.required_attributes) == type.required_attributes &&
            read_content(self, content.content(), tag);
   }
   const Scope scope(*this);
   bool is_empty = false;
-  if (scope.is_too_deep() || (!is_plain && !scan_tag(&is_empty))) return false;
-  if (!is_plain) {
+  if (scope.is_too_deep() || (!is_tag_taken && !scan_tag(&is_empty))) return false;
+  if (!is_tag_taken) {
     // A declaration holds for the attributes before it as well.
     if (seen != 0) last_name_ns_id_ = default_ns_id_;
     if (!apply_attributes(self, type, &seen)) return false;
@@ -951,10 +951,10 @@ bool StrictReader::read_tag_value(const Attribute& attribute, lmx::elmx_whitespa
                                   std::string_view* value) {
   last_mode_ = mode;
   const std::string_view source = attribute.value;
-  const bool is_plain = std::none_of(source.begin(), source.end(), [mode](char c) {
+  const bool needs_treatment = std::any_of(source.begin(), source.end(), [mode](char c) {
     return c == '&' || c == '\r' || (mode == lmx::elmx_collapse && is_space(c));
   });
-  if (is_plain) {
+  if (!needs_treatment) {
     *value = last_value_ = source;
     return true;
   }

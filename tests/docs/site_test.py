@@ -19,6 +19,9 @@ import browser  # noqa: E402
 
 SKIPPED = 77
 SITE = None
+# One of each kind of page that Doxygen makes.
+API_PAGES = ("api/index.html", "api/files.html", "api/annotated.html", "api/classlmx_1_1c__decimal.html",
+             "api/namespacezol__v2.html", "api/dates_8h_source.html")
 
 
 class Links(html.parser.HTMLParser):
@@ -109,7 +112,7 @@ class BrowserTest(unittest.TestCase):
     def test_nothing_is_wider_than_a_phone(self):
         for name in ("index.html", "docs/guide.html", "docs/errors.html", "docs/command.html",
                      "reference/README.html", "reference/spaces.html", "ARCHITECTURE.html",
-                     "model/reflection.h.html"):
+                     "model/reflection.h.html", *API_PAGES):
             with self.subTest(name):
                 self.show(name, 390)
                 self.assertEqual(self.browser.evaluate(
@@ -128,6 +131,8 @@ class BrowserTest(unittest.TestCase):
             for wanted, expected in (("ReflectancePointType", "ReflectancePointType"),
                                      ("aperture mm", "DeviceSettings.Aperture"),
                                      ("wavelength", ".Wavelength"),
+                                     ("SaveFile", "zol_v2: saveFile"),
+                                     ("c_decimal", "lmx: c_decimal"),
                                      ("thread", "Threads")):
                 with self.subTest(f"{name}: {wanted}"):
                     found = self.browser.evaluate("""
@@ -151,7 +156,8 @@ class BrowserTest(unittest.TestCase):
                                   ("reference/substrates.html", 390, True),
                                   ("reference/README.html", 1280, False),
                                   ("model/reflection.h.html", 1280, True),
-                                  ("model/reflection.h.html", 390, False)):
+                                  ("model/reflection.h.html", 390, False),
+                                  *zip(API_PAGES, (1280, 390) * 3, (False, False, True) * 2)):
             self.show(name, width, dark)
             self.browser.evaluate("search.value = 'nm'; search.dispatchEvent(new Event('input'))")
             with self.subTest(f"{name}, {width}"):
