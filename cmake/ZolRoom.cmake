@@ -142,6 +142,14 @@ function(zol_small_code)
   endif()
 endfunction()
 
+# How many times longer than elsewhere the tests take: the longest look at as many times fewer inputs.
+if(NOT ZOL_TEST_PATIENCE)
+  set(ZOL_TEST_PATIENCE 1)
+  if(ZOL_SANITIZE)
+    set(ZOL_TEST_PATIENCE 20)
+  endif()
+endif()
+
 # zol_test(NAME SOURCES... ROOMS ...): one GoogleTest program on the objects of the given rooms.
 # A program that lists no room is a client: it links the shared library alone. Each program is run a
 # second time under a locale whose decimal point is a comma.
@@ -151,7 +159,8 @@ function(zol_test name)
   zol_target_defaults(${name})
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_compile_definitions(${name} PRIVATE
-    ZOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ZOL_BINARY_DIR="${PROJECT_BINARY_DIR}")
+    ZOL_SOURCE_DIR="${PROJECT_SOURCE_DIR}" ZOL_BINARY_DIR="${PROJECT_BINARY_DIR}"
+    ZOL_TEST_PATIENCE=${ZOL_TEST_PATIENCE})
   if(TEST_ROOMS)
     foreach(room IN LISTS TEST_ROOMS)
       target_link_libraries(${name} PRIVATE zol_${room})
@@ -165,16 +174,18 @@ function(zol_test name)
     target_link_libraries(${name} PRIVATE Zol::zol)
   endif()
   target_link_libraries(${name} PRIVATE ${TEST_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main)
+  set(timeout 600)
   if(CMAKE_CROSSCOMPILING)
     # The library is as it is shipped; the tests of another system need not be fast themselves. Each
     # start of a program takes the emulator a while.
     target_compile_options(${name} PRIVATE -O1)
+    set(timeout 1800)
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
-    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout})
   else()
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 600)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT ${timeout})
   endif()
   add_test(NAME ${name}.decimal_comma COMMAND ${name} --gtest_brief=1)
-  set_tests_properties(${name}.decimal_comma PROPERTIES TIMEOUT 600
+  set_tests_properties(${name}.decimal_comma PROPERTIES TIMEOUT ${timeout}
     ENVIRONMENT "${ZOL_COMMA_ENVIRONMENT}")
 endfunction()

@@ -16,12 +16,7 @@ namespace {
 using namespace zol_v2;
 using std::string_literals::operator""s;
 
-// Sanitizers take twenty times as long.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr std::size_t k_stride = 60'001;
-#else
-constexpr std::size_t k_stride = 6'007;
-#endif
+constexpr std::size_t k_stride = ZOL_TEST_PATIENCE == 1 ? 6'007 : 60'001;
 
 const std::string k_tokens[] = {
     " ",

@@ -15,12 +15,8 @@ namespace {
 
 using namespace zol_v2;
 
-// Sanitizers take twenty times as long, and look for other things.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr std::size_t k_patience = 20;
-#else
-constexpr std::size_t k_patience = 1;
-#endif
+// Sanitizers and emulators look for other things.
+constexpr std::size_t k_patience = ZOL_TEST_PATIENCE;
 // However the inputs are chosen, fewer would say nothing.
 constexpr std::size_t k_least_inputs = 20000 / k_patience;
 
