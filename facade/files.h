@@ -78,9 +78,9 @@ struct SaveReport {
 // How documents are saved.
 struct SaveOptions {
   // Keeps what the described form may lose: numbers in the shortest text that reads back equal
-  // instead of 14 digits, as many decimals of seconds as they need, carriage returns and "]]>" in
-  // texts and white space in attributes as references. Only NEL and LINE SEPARATOR, which this
-  // library's reader always takes for line feeds, and what XML has no characters for stay lost.
+  // instead of 14 digits, dates with all decimals of seconds, the zone +00:00 and years before 1,
+  // carriage returns and "]]>" in texts and white space in attributes as references. Only NEL, LINE
+  // SEPARATOR, which this library always reads as line feeds, and what is no XML stay lost.
   bool is_exact = false;
   // The Header of a document says which library wrote it last.
   bool is_stamped = true;

@@ -332,15 +332,35 @@ struct DateFields {
     return out;
   }
 
-  // Each puts its text without the zone.
-  static char* put(char* out, const c_datetime& value, const SecondsFormat& format) {
-    out = put_year(out, value);
+  static char* put_behind_year(char* out, const c_datetime& value, const SecondsFormat& format) {
     *out++ = '-';
     out = put_month(out, value);
     *out++ = '-';
     out = put_day(out, value);
     *out++ = 'T';
     return put_clock(out, value, format);
+  }
+
+  // With a sign in front of the zeros of a year, as reading takes it, and with the zone.
+  static char* put_exact(char* out, const c_datetime& value, const SecondsFormat& format) {
+    if (value.year_ < 0) {
+      *out++ = '-';
+      out = put_padded(out, 4, 0 - static_cast<std::uint32_t>(value.year_));
+    } else {
+      out = put_year(out, value);
+    }
+    out = put_behind_year(out, value, format);
+    // Without any zone it would be refused; this one is read as the same value.
+    constexpr std::string_view k_zone_of_zero = "+00:00";
+    if (!value.is_utc_ && value.total_offset_mins_ == 0) {
+      return std::copy(k_zone_of_zero.begin(), k_zone_of_zero.end(), out);
+    }
+    return put_zone(out, value);
+  }
+
+  // Each puts its text without the zone.
+  static char* put(char* out, const c_datetime& value, const SecondsFormat& format) {
+    return put_behind_year(put_year(out, value), value, format);
   }
   static char* put(char* out, const c_time& value, const SecondsFormat& format) {
     return put_clock(out, value, format);
@@ -540,11 +560,11 @@ char* format_exact_datetime(const c_datetime& value, char* out) {
     return parse_datetime({out, static_cast<std::size_t>(end - out)}, &again, &has_zone) &&
            again.get_secs() == secs;
   };
-  char* end = format_datetime(value, out);
+  char* end = DateFields::put_exact(out, value, {});
   if (!(secs >= 0.0f && secs < 100.0f) || reads_back(end)) return end;
   const auto found_near = [&](const c_datetime& near) {
     for (int decimals = 1; decimals <= k_most_decimals; ++decimals) {
-      end = DateFields::put_zone(DateFields::put(out, near, {true, decimals}), value);
+      end = DateFields::put_exact(out, near, {true, decimals});
       if (reads_back(end)) return true;
     }
     return false;
@@ -557,7 +577,7 @@ char* format_exact_datetime(const c_datetime& value, char* out) {
       if (found_near(near)) return end;
     }
   }
-  return DateFields::put_zone(DateFields::put(out, value, {true, k_most_decimals}), value);
+  return DateFields::put_exact(out, value, {true, k_most_decimals});
 }
 
 }  // namespace internal

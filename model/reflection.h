@@ -375,7 +375,7 @@ class Value {
   // what has no text.
   ZOL_API void append_text(std::string* out) const;
   // The same without a loss: numbers in the shortest text that reads back equal instead of 14
-  // digits, as many decimals of seconds as they need.
+  // digits, as many decimals of seconds as they need, +00:00 for a date without a zone.
   ZOL_API void append_exact_text(std::string* out) const;
 
  private:

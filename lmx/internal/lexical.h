@@ -29,8 +29,8 @@ constexpr std::size_t k_max_datetime_text = 128;
 // Writes what operator<< gives on a fresh stream in the classic locale to a buffer of
 // k_max_datetime_text and returns the end; there is no terminating zero.
 char* format_datetime(const c_datetime& value, char* out);
-// The same with as many decimals of the seconds as reading needs to get the same value, if any will
-// do.
+// A text that reading takes for the same value: with as many decimals of the seconds as that needs,
+// if any will do, the sign in front of the zeros of a year, and +00:00 where there is no zone.
 char* format_exact_datetime(const c_datetime& value, char* out);
 
 // Appends the bytes in base64, on one line and with padding.

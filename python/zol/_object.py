@@ -113,6 +113,13 @@ class List(_zol.List, MutableSequence[T]):
             raise
         return made
 
+    def extend(self, values: Iterable[T]) -> None:
+        """Adds copies of them all, or nothing if one of them cannot stand here."""
+        self[len(self):] = values
+
+    def reverse(self) -> None:
+        self[:] = self[::-1]
+
     def pop(self, index: int = -1) -> T:
         value = self[index]
         value = value.copy() if isinstance(value, Object) else value

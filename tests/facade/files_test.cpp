@@ -858,6 +858,28 @@ TEST(SaveOptions, SayHowToWrite) {
   EXPECT_EQ(text, described);
 }
 
+TEST_F(Files, ExactDatesComeBack) {
+  for (const std::string text : {"2020-01-01T10:00:00+00:00", "-0044-03-15T12:00:00Z",
+                                 "-0044-03-15T12:00:05.1+00:00", "12345-01-01T00:00:00.1-14:00",
+                                 "0000-01-01T00:00:00+00:00", "-2147483648-01-01T00:00:00Z"}) {
+    Zol document = made(1);
+    zol_v2::Header& header = document.get_Preamble().get_Header();
+    ASSERT_EQ(header.append_ChangeHistory(lmx::c_datetime(text)), lmx::elmx_ok);
+    SaveOptions options;
+    options.is_exact = options.is_checked = true;
+    std::string written;
+    SaveReport report;
+    EXPECT_EQ(saveString(document, written, &report, options), lmx::elmx_ok) << text;
+    EXPECT_NE(written.find('>' + text + '<'), written.npos) << written;
+    Zol again;
+    ASSERT_EQ(zol_v2::openText(again, written), lmx::elmx_ok) << text;
+    const unsigned last = header.size_ChangeHistory() - 1;
+    EXPECT_EQ(again.get_Preamble().get_Header().get_ChangeHistory(last),
+              header.get_ChangeHistory(last))
+        << text;
+  }
+}
+
 TEST_F(Files, AreStampedUnlessToldNotTo) {
   Zol document = made(1);
   SaveOptions options;

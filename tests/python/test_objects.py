@@ -224,6 +224,18 @@ def test_lists_are_sequences():
     colors.extend(colors[:])
     assert names() == "fdffdf"
     with pytest.raises(TypeError):
+        colors.extend([colors[0], 5])
+    assert names() == "fdffdf"
+    colors.extend(colors.parent.colors)  # itself, by another proxy
+    assert names() == "fdffdffdffdf"
+    del colors[:-5]
+    colors += [zol.NamedColor(name="x", change_history=["2026-03-05T10:00:00Z"])]
+    colors.reverse()
+    assert names() == "xfdffd"
+    del colors[0]
+    colors.append(colors[0])
+    assert names() == "fdffdf"
+    with pytest.raises(TypeError):
         colors.parent.colors = [colors[1], zol.CieLab()]
     assert names() == "fdffdf"
     colors.parent.colors = reversed(colors)
