@@ -66,8 +66,8 @@ void keep_duration(const std::string& a, const std::string& b) {
   const std::string text = value.get_as_string();
   expect(shown(value) == text, "written as a stream has it", a);
   if (!c_duration::is_valid(a)) return;
-  // Seconds of seven digits are written with an exponent, and those beyond a float as "inf": nothing
-  // reads either.
+  // Seconds of seven digits are written with an exponent, and those beyond a float as "inf":
+  // nothing reads either.
   const bool is_lost = text.find_first_of("ei") != std::string::npos;
   expect(is_lost || c_duration(text).get_as_string() == text, "back from its text", a);
   if (c_duration::is_valid(b)) keep_order(value, c_duration(b), a + '|' + b);
