@@ -386,10 +386,31 @@ def call(export):
     return text
 
 
+# What a constructor makes of the arguments of these names.
+CONSTRUCTED = {
+    "": "As new, with nothing set.",
+    "other": "A deep copy.",
+    "file error": "What stands in the file, as unmarshal reads it.",
+    "buffer size error": "What stands in the bytes, as unmarshal reads it.",
+    "document error": "The text of a document, and 0 or why there is none.",
+    "text": "What the text says. What cannot be read is passed over: ask before whether it is valid.",
+    "value": "The number; a fraction is rounded to 15 decimal places.",
+    "value scale": "The number times ten to the power of minus the scale.",
+    "value places": "The number, rounded to so many decimal places, 15 at most.",
+    "data size": "A copy of the bytes.",
+    "pattern": "Of an expression in the language of XML Schema.",
+    "ns": "Of the namespace URI alone.",
+    "ns name": "Of the namespace URI and the local name.",
+    "ns name value": "Of the namespace URI, the local name and the element as text.",
+}
+
+
 def constructor(name, export):
+    told = summary(CONSTRUCTED[" ".join(p.name for p in export.parameters)])
     if any(p.name == "error" and p.kind == "handle" for p in export.parameters):
         plain = ", ".join(p.name for p in export.parameters if p.name not in ("error", "size"))
         return f"""\
+{told}
 public {name}({parameters(export)}) : this(Make({plain}, out error), true, null) {{ }}
 private static IntPtr Make({parameters(export)})
 {{
@@ -400,7 +421,7 @@ private static IntPtr Make({parameters(export)})
 }}"""
     head = f"public {name}({parameters(export)})"
     chain = f": this({call(export)}, true, null) {{ }}"
-    return f"{head} {chain}" if len(head + chain) <= 95 else f"{head}\n  {chain}"
+    return f"{told}\n{head} {chain}" if len(head + chain) <= 95 else f"{told}\n{head}\n  {chain}"
 
 
 def methods(export, hides=False):

@@ -16,7 +16,9 @@ namespace Zol.Interop
       return handle == IntPtr.Zero ? null : new Zol(handle, owned, parent);
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public Zol() : this(Native.new_Zol__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public Zol(Zol other) : this(Pending.Checked(Native.new_Zol__SWIG_1(Of(other))), true, null) { }
     public void swap(Zol other) { Native.Zol_swap(Self, Of(other)); Pending.Check(); }
     public void reset() { Native.Zol_reset(Self); }
@@ -281,7 +283,9 @@ namespace Zol.Interop
       Spare_Grade_B_plus = 2,
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public Box() : this(Native.new_Box__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public Box(Box other) : this(Pending.Checked(Native.new_Box__SWIG_1(Of(other))), true, null) { }
     public void swap(Box other) { Native.Box_swap(Self, Of(other)); Pending.Check(); }
     public void reset() { Native.Box_reset(Self); }
@@ -354,7 +358,9 @@ namespace Zol.Interop
       return handle == IntPtr.Zero ? null : new Seal(handle, owned, parent);
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public Seal() : this(Native.new_Seal__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public Seal(Seal other)
       : this(Pending.Checked(Native.new_Seal__SWIG_1(Of(other))), true, null) { }
     public void swap(Seal other) { Native.Seal_swap(Self, Of(other)); Pending.Check(); }
@@ -373,7 +379,9 @@ namespace Zol.Interop
       return handle == IntPtr.Zero ? null : new Part(handle, owned, parent);
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public Part() : this(Native.new_Part__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public Part(Part other)
       : this(Pending.Checked(Native.new_Part__SWIG_1(Of(other))), true, null) { }
     public void swap(Part other) { Native.Part_swap(Self, Of(other)); Pending.Check(); }
@@ -442,7 +450,9 @@ namespace Zol.Interop
       chosen_none = 5,
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public PartChoice() : this(Native.new_PartChoice__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public PartChoice(PartChoice other)
       : this(Pending.Checked(Native.new_PartChoice__SWIG_1(Of(other))), true, null) { }
     public void swap(PartChoice other) { Native.PartChoice_swap(Self, Of(other)); Pending.Check(); }
@@ -523,7 +533,9 @@ namespace Zol.Interop
       chosen_none = 2,
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public anon_Tag() : this(Native.new_anon_Tag__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public anon_Tag(anon_Tag other)
       : this(Pending.Checked(Native.new_anon_Tag__SWIG_1(Of(other))), true, null) { }
     public void swap(anon_Tag other) { Native.anon_Tag_swap(Self, Of(other)); Pending.Check(); }
@@ -557,7 +569,9 @@ namespace Zol.Interop
       return handle == IntPtr.Zero ? null : (ShapeType)DynamicTypes.Wrap(handle, owned, parent);
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public ShapeType() : this(Native.new_ShapeType__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public ShapeType(ShapeType other)
       : this(Pending.Checked(Native.new_ShapeType__SWIG_1(Of(other))), true, null) { }
     public void swap(ShapeType other) { Native.ShapeType_swap(Self, Of(other)); Pending.Check(); }
@@ -618,7 +632,9 @@ namespace Zol.Interop
       return handle == IntPtr.Zero ? null : (RoundType)DynamicTypes.Wrap(handle, owned, parent);
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public RoundType() : this(Native.new_RoundType__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public RoundType(RoundType other)
       : this(Pending.Checked(Native.new_RoundType__SWIG_1(Of(other))), true, null) { }
     public void swap(RoundType other) { Native.RoundType_swap(Self, Of(other)); Pending.Check(); }
@@ -662,7 +678,9 @@ namespace Zol.Interop
       return handle == IntPtr.Zero ? null : (RingType)DynamicTypes.Wrap(handle, owned, parent);
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public RingType() : this(Native.new_RingType__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public RingType(RingType other)
       : this(Pending.Checked(Native.new_RingType__SWIG_1(Of(other))), true, null) { }
     public void swap(RingType other) { Native.RingType_swap(Self, Of(other)); Pending.Check(); }
@@ -712,7 +730,9 @@ namespace Zol.Interop
       chosen_none = 3,
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public sg_Shape() : this(Native.new_sg_Shape__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public sg_Shape(sg_Shape other)
       : this(Pending.Checked(Native.new_sg_Shape__SWIG_1(Of(other))), true, null) { }
     public void swap(sg_Shape other) { Native.sg_Shape_swap(Self, Of(other)); Pending.Check(); }
@@ -789,7 +809,9 @@ namespace Zol.Interop
       return handle == IntPtr.Zero ? null : (AnyShape)DynamicTypes.Wrap(handle, owned, parent);
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public AnyShape() : this(Native.new_AnyShape__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public AnyShape(AnyShape other)
       : this(Pending.Checked(Native.new_AnyShape__SWIG_1(Of(other))), true, null) { }
   }
@@ -805,7 +827,9 @@ namespace Zol.Interop
       return handle == IntPtr.Zero ? null : (Round)DynamicTypes.Wrap(handle, owned, parent);
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public Round() : this(Native.new_Round__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public Round(Round other)
       : this(Pending.Checked(Native.new_Round__SWIG_1(Of(other))), true, null) { }
   }
@@ -821,7 +845,9 @@ namespace Zol.Interop
       return handle == IntPtr.Zero ? null : (Ring)DynamicTypes.Wrap(handle, owned, parent);
     }
 
+    /// <summary>As new, with nothing set.</summary>
     public Ring() : this(Native.new_Ring__SWIG_0(), true, null) { }
+    /// <summary>A deep copy.</summary>
     public Ring(Ring other)
       : this(Pending.Checked(Native.new_Ring__SWIG_1(Of(other))), true, null) { }
     public void swap(Ring other) { Native.Ring_swap(Self, Of(other)); Pending.Check(); }
