@@ -142,23 +142,26 @@ def special_members(info):
     copied = "{ return assigned(*this, other, k_class); }" if info.own_lifetime else "= default;"
     moved = "{ return moved(*this, other); }" if info.own_lifetime else "= default;"
     out.emit("""
-        $made$
+        // With nothing set$but$.
         $Class$();
+        // A deep copy.
         $Class$(const $Class$& other);
-        $Class$($Class$&& other) noexcept;
-        $clone$
-        ~$Class$() override;
         $Class$& operator=(const $Class$& other) $copied$
+        $clone$
+        // Of what another held, which is then empty.
+        $Class$($Class$&& other) noexcept;
         $Class$& operator=($Class$&& other) noexcept $moved$
+        // Deletes what it holds.
+        ~$Class$() override;
         """, Class=info.name, clone=clone, copied=copied, moved=moved,
-             made=wrap_comment(
-                 f"Made with nothing set{' but the read stamp' if info.has('root') else ''}, as a deep "
-                 "copy, or of what another held, which is then empty.", 96))
+             but=" but the read stamp" if info.has("root") else "")
     if info.own_lifetime:
         out.emit("""
-            // Exchanges all; makes as new; whether all is there that is required.
+            // Exchanges all that the two hold.
             void swap($Class$& other) noexcept { internal::swap(*this, other, k_class); }
+            // Makes it as new, with nothing set.
             void reset() { internal::reset(*this, k_class); }
+            // Is all there that is required?
             bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
             """, Class=info.name)
     out.emit("""
