@@ -287,7 +287,10 @@ class CgatsWriter : public RecordWriter {
   void add_sample(const ColorRecord& record, Conditions conditions, Sample sample) {
     const auto status = sample.values.find("DENSITY_STATUS");
     if (status != sample.values.end()) {
-      conditions[Condition::density_status] = status->second.substr(k_status.size());
+      std::string& condition = conditions[Condition::density_status];
+      const std::string own = status->second.substr(k_status.size());
+      if (!condition.empty() && condition != own) losses().add("DensityStatus " + condition);
+      condition = own;
       sample.values.erase(status);
     }
     const std::string texts[] = {std::to_string(colors_),

@@ -64,8 +64,18 @@ class MemoryFile : public CZipAbstractFile {
 
 std::string escaped(std::string_view text) {
   std::string result;
-  for (const char c : flat(text)) {
+  for (const char c : text) {
     switch (c) {
+      // A parser takes them for blanks where they stand as they are.
+      case '\t':
+        result += "&#9;";
+        break;
+      case '\n':
+        result += "&#10;";
+        break;
+      case '\r':
+        result += "&#13;";
+        break;
       case '&':
         result += "&amp;";
         break;
@@ -76,7 +86,8 @@ std::string escaped(std::string_view text) {
         result += "&quot;";
         break;
       default:
-        result += c;
+        // XML has no other control characters.
+        result += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
     }
   }
   return result;

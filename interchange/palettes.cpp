@@ -32,13 +32,14 @@ constexpr std::string_view k_untitled = "Untitled";  // as that program names wh
 class GplWriter : public PaletteWriter {
  protected:
   void print(const std::vector<Swatch>& swatches, std::string* bytes) override {
-    *bytes += std::string(k_gimp) + "\nName: " + flat(title()) + "\nColumns: 0\n#\n";
+    *bytes += std::string(k_gimp) + "\nName: " + in_line(title()) + "\nColumns: 0\n#\n";
     std::set<std::string_view> groups;
     for (const Swatch& swatch : swatches) {
       const std::array<unsigned, 3> rgb = bytes_of(swatch);
       char line[32];
       std::snprintf(line, sizeof line, "%3u %3u %3u\t", rgb[0], rgb[1], rgb[2]);
-      *bytes += line + (swatch.name.empty() ? std::string(k_untitled) : flat(swatch.name)) + '\n';
+      const std::string name = in_line(swatch.name);
+      *bytes += line + (name.empty() ? std::string(k_untitled) : name) + '\n';
       groups.insert(swatch.group);
     }
     if (groups.size() > 1) losses().add("group of colours", groups.size());
@@ -208,6 +209,14 @@ std::array<unsigned, 3> PaletteWriter::bytes_of(const Swatch& swatch) {
 std::string PaletteWriter::title() const {
   const std::string& group = swatches_.front().group;
   return group.empty() ? "Colours" : group;
+}
+
+std::string PaletteWriter::in_line(std::string_view name) {
+  const std::string line = flat(name);
+  if (line != name) losses().add("line break or tab in a name");
+  const std::string_view inner = trimmed(line);
+  if (inner.size() != line.size()) losses().add("blank around a name");
+  return std::string(inner);
 }
 
 std::string group_name(const ColorRecord& record) {

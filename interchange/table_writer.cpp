@@ -127,6 +127,7 @@ class WideWriter : public TableWriter {
   void finish_records(std::string* bytes) override {
     if (space_.empty()) choose_space();
     collect_columns();
+    if (axes_.empty()) return fail();
     std::vector<std::string> headings =
         columns_of({std::string(name_of(Field::document))}, headings_of_names());
     headings.emplace_back(name_of(Field::space_name));
@@ -145,6 +146,15 @@ class WideWriter : public TableWriter {
   }
 
  private:
+  // Without a column for any value it would be a table of nothing.
+  void fail() {
+    std::string others;
+    for (const auto& [space, count] : spaces_) others += (others.empty() ? "" : ", ") + space;
+    report().fail("no-colours", space_.empty() || others.empty()
+                                    ? "No colour has values"
+                                    : "No colour has values in " + space_ + ", but in " + others);
+  }
+
   void choose_space() {
     const auto most =
         std::max_element(spaces_.begin(), spaces_.end(),

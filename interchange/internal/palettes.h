@@ -28,6 +28,8 @@ class PaletteWriter : public RecordWriter {
   std::array<unsigned, 3> bytes_of(const Swatch& swatch);
   // What the palette as a whole may be called.
   std::string title() const;
+  // A name as it stands in a line, behind other things; counts what that changes.
+  std::string in_line(std::string_view name);
   virtual void print(const std::vector<Swatch>& swatches, std::string* bytes) = 0;
 
  private:

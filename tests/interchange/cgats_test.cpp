@@ -158,6 +158,14 @@ TEST(Cgats, ReadsWhatOthersWrite) {
   EXPECT_NE(zol_test::written(document, Format::cgats).find("MY_KEY\t\"17\""), std::string::npos);
 }
 
+// Of the two that a document may have, that of the values counts.
+TEST(Cgats, TellsOfAStatusThatItHasNoPlaceFor) {
+  const Zol document = loaded<Zol>(sample_bytes("coverage-spaces"));
+  Report report;
+  (void)zol_test::written(document, Format::cgats, {}, &report);
+  EXPECT_EQ(zol_test::count_of(report, "DensityStatus Ex"), 1u);
+}
+
 struct BadFile {
   const char* text;
   const char* told;

@@ -16,6 +16,7 @@ namespace {
 
 using namespace zol_v2;
 using namespace zol_v2::interchange;
+using zol_test::count_of;
 using zol_test::loaded;
 using zol_test::sample_bytes;
 using zol_test::told;
@@ -123,6 +124,28 @@ TEST(Palette, IsSpelledSo) {
   const std::string ase = zol_test::written(document, Format::ase);
   EXPECT_EQ(ase.substr(0, 12), std::string("ASEF\0\1\0\0\0\0\0\4", 12));
   EXPECT_EQ(ase.substr(12, 8), std::string("\xC0\x01\0\0\0\x14\0\x09", 8));
+}
+
+// A line of a palette has no room for all that a name may hold; XML has.
+TEST(Palette, KeepsNamesOrTellsWhatItChanges) {
+  Zol document;
+  ASSERT_EQ(told(read("Name,Hex\n\"two\nlines\",#ff0000\n\"a\tb\",#ff0000\n  blanks ,#0000ff\n",
+                      Format::csv, {}, &document)),
+            "");
+  Report report;
+  const std::string gpl = zol_test::written(document, Format::gpl, {}, &report);
+  EXPECT_NE(gpl.find("\ttwo lines\n"), gpl.npos);
+  EXPECT_NE(gpl.find("\tblanks\n"), gpl.npos);
+  EXPECT_EQ(count_of(report, "line break or tab in a name"), 2u);
+  EXPECT_EQ(count_of(report, "blank around a name"), 1u);
+  for (const Format format : {Format::kpl, Format::ase}) {
+    Zol again;
+    ASSERT_EQ(told(read(zol_test::written(document, format, {}, &report), format, {}, &again)), "");
+    std::vector<std::string> names;
+    for (const Swatch& swatch : swatches_of(again)) names.push_back(swatch.name);
+    EXPECT_EQ(names, (std::vector<std::string>{"two\nlines", "a\tb", "  blanks "}));
+    EXPECT_EQ(count_of(report, "line break or tab in a name"), 0u);
+  }
 }
 
 struct BadPalette {

@@ -38,6 +38,13 @@ std::string written(const zol_v2::Zol& document, Format format, const WriteOptio
   return bytes;
 }
 
+std::size_t count_of(const Report& report, std::string_view kind) {
+  for (const auto& loss : report.losses.all()) {
+    if (loss.kind == kind) return loss.count;
+  }
+  return 0;
+}
+
 std::string told(const Report& report) {
   if (report) return "";
   const zol_v2::Fault& fault = report.faults.front();

@@ -121,6 +121,22 @@ TEST(WideTable, HoldsOneSpace) {
   }
 }
 
+TEST(WideTable, IsNotMadeOfNothing) {
+  WriteOptions options;
+  options.is_wide = true;
+  const auto told_of = [&](const Zol& document, const char* space) {
+    options.space = space;
+    const auto writer = make_writer(Format::csv, options);
+    writer->add(document, "");
+    std::string bytes;
+    return told(writer->finish(&bytes)) + bytes;
+  };
+  const Zol document = loaded<Zol>(sample_bytes("named-colours"));
+  EXPECT_EQ(told_of(document, "cielab"), "0:0 No colour has values in cielab, but in CIELab, SRGB");
+  EXPECT_EQ(told_of(Zol(), ""), "0:0 No colour has values");
+  EXPECT_EQ(told_of(Zol(), "CIELab"), "0:0 No colour has values");
+}
+
 TEST(TidyTable, CountsWhatItLeavesOut) {
   Report report;
   (void)written(loaded<Zol>(sample_bytes("quality-control")), Format::csv, {}, &report);
