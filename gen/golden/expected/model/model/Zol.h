@@ -56,16 +56,21 @@ class Ring;
 // A box. It may be empty.
 class ZOL_API Box : public internal::Plain {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   Box();
+  // A deep copy.
   Box(const Box& other);
-  Box(Box&& other) noexcept;
-  ~Box() override;
   Box& operator=(const Box& other) { return assigned(*this, other, k_class); }
+  // Of what another held, which is then empty.
+  Box(Box&& other) noexcept;
   Box& operator=(Box&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~Box() override;
+  // Exchanges all that the two hold.
   void swap(Box& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
@@ -141,16 +146,21 @@ class ZOL_API Box : public internal::Plain {
 // What it is tagged with.
 class ZOL_API anon_Tag : public internal::Object {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   anon_Tag();
+  // A deep copy.
   anon_Tag(const anon_Tag& other);
-  anon_Tag(anon_Tag&& other) noexcept;
-  ~anon_Tag() override;
   anon_Tag& operator=(const anon_Tag& other) { return assigned(*this, other, k_class); }
+  // Of what another held, which is then empty.
+  anon_Tag(anon_Tag&& other) noexcept;
   anon_Tag& operator=(anon_Tag&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~anon_Tag() override;
+  // Exchanges all that the two hold.
   void swap(anon_Tag& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
@@ -209,17 +219,21 @@ class ZOL_API anon_Tag : public internal::Object {
 // The root.
 class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
  public:
-  // Made with nothing set but the read stamp, as a deep copy, or of what another held, which is
-  // then empty.
+  // With nothing set but the read stamp.
   Zol();
+  // A deep copy.
   Zol(const Zol& other);
-  Zol(Zol&& other) noexcept;
-  ~Zol() override;
   Zol& operator=(const Zol& other) { return assigned(*this, other, k_class); }
+  // Of what another held, which is then empty.
+  Zol(Zol&& other) noexcept;
   Zol& operator=(Zol&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~Zol() override;
+  // Exchanges all that the two hold.
   void swap(Zol& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
@@ -414,16 +428,21 @@ class ZOL_API Zol : public internal::Plain, public internal::Document<Zol> {
 // That it is sealed.
 class ZOL_API Seal : public internal::Plain {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   Seal();
+  // A deep copy.
   Seal(const Seal& other);
-  Seal(Seal&& other) noexcept;
-  ~Seal() override;
   Seal& operator=(const Seal& other) { return assigned(*this, other, k_class); }
+  // Of what another held, which is then empty.
+  Seal(Seal&& other) noexcept;
   Seal& operator=(Seal&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~Seal() override;
+  // Exchanges all that the two hold.
   void swap(Seal& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
@@ -432,16 +451,21 @@ class ZOL_API Seal : public internal::Plain {
 // A value with an attribute.
 class ZOL_API Part : public internal::Plain {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   Part();
+  // A deep copy.
   Part(const Part& other);
-  Part(Part&& other) noexcept;
-  ~Part() override;
   Part& operator=(const Part& other) { return assigned(*this, other, k_class); }
+  // Of what another held, which is then empty.
+  Part(Part&& other) noexcept;
   Part& operator=(Part&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~Part() override;
+  // Exchanges all that the two hold.
   void swap(Part& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
@@ -472,16 +496,21 @@ class ZOL_API Part : public internal::Plain {
 // One of several.
 class ZOL_API PartChoice : public internal::Plain {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   PartChoice();
+  // A deep copy.
   PartChoice(const PartChoice& other);
-  PartChoice(PartChoice&& other) noexcept;
-  ~PartChoice() override;
   PartChoice& operator=(const PartChoice& other) { return assigned(*this, other, k_class); }
+  // Of what another held, which is then empty.
+  PartChoice(PartChoice&& other) noexcept;
   PartChoice& operator=(PartChoice&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~PartChoice() override;
+  // Exchanges all that the two hold.
   void swap(PartChoice& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
@@ -567,17 +596,22 @@ class ZOL_API PartChoice : public internal::Plain {
 // A family.
 class ZOL_API ShapeType : public internal::Polymorphic {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   ShapeType();
+  // A deep copy.
   ShapeType(const ShapeType& other);
-  ShapeType(ShapeType&& other) noexcept;
-  virtual ShapeType* clone() const { return new ShapeType(*this); }
-  ~ShapeType() override;
   ShapeType& operator=(const ShapeType& other) { return assigned(*this, other, k_class); }
+  virtual ShapeType* clone() const { return new ShapeType(*this); }
+  // Of what another held, which is then empty.
+  ShapeType(ShapeType&& other) noexcept;
   ShapeType& operator=(ShapeType&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~ShapeType() override;
+  // Exchanges all that the two hold.
   void swap(ShapeType& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
@@ -620,17 +654,22 @@ class ZOL_API ShapeType : public internal::Polymorphic {
 // Something round.
 class ZOL_API RoundType : public ShapeType {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   RoundType();
+  // A deep copy.
   RoundType(const RoundType& other);
-  RoundType(RoundType&& other) noexcept;
-  RoundType* clone() const override { return new RoundType(*this); }
-  ~RoundType() override;
   RoundType& operator=(const RoundType& other) { return assigned(*this, other, k_class); }
+  RoundType* clone() const override { return new RoundType(*this); }
+  // Of what another held, which is then empty.
+  RoundType(RoundType&& other) noexcept;
   RoundType& operator=(RoundType&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~RoundType() override;
+  // Exchanges all that the two hold.
   void swap(RoundType& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
@@ -658,17 +697,22 @@ class ZOL_API RoundType : public ShapeType {
 // Something round with a hole.
 class ZOL_API RingType : public RoundType {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   RingType();
+  // A deep copy.
   RingType(const RingType& other);
-  RingType(RingType&& other) noexcept;
-  RingType* clone() const override { return new RingType(*this); }
-  ~RingType() override;
   RingType& operator=(const RingType& other) { return assigned(*this, other, k_class); }
+  RingType* clone() const override { return new RingType(*this); }
+  // Of what another held, which is then empty.
+  RingType(RingType&& other) noexcept;
   RingType& operator=(RingType&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~RingType() override;
+  // Exchanges all that the two hold.
   void swap(RingType& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
@@ -691,16 +735,21 @@ class ZOL_API RingType : public RoundType {
 // One of the family.
 class ZOL_API sg_Shape : public internal::Object {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   sg_Shape();
+  // A deep copy.
   sg_Shape(const sg_Shape& other);
-  sg_Shape(sg_Shape&& other) noexcept;
-  ~sg_Shape() override;
   sg_Shape& operator=(const sg_Shape& other) { return assigned(*this, other, k_class); }
+  // Of what another held, which is then empty.
+  sg_Shape(sg_Shape&& other) noexcept;
   sg_Shape& operator=(sg_Shape&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~sg_Shape() override;
+  // Exchanges all that the two hold.
   void swap(sg_Shape& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
@@ -785,14 +834,17 @@ class ZOL_API sg_Shape : public internal::Object {
 // A family. The head element AnyShape of its family, which can be read but not written.
 class ZOL_API AnyShape : public ShapeType {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   AnyShape();
+  // A deep copy.
   AnyShape(const AnyShape& other);
-  AnyShape(AnyShape&& other) noexcept;
-  AnyShape* clone() const override { return new AnyShape(*this); }
-  ~AnyShape() override;
   AnyShape& operator=(const AnyShape& other) = default;
+  AnyShape* clone() const override { return new AnyShape(*this); }
+  // Of what another held, which is then empty.
+  AnyShape(AnyShape&& other) noexcept;
   AnyShape& operator=(AnyShape&& other) noexcept = default;
+  // Deletes what it holds.
+  ~AnyShape() override;
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
@@ -806,14 +858,17 @@ class ZOL_API AnyShape : public ShapeType {
 // Something round. The element Round, of type RoundType.
 class ZOL_API Round : public RoundType, public internal::Document<Round> {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   Round();
+  // A deep copy.
   Round(const Round& other);
-  Round(Round&& other) noexcept;
-  Round* clone() const override { return new Round(*this); }
-  ~Round() override;
   Round& operator=(const Round& other) = default;
+  Round* clone() const override { return new Round(*this); }
+  // Of what another held, which is then empty.
+  Round(Round&& other) noexcept;
   Round& operator=(Round&& other) noexcept = default;
+  // Deletes what it holds.
+  ~Round() override;
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
 
@@ -834,17 +889,22 @@ class ZOL_API Round : public RoundType, public internal::Document<Round> {
 // Something round with a hole. The element Ring, of type RingType.
 class ZOL_API Ring : public RingType, public internal::Document<Ring> {
  public:
-  // Made with nothing set, as a deep copy, or of what another held, which is then empty.
+  // With nothing set.
   Ring();
+  // A deep copy.
   Ring(const Ring& other);
-  Ring(Ring&& other) noexcept;
-  Ring* clone() const override { return new Ring(*this); }
-  ~Ring() override;
   Ring& operator=(const Ring& other) { return assigned(*this, other, k_class); }
+  Ring* clone() const override { return new Ring(*this); }
+  // Of what another held, which is then empty.
+  Ring(Ring&& other) noexcept;
   Ring& operator=(Ring&& other) noexcept { return moved(*this, other); }
-  // Exchanges all; makes as new; whether all is there that is required.
+  // Deletes what it holds.
+  ~Ring() override;
+  // Exchanges all that the two hold.
   void swap(Ring& other) noexcept { internal::swap(*this, other, k_class); }
+  // Makes it as new, with nothing set.
   void reset() { internal::reset(*this, k_class); }
+  // Is all there that is required?
   bool is_occurs_ok() const { return internal::is_occurs_ok(*this, k_class); }
   // What the library knows of the class, for model/reflection.h.
   static const internal::Class k_class;
