@@ -12,6 +12,7 @@
 using zol_v2::reflection::ConstRef;
 using zol_v2::reflection::Found;
 using zol_v2::reflection::Item;
+using zol_v2::reflection::Kind;
 using zol_v2::reflection::Place;
 using zol_v2::reflection::Ref;
 using zol_v2::reflection::Row;
@@ -59,6 +60,10 @@ class Setter {
     if (rows.row.is_simple()) {
       if (!is_last) return refuse("'" + std::string(step_text_) + "' is a value");
       return set_value(rows);
+    }
+    if (rows.row.kind() == Kind::mark && is_last && assignment_.value.empty()) {
+      is_set_ = true;  // it always is
+      return;
     }
     const Ref below = object_at(rows);
     if (!fault_.empty()) return;
