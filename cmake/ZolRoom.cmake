@@ -57,6 +57,11 @@ function(zol_target_defaults target)
     target_compile_options(${target} PRIVATE -fsanitize=${ZOL_SANITIZE} -fno-sanitize-recover=all
                                              -fno-omit-frame-pointer)
     target_link_options(${target} PUBLIC -fsanitize=${ZOL_SANITIZE})
+    # Tests and tools are many, and take longer to optimise than to run.
+    get_target_property(type ${target} TYPE)
+    if(NOT ZOL_FUZZ AND NOT type STREQUAL "OBJECT_LIBRARY")
+      target_compile_options(${target} PRIVATE -O0)
+    endif()
   endif()
   if(ZOL_FUZZ)
     # The fuzzer is led by what its inputs reach in the library, not in the target alone.
