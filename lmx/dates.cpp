@@ -345,7 +345,7 @@ struct DateFields {
   static char* put_exact(char* out, const c_datetime& value, const SecondsFormat& format) {
     if (value.year_ < 0) {
       *out++ = '-';
-      out = put_padded(out, 4, 0 - static_cast<std::uint32_t>(value.year_));
+      out = put_padded(out, 4, -std::int64_t{value.year_});
     } else {
       out = put_year(out, value);
     }
@@ -837,7 +837,7 @@ void c_duration::normalize() {
   const double whole_mins = std::trunc(static_cast<double>(secs_) / 60.0);
   if (std::abs(whole_mins) < k_limit) {
     mins_ += static_cast<std::uint32_t>(static_cast<std::int64_t>(whole_mins));
-    secs_ = static_cast<float>(static_cast<double>(secs_) - whole_mins * 60.0);
+    secs_ = std::fmod(secs_, 60.0f);  // of many minutes no difference is exact
   }
   hours_ += mins_ / 60;
   mins_ %= 60;

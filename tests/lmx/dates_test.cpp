@@ -511,13 +511,20 @@ TEST(DurationTest, Normalises) {
   const struct {
     const char *text, *normalised;
   } rows[] = {
-      {"PT3661S", "PT1H1M1S"},        {"PT59.5S", "PT59.5S"}, {"PT1439M60S", "P1D"},
-      {"P25M40DT49H", "P2Y1M42DT1H"}, {"-P13M", "-P1Y1M"},
+      {"PT3661S", "PT1H1M1S"},
+      {"PT59.5S", "PT59.5S"},
+      {"PT1439M60S", "P1D"},
+      {"P25M40DT49H", "P2Y1M42DT1H"},
+      {"-P13M", "-P1Y1M"},
+      // More minutes than a double counts one by one.
+      {"PT4444444444666666445S", "P1988410DT18H56M40S"},
   };
   for (const auto& row : rows) {
     c_duration value(row.text);
-    value.normalize();
-    EXPECT_EQ(streamed(value), row.normalised) << row.text;
+    for (int times = 1; times <= 2; ++times) {
+      value.normalize();
+      EXPECT_EQ(streamed(value), row.normalised) << row.text << ", " << times;
+    }
   }
   for (const float secs :
        {std::numeric_limits<float>::max(), -1e30f, std::numeric_limits<float>::infinity(),
