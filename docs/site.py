@@ -33,6 +33,7 @@ from markdown.treeprocessors import Treeprocessor
 
 HERE = pathlib.Path(__file__).resolve().parent
 ASSETS = ("site.css", "site.js")
+PAGE = HERE / "page.html"
 PICTURES = (".png", ".svg", ".jpg")
 NAVIGATION = (
     ("Zol", ("README.md", "docs/guide.md", "docs/formats.md", "docs/errors.md", "docs/xml.md",
@@ -190,8 +191,10 @@ class Site:
 
     def framed(self, address, title, body, page=None):
         full = title if title == "Zol" else f"{title} \N{EN DASH} Zol"
-        return TEMPLATE.format(
-            title=html.escape(full), root=relative("index.html", address).removesuffix("index.html"),
+        root = relative("index.html", address).removesuffix("index.html")
+        return PAGE.read_text(encoding="utf-8").format(
+            title=html.escape(full), root=root,
+            styles=f'<link rel="stylesheet" href="{root}site.css">',
             navigation=self.navigation(address, page), body=body, version=html.escape(self.version))
 
     def navigation(self, address, page):
@@ -272,43 +275,6 @@ def highlighted(path):
         lexer = pygments.lexers.TextLexer()
     formatter = pygments.formatters.HtmlFormatter(cssclass="code")
     return pygments.highlight(text, lexer, formatter).replace("<pre>", '<pre tabindex="0">')
-
-
-TEMPLATE = """\
-<!DOCTYPE html>
-<html lang="en-GB">
-<head>
-<meta charset="utf-8">
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<meta name="color-scheme" content="light dark">
-<title>{title}</title>
-<link rel="stylesheet" href="{root}site.css">
-<script>document.documentElement.className = "js"; const zolRoot = "{root}";</script>
-<script src="{root}search.js" defer></script>
-<script src="{root}site.js" defer></script>
-</head>
-<body>
-<a class="skip" href="#content">To the content</a>
-<header>
-<a class="home" href="{root}index.html">Zol</a>
-<form role="search"><label><span class="unseen">Search the documentation</span>
-<input type="search" id="search" placeholder="Search" autocomplete="off" spellcheck="false"
- aria-controls="found"></label></form>
-<button type="button" id="menu" aria-expanded="false" aria-controls="pages">Pages</button>
-</header>
-<div id="found" role="status"></div>
-<div class="columns">
-<nav id="pages" aria-label="Pages">
-{navigation}
-</nav>
-<main id="content">
-{body}
-</main>
-</div>
-<footer>Zol {version}</footer>
-</body>
-</html>
-"""
 
 
 def main():

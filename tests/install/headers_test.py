@@ -4,8 +4,8 @@
 headers_test.py --build DIR --work DIR [--launcher PROGRAM] CXX...
 
 Every header is a translation unit of its own for each compiler and each of its standards, in which it
-stands twice, with nothing but the installed copy to include. The copy stands in the same place each time, so that a
-launcher which remembers what it compiled has little to do where nothing changed.
+stands twice, with nothing but the installed copy to include. The copy stands in the same place each
+time, so that a launcher which remembers what it compiled has little to do where nothing changed.
 """
 
 import argparse
